@@ -1,0 +1,44 @@
+# Helpers that give every layer the same shape: src/<layer>/*.cpp builds the
+# static library norvik50_<layer> (alias norvik50::<layer>), and
+# src/<layer>/*_test.cpp builds <layer>_tests, registered with CTest.
+
+function(norvik50_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic
+    -Wno-missing-field-initializers)
+  if(NORVIK50_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+endfunction()
+
+function(norvik50_add_layer layer)
+  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  file(GLOB all_sources CONFIGURE_DEPENDS
+    ${PROJECT_SOURCE_DIR}/src/${layer}/*.cpp)
+  set(sources ${all_sources})
+  list(FILTER sources EXCLUDE REGEX "_test\\.cpp$")
+  set(tests ${all_sources})
+  list(FILTER tests INCLUDE REGEX "_test\\.cpp$")
+
+  set(target norvik50_${layer})
+  add_library(${target} STATIC ${sources})
+  add_library(norvik50::${layer} ALIAS ${target})
+  target_include_directories(${target}
+    PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+           $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+    PRIVATE ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${target} PUBLIC ${ARG_DEPS})
+  target_compile_definitions(${target} PRIVATE NORVIK50_BUILDING)
+  norvik50_warnings(${target})
+
+  if(NORVIK50_BUILD_TESTS AND tests)
+    add_executable(${layer}_tests ${tests})
+    target_include_directories(${layer}_tests PRIVATE ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${layer}_tests PRIVATE ${target} norvik50_testing
+      GTest::gtest GTest::gmock GTest::gtest_main)
+    norvik50_warnings(${layer}_tests)
+    gtest_discover_tests(${layer}_tests
+      WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+      PROPERTIES ENVIRONMENT "NORVIK50_TESTDATA=${PROJECT_SOURCE_DIR}/testdata"
+      DISCOVERY_TIMEOUT 60)
+  endif()
+endfunction()
