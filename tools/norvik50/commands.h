@@ -1,0 +1,21 @@
+// The subcommands of the norvik50 command line, one file each.
+#ifndef NORVIK50_TOOLS_NORVIK50_COMMANDS_H_
+#define NORVIK50_TOOLS_NORVIK50_COMMANDS_H_
+
+#include <CLI/CLI.hpp>
+
+namespace norvik50::cli {
+
+// Each adds its subcommand to `app`; the subcommand's callback runs it and
+// sets the process exit code through ExitCode().
+void AddBatchCommand(CLI::App& app);  // batch_command.cpp
+void AddCallCommand(CLI::App& app);   // call_command.cpp
+void AddDemoCommand(CLI::App& app);   // demo_command.cpp
+void AddLzwCommand(CLI::App& app);    // lzw_command.cpp
+
+// The exit code the chosen subcommand wants (0 unless it set one).
+int& ExitCode();
+
+}  // namespace norvik50::cli
+
+#endif  // NORVIK50_TOOLS_NORVIK50_COMMANDS_H_
