@@ -23,6 +23,7 @@
 #include <string>
 #include <string_view>
 
+#include "norvik50/collection.h"
 #include "norvik50/error.h"
 #include "norvik50/export.h"
 #include "norvik50/file_info.h"
@@ -95,7 +96,93 @@ class NORVIK50_EXPORT LIB {
   bool tklSeparateFile(std::u16string_view sFullName, typFileInfo& tFileInfo);
 
   // ---- Text toolkit -----------------------------------------------------
-  // (members of the text family are declared in this section)
+  // Positions are 1-based UTF-16 units, 0 = not found. sFind is an
+  // alternatives list («AND|OR»); an empty one finds nothing. Positions and
+  // counts are 16-bit: past 32767 they overflow (6).
+
+  // Position of the first match of an alternative from iStartSearch, 0 if
+  // none; bFindFirst: smallest position wins (earlier alternative on a tie),
+  // else the first alternative that occurs; bWholeWord: between word
+  // separators. *sFound gets the winning alternative. Handler style: 0 for an
+  // empty source, a start below 1 or any failure.
+  int16_t tklFindSubString(std::u16string_view sSource, std::u16string_view sFind,
+                           int16_t iStartSearch = 1, bool bIgnoreCase = true,
+                           bool bFindFirst = true, bool bWholeWord = false,
+                           std::u16string* sFound = nullptr);
+  // -1 if an alternative occurs from iStartSearch, else 0. Never fails.
+  int16_t tklHasSubString(std::u16string_view sSource, std::u16string_view sFind,
+                          int16_t iStartSearch = 1, bool bIgnoreCase = true);
+  // Last (overlapping) occurrence of sFind taken literally, 0 if none.
+  // Style none: 5 for a start below 1, 6 past 32767.
+  int16_t tklFindLastSubString(std::u16string_view sSource, std::u16string_view sFind,
+                               int16_t iStartSearch = 1, bool bIgnoreCase = true);
+  // Non-overlapping occurrences summed over the alternatives; 0 for an empty
+  // source or sFind. Style none: 5 for a start below 1, 6 on overflow (an
+  // empty alternative always overflows).
+  int16_t tklCountSubString(std::u16string_view sSource, std::u16string_view sFind,
+                            int16_t iStartSearch = 1, bool bIgnoreCase = true);
+  // tklCountSubString without occurrences inside any sign pair of
+  // sNotInSigns («""|''»). Style none: 5, 6 as tklCountSubString.
+  int16_t tklCountSubStringExt(std::u16string_view sSource, std::u16string_view sFind,
+                               int16_t iStartSearch = 1, bool bIgnoreCase = true,
+                               std::u16string_view sNotInSigns = u"");
+  // True if the iLen units at iStart lie between the pair sSigns («()»),
+  // judged by sign parity on both sides; False for a pair not of two units,
+  // iStart < 2, iLen < 1 or no unit after the span. Skip style.
+  bool tklIsInSigns(std::u16string_view sSource, std::u16string_view sSigns, int16_t iStart,
+                    int16_t iLen);
+  // sSource with each match of sFind from iStartSearch replaced; always
+  // case-insensitive (bIgnoreCase is not read); bNotInSigns keeps matches
+  // inside double quotes; bOnlyAtBeginning replaces one match leading the
+  // trimmed text. Style none: 6 on a 16-bit overflow or an empty alternative
+  // replaced by "" (endless), 5 as described for bOnlyAtBeginning.
+  std::u16string tklReplaceInString(std::u16string_view sSource, std::u16string_view sFind,
+                                    std::u16string_view sReplace, int16_t iStartSearch = 1,
+                                    bool bIgnoreCase = true, bool bOnlyAtBeginning = false,
+                                    bool bNotInSigns = true, bool bWholeWord = false);
+  // The trimmed text between the first sBefore and the next sAfter, both
+  // searched from 1 (iStartSearch is not used); "" if a term is missing.
+  // Style none (cannot fail).
+  std::u16string tklGetSubString(std::u16string_view sSource, std::u16string_view sBefore,
+                                 std::u16string_view sAfter, int16_t iStartSearch = 1,
+                                 bool bIgnoreCase = true, bool bWholeWord = false);
+  // Splits sSource at the first alternative (list order) that occurs into
+  // trimmed sBefore, sTerm, sAfter; outputs unchanged if none occurs; empty
+  // sFind gives "", sSource, "". Style none: 5 for a start below 1, 6.
+  void tklSeparateString(std::u16string_view sSource, std::u16string_view sFind,
+                         std::u16string& sBefore, std::u16string& sTerm, std::u16string& sAfter,
+                         int16_t iStartSearch = 1, bool bIgnoreCase = true);
+  // At most `length` units from Start (-1: to the end). Style none: 5 for
+  // Start < 1 or length < -1.
+  std::u16string tklMid(std::u16string_view Source, int32_t Start, int32_t length = -1);
+  // Splices value into Source at Start in place of `length` units (-1: as
+  // many as value has). Style none: 5 for Start < 1, 6 on Long overflow.
+  void tklMid(std::u16string& Source, int32_t Start, int32_t length, std::u16string_view value);
+  // Empty for a Null, vValue otherwise. Skip style.
+  Variant tklGetNotNullValue(const Variant& vValue);
+  // True for Empty, Null, a zero number or date, and ""; False for other
+  // types. Skip style.
+  bool tklIsEmpty(const Variant& vValue);
+  // Whether vList holds vValue at an index from 0 to its upper bound
+  // (numbers by value, strings exactly). Handler style: False for a list
+  // based above 0 or anything that cannot be compared.
+  bool tklIsInList(const Variant& vValue, const Variant& vList);
+  // Whether vArray is an array with bounds (even 0 to -1). Skip style.
+  bool tklArrayHasData(const Variant& vArray);
+  // Removes every item of a Collection; with bSetToNothing the reference
+  // is reset. Handler style: ends quietly without a Collection.
+  void tklClearCollection(std::shared_ptr<HostObject>& oCollection,
+                          bool bSetToNothing = false);
+  // Sorts a String array in place, case-insensitively in the current
+  // locale, stably. Style none: 9 unbounded, 6 bound outside 16 bits, 13 a
+  // non-String element.
+  void tklBubbleSort(SafeArray& sList);
+  // The first "(" ... ")" pair outside double quotes: True with sTerm the
+  // content, sBefore and sAfter the text around it; False and outputs
+  // unchanged without a pair. Handler style.
+  bool tklExtractBrackets(std::u16string_view sSource, std::u16string& sTerm,
+                          std::u16string& sBefore, std::u16string& sAfter,
+                          bool bStartWithBracket = false);
 
   // ---- Codecs and named functions ---------------------------------------
   // (tklGlobalVar is declared in this section)

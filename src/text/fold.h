@@ -1,0 +1,24 @@
+// Case folding for the case-insensitive searches of the text toolkit.
+//
+// Each UTF-16 unit is folded on its own with ICU's simple case folding, so a
+// folded text has exactly the length of its original and every position found
+// in the folded copy is a position in the original. Texts are folded once per
+// search, never per comparison.
+#ifndef NORVIK50_SRC_TEXT_FOLD_H_
+#define NORVIK50_SRC_TEXT_FOLD_H_
+
+#include <string>
+#include <string_view>
+
+namespace norvik50 {
+
+// The folded form of `c` in the current locale (Turkic locales keep the
+// dotted and dotless i apart). Surrogate halves fold to themselves.
+char16_t FoldUnit(char16_t c);
+
+// `text` with every unit folded; same length as `text`.
+std::u16string FoldText(std::u16string_view text);
+
+}  // namespace norvik50
+
+#endif  // NORVIK50_SRC_TEXT_FOLD_H_

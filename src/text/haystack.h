@@ -1,0 +1,60 @@
+// The search primitive under every text member: a text prepared once for
+// many searches (folded once when the search ignores case), exact or
+// case-insensitive substring search from a 0-based index, and the
+// whole-word boundary tests.
+#ifndef NORVIK50_SRC_TEXT_HAYSTACK_H_
+#define NORVIK50_SRC_TEXT_HAYSTACK_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace norvik50 {
+
+class Haystack {
+ public:
+  static constexpr std::size_t npos = std::u16string_view::npos;
+
+  // Prepares `text` (which must outlive the Haystack). With `ignore_case`
+  // the first `fold_limit` units are folded; searches must then stay inside
+  // them (pass `last` accordingly).
+  Haystack(std::u16string_view text, bool ignore_case, std::size_t fold_limit = npos);
+
+  std::u16string_view text() const noexcept { return raw_; }
+  std::size_t size() const noexcept { return raw_.size(); }
+
+  // The form of `find` that Find expects: folded when ignoring case.
+  std::u16string Needle(std::u16string_view find) const;
+
+  // First index >= `from` where `needle` starts, looking only at start
+  // indexes <= `last`; npos if none. Searching for nothing finds it at
+  // `from` as long as `from` lies inside the text, and nothing past its end.
+  std::size_t Find(std::u16string_view needle, std::size_t from,
+                   std::size_t last = npos) const;
+  // Last index >= `from` where `needle` starts; npos if none.
+  std::size_t FindLast(std::u16string_view needle, std::size_t from) const;
+  // Whether `needle` starts at index `i`.
+  bool MatchesAt(std::u16string_view needle, std::size_t i) const;
+
+ private:
+  std::u16string_view raw_;
+  std::u16string folded_;
+  std::u16string_view cmp_;  // raw_ or folded_
+  bool ignore_case_;
+};
+
+// Whole-word boundaries of a match at index `i` of `text`.
+//
+// Left: bounded at index 0 or after a separator. When the searched text
+// continues to the left of `text` (the replace searches a text it is still
+// building), `has_prev` says so and `prev` is the unit just before index 0.
+bool LeftBoundary(std::u16string_view text, std::size_t i, bool has_prev = false,
+                  char16_t prev = 0);
+// Right: with exactly one unit after the match, that unit is not looked at
+// and the match counts as bounded (so «AB» is a word at the start of «ABC»);
+// otherwise bounded at the end of the text or before a separator.
+bool RightBoundary(std::u16string_view text, std::size_t i, std::size_t len);
+
+}  // namespace norvik50
+
+#endif  // NORVIK50_SRC_TEXT_HAYSTACK_H_
