@@ -20,8 +20,16 @@ function(norvik50_add_layer layer)
   list(FILTER tests INCLUDE REGEX "_test\\.cpp$")
 
   set(target norvik50_${layer})
+  if(NOT sources)
+    # A layer whose members have not landed yet passes its dependencies on.
+    add_library(${target} INTERFACE)
+    add_library(norvik50::${layer} ALIAS ${target})
+    target_link_libraries(${target} INTERFACE ${ARG_DEPS})
+    return()
+  endif()
   add_library(${target} STATIC ${sources})
   add_library(norvik50::${layer} ALIAS ${target})
+  set_property(GLOBAL APPEND PROPERTY NORVIK50_LAYER_TARGETS ${target})
   target_include_directories(${target}
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
            $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>

@@ -27,6 +27,9 @@ inline constexpr int32_t kErrNoSuchMember = 438;  // object doesn't support this
 inline constexpr int32_t kErrArgNotOptional = 449;// argument not optional
 inline constexpr int32_t kErrWrongArgCount = 450; // wrong number of arguments
 
+// The source of errors raised inside the library.
+inline constexpr std::u16string_view kErrorSource = u"Norvik50";
+
 // The host runtime's description for `number`, e.g. 6 -> "Overflow".
 // Unknown numbers give "Application-defined or object-defined error".
 NORVIK50_EXPORT std::u16string RuntimeErrorText(int32_t number);
@@ -34,7 +37,8 @@ NORVIK50_EXPORT std::u16string RuntimeErrorText(int32_t number);
 class NORVIK50_EXPORT Error : public std::exception {
  public:
   Error(int32_t number, std::u16string description, std::u16string source);
-  // An error with the runtime's standard description for `number`.
+  // An error with the runtime's standard description for `number`; an
+  // empty source becomes kErrorSource.
   explicit Error(int32_t number, std::u16string source = u"");
 
   int32_t number() const noexcept { return number_; }

@@ -85,12 +85,14 @@ class NORVIK50_EXPORT Variant {
   Variant(std::u16string_view v);
   Variant(const char16_t* v);
   Variant(bool v);  // Boolean (stored as -1 / 0)
+  Variant(const char* v) = delete;  // would silently become a Boolean
   Variant(ErrorValue v);
   Variant(Decimal v);
   Variant(uint8_t v);
   Variant(std::shared_ptr<HostObject> v);  // Object; nullptr is Nothing
   Variant(SafeArray v);
   Variant(Record v);
+  // A Boolean holding `v` as it is (non-zero values other than -1 are kept).
   static Variant Boolean(VariantBool v);
 
   Variant(const Variant& other);
@@ -137,9 +139,13 @@ class NORVIK50_EXPORT Variant {
   std::optional<double> numeric_value() const noexcept;
 
  private:
+  // Booleans are 16-bit like Integers; a distinct payload type keeps them apart.
+  struct BoolValue {
+    VariantBool value;
+  };
   using Payload =
       std::variant<std::monostate, int16_t, int32_t, float, double, Currency,
-                   Date, std::u16string, VariantBool, ErrorValue, Decimal,
+                   Date, std::u16string, BoolValue, ErrorValue, Decimal,
                    uint8_t, std::shared_ptr<HostObject>,
                    std::unique_ptr<SafeArray>, std::unique_ptr<Record>>;
   Variant(VarType tag, Payload payload);

@@ -1,0 +1,78 @@
+// The process-wide facts a host may set: its application name and title,
+// the user interface that shows dialogs, and how Windows drive letters map
+// to Linux folders.
+#ifndef NORVIK50_HOST_H_
+#define NORVIK50_HOST_H_
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "norvik50/export.h"
+
+namespace norvik50 {
+
+// ---- Host application -------------------------------------------------------
+
+// The host application's name as the log shows it: the executable's file
+// name without its extension, unless the host set one.
+NORVIK50_EXPORT std::u16string HostApplicationName();
+// The title dialogs use when the caller gives none: NORVIK50_APP_TITLE, or
+// what the host set, or the application name.
+NORVIK50_EXPORT std::u16string HostApplicationTitle();
+NORVIK50_EXPORT void SetHostApplication(std::u16string_view name,
+                                        std::u16string_view title = u"");
+
+// ---- User interface seam ------------------------------------------------------
+
+// Shows the library's dialogs. The default implementation is headless: it
+// shows nothing, never blocks and answers as a dialog that failed (10).
+// The Qt dialogs plug in here; hosts and tests may install their own.
+class NORVIK50_EXPORT UserInterface {
+ public:
+  virtual ~UserInterface();
+  // The standard message dialog: a prompt (heading), a detail text, the
+  // message-box style word (buttons in the low 3 bits, 16/32/48/64 symbol)
+  // and a title that is never empty. Returns the answer code (1 OK ... 7 No)
+  // or 10 when the dialog could not be shown.
+  virtual int32_t ShowStandardMessage(std::u16string_view prompt,
+                                      std::u16string_view detail, int32_t style,
+                                      std::u16string_view title) = 0;
+};
+
+// The headless implementation (the default).
+NORVIK50_EXPORT std::shared_ptr<UserInterface> HeadlessUserInterface();
+NORVIK50_EXPORT UserInterface& CurrentUserInterface();
+// Installs `ui` for the process; nullptr restores the headless one.
+NORVIK50_EXPORT void SetUserInterface(std::shared_ptr<UserInterface> ui);
+
+// ---- Drives -----------------------------------------------------------------
+
+// Windows paths reach the Linux file system through drive roots. Z: is "/"
+// unless changed; other letters come from NORVIK50_DRIVES
+// ("C=/srv/app/c;D=/mnt/data") or from SetDriveRoot. A letter without a root
+// cannot be reached: file tests on it answer "missing".
+NORVIK50_EXPORT void SetDriveRoot(char16_t letter, std::string root);
+// Removes the mapping of `letter`.
+NORVIK50_EXPORT void ClearDriveRoot(char16_t letter);
+// The current map, letter (upper case) -> Linux folder.
+NORVIK50_EXPORT std::map<char16_t, std::string> DriveRoots();
+
+// The Linux path for a Windows-style path: "X:\a\b" -> root(X) + "/a/b";
+// "\a" -> the current folder's drive root + "/a"; "a\b" (relative) -> "a/b";
+// an absolute POSIX path ("/etc/x") passes unchanged. nullopt for an
+// unmapped drive, a UNC path or an empty path.
+NORVIK50_EXPORT std::optional<std::string> ToLinuxPath(std::u16string_view windows_path);
+// The inverse for absolute Linux paths: the drive whose root is the longest
+// prefix of `linux_path` ("/tmp" -> "Z:\tmp"). A relative path is taken
+// from the current folder first. nullopt when no drive covers it.
+NORVIK50_EXPORT std::optional<std::u16string> ToWindowsPath(std::string_view linux_path);
+// The current folder as a Windows-style path ("Z:\home\me").
+NORVIK50_EXPORT std::u16string CurrentFolder();
+
+}  // namespace norvik50
+
+#endif  // NORVIK50_HOST_H_

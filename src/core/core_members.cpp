@@ -1,0 +1,70 @@
+// Dispatch entries of the library services, the log and the path members.
+#include "core/file_info_record.h"
+#include "core/member_builder.h"
+#include "core/member_registry.h"
+#include "norvik50/lib.h"
+
+namespace norvik50 {
+
+void RegisterCoreMembers(MemberTable& table) {
+  using namespace members;
+  constexpr VarType S = VarType::kString;
+  constexpr VarType L = VarType::kLong;
+  constexpr VarType B = VarType::kBoolean;
+
+  table.Add(Method("tklSystemDir", {}, S, [](LIB& lib, CallArgs&) {
+    return Variant(lib.tklSystemDir());
+  }));
+  table.Add(Method("tklTempDir", {}, S, [](LIB& lib, CallArgs&) {
+    return Variant(lib.tklTempDir());
+  }));
+  table.Add(Get("tklRegKey", {}, S, [](LIB& lib, CallArgs&) {
+    return Variant(lib.tklRegKey());
+  }));
+  table.Add(Let("tklRegKey", {Ref("sNewValue", S)}, [](LIB& lib, CallArgs& a) {
+    lib.tklRegKey(a.str(0));
+    return Variant();
+  }));
+
+  table.Add(Method("tklLogAction", {In("sMessage", S), Opt("sLogFileName", S, Variant(u""))},
+                   VarType::kEmpty, [](LIB& lib, CallArgs& a) {
+                     lib.tklLogAction(a.str(0), a.str(1));
+                     return Variant();
+                   }));
+  table.Add(Method("tklLogError",
+                   {Ref("lError", L), Ref("sErrDesc", S), Ref("sErrSrc", S),
+                    Opt("bShowMsgBox", B, Variant(false), true)},
+                   VarType::kEmpty, [](LIB& lib, CallArgs& a) {
+                     lib.tklLogError(a.i32(0), a.str(1), a.str(2), a.flag(3));
+                     return Variant();
+                   }));
+  table.Add(Method("tklErrorMsg",
+                   {In("lError", L), In("sErrorDesc", S), In("sErrorSource", S)},
+                   VarType::kEmpty, [](LIB& lib, CallArgs& a) {
+                     lib.tklErrorMsg(a.i32(0), a.str(1), a.str(2));
+                     return Variant();
+                   }));
+
+  table.Add(Method("tklGetFullPath", {In("sPath", S), In("sFile", S)}, S,
+                   [](LIB& lib, CallArgs& a) {
+                     return Variant(lib.tklGetFullPath(a.str(0), a.str(1)));
+                   }));
+  table.Add(Method("tklFileExists", {In("sFilename", S)}, B, [](LIB& lib, CallArgs& a) {
+    return Variant(lib.tklFileExists(a.str(0)));
+  }));
+  // The folder attribute travels unchanged as the Boolean's value (16).
+  table.Add(Method("tklPathExists", {In("sPath", S)}, B, [](LIB& lib, CallArgs& a) {
+    return Variant::Boolean(lib.tklPathExists(a.str(0)));
+  }));
+  table.Add(Method("tklSeparateFile",
+                   {In("sFullName", S), RecordRef("tFileInfo", kFileInfoType)}, B,
+                   [](LIB& lib, CallArgs& a) {
+                     typFileInfo info = FileInfoFromRecord(a[1].as_record());
+                     const bool split = lib.tklSeparateFile(a.str(0), info);
+                     a.at(1) = Variant(ToRecord(info));
+                     a.MarkWritten(1);
+                     return Variant(split);
+                   }));
+}
+
+}  // namespace norvik50

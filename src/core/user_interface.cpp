@@ -1,0 +1,36 @@
+#include "norvik50/host.h"
+
+namespace norvik50 {
+namespace {
+
+// Without a display a dialog cannot be shown; answering 10 ("the dialog
+// failed") at once keeps batch jobs and services from ever blocking.
+class HeadlessUi final : public UserInterface {
+ public:
+  int32_t ShowStandardMessage(std::u16string_view, std::u16string_view, int32_t,
+                              std::u16string_view) override {
+    return 10;
+  }
+};
+
+std::shared_ptr<UserInterface>& Installed() {
+  static std::shared_ptr<UserInterface> ui = HeadlessUserInterface();
+  return ui;
+}
+
+}  // namespace
+
+UserInterface::~UserInterface() = default;
+
+std::shared_ptr<UserInterface> HeadlessUserInterface() {
+  static const auto headless = std::make_shared<HeadlessUi>();
+  return headless;
+}
+
+UserInterface& CurrentUserInterface() { return *Installed(); }
+
+void SetUserInterface(std::shared_ptr<UserInterface> ui) {
+  Installed() = ui ? std::move(ui) : HeadlessUserInterface();
+}
+
+}  // namespace norvik50

@@ -1,0 +1,19 @@
+#include <iostream>
+
+#include "batch.h"
+#include "commands.h"
+
+namespace norvik50::cli {
+
+void AddBatchCommand(CLI::App& app) {
+  CLI::App* batch = app.add_subcommand(
+      "batch", "Answer JSON requests, one per line on stdin, one answer per line on stdout");
+  batch->callback([] {
+    std::ios::sync_with_stdio(false);
+    RunBatch(std::cin, std::cout);
+    // Failed requests are answered in the stream; the batch itself succeeded.
+    ExitCode() = 0;
+  });
+}
+
+}  // namespace norvik50::cli

@@ -1,0 +1,173 @@
+#include "json_value.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "norvik50/encoding.h"
+#include "norvik50/error.h"
+
+namespace norvik50::cli {
+namespace {
+
+using nlohmann::json;
+
+std::u16string Text(const json& v) {
+  if (!v.is_string()) throw JsonValueError("expected a JSON string");
+  return FromUtf8(v.get_ref<const std::string&>());
+}
+
+double Number(const json& v) {
+  if (!v.is_number()) throw JsonValueError("expected a JSON number");
+  return v.get<double>();
+}
+
+int64_t WholeNumber(const json& v, int64_t min, int64_t max, const char* type) {
+  const double d = Number(v);
+  if (d != std::floor(d) || d < static_cast<double>(min) || d > static_cast<double>(max)) {
+    throw JsonValueError(std::string("value out of range for ") + type);
+  }
+  return static_cast<int64_t>(d);
+}
+
+const json& Payload(const json& value) {
+  const auto it = value.find("v");
+  if (it == value.end()) throw JsonValueError("typed value without \"v\"");
+  return *it;
+}
+
+Variant Typed(const json& value) {
+  const auto vt_it = value.find("vt");
+  if (vt_it == value.end() || !vt_it->is_string()) {
+    throw JsonValueError("typed value needs \"vt\"");
+  }
+  const std::string& vt = vt_it->get_ref<const std::string&>();
+  if (vt == "Empty") return Variant();
+  if (vt == "Null") return Variant::Null();
+  if (vt == "Integer") return Variant(static_cast<int16_t>(WholeNumber(Payload(value), -32768, 32767, "Integer")));
+  if (vt == "Long") return Variant(static_cast<int32_t>(WholeNumber(Payload(value), INT32_MIN, INT32_MAX, "Long")));
+  if (vt == "Byte") return Variant(static_cast<uint8_t>(WholeNumber(Payload(value), 0, 255, "Byte")));
+  if (vt == "Single") return Variant(static_cast<float>(Number(Payload(value))));
+  if (vt == "Double") return Variant(Number(Payload(value)));
+  if (vt == "Currency") {
+    const json& v = Payload(value);
+    if (v.is_number()) return Variant(Currency::FromDouble(v.get<double>()));
+    const auto c = Currency::Parse(ToUtf8(Text(v)));
+    if (!c) throw JsonValueError("not a Currency value");
+    return Variant(*c);
+  }
+  if (vt == "Decimal") {
+    const json& v = Payload(value);
+    if (v.is_number()) return Variant(Decimal::FromDouble(v.get<double>()));
+    const auto d = Decimal::Parse(ToUtf8(Text(v)));
+    if (!d) throw JsonValueError("not a Decimal value");
+    return Variant(*d);
+  }
+  if (vt == "Date") {
+    const json& v = Payload(value);
+    if (v.is_number()) return Variant(Date{v.get<double>()});
+    const auto d = Date::ParseIso(ToUtf8(Text(v)));
+    if (!d) throw JsonValueError("Date must be \"yyyy-mm-ddThh:nn:ss\"");
+    return Variant(*d);
+  }
+  if (vt == "String") return Variant(Text(Payload(value)));
+  if (vt == "Boolean") {
+    const json& v = Payload(value);
+    if (v.is_boolean()) return Variant(v.get<bool>());
+    return Variant::Boolean(static_cast<int16_t>(WholeNumber(v, -32768, 32767, "Boolean")));
+  }
+  if (vt == "Error") return Variant(ErrorValue{static_cast<int32_t>(WholeNumber(Payload(value), INT32_MIN, INT32_MAX, "Error"))});
+  if (vt == "Array") {
+    const json& v = Payload(value);
+    if (v.is_null()) return Variant(SafeArray());
+    if (!v.is_array()) throw JsonValueError("Array \"v\" must be a list or null");
+    int64_t lb = 0;
+    if (const auto it = value.find("lb"); it != value.end()) lb = WholeNumber(*it, INT32_MIN, INT32_MAX, "lb");
+    std::vector<Variant> items;
+    items.reserve(v.size());
+    for (const json& item : v) items.push_back(VariantFromJson(item));
+    return Variant(SafeArray(static_cast<int32_t>(lb), std::move(items)));
+  }
+  if (vt == "Record") {
+    const auto type_it = value.find("type");
+    const json& v = Payload(value);
+    if (type_it == value.end() || !type_it->is_string() || !v.is_object()) {
+      throw JsonValueError("Record needs \"type\" and an object \"v\"");
+    }
+    std::vector<std::pair<std::string, Variant>> fields;
+    for (const auto& [name, field] : v.items()) fields.emplace_back(name, VariantFromJson(field));
+    return Variant(Record(type_it->get<std::string>(), std::move(fields)));
+  }
+  throw JsonValueError("unknown type \"" + vt + "\"");
+}
+
+// The shortest text that reads back as the same float, as a JSON number.
+json SingleToJson(float f) {
+  if (!std::isfinite(f)) return nullptr;
+  char buffer[32];
+  const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, f);
+  return json::parse(std::string(buffer, end));
+}
+
+json DoubleToJson(double d) { return std::isfinite(d) ? json(d) : json(nullptr); }
+
+}  // namespace
+
+Variant VariantFromJson(const json& value) {
+  switch (value.type()) {
+    case json::value_t::null: return Variant::Null();
+    case json::value_t::boolean: return Variant(value.get<bool>());
+    case json::value_t::string: return Variant(Text(value));
+    case json::value_t::number_integer:
+    case json::value_t::number_unsigned: {
+      const double d = value.get<double>();
+      if (d >= INT32_MIN && d <= INT32_MAX) return Variant(static_cast<int32_t>(value.get<int64_t>()));
+      return Variant(d);
+    }
+    case json::value_t::number_float: return Variant(value.get<double>());
+    case json::value_t::object: return Typed(value);
+    default: throw JsonValueError("a value must be a JSON string, number, boolean, null or typed object");
+  }
+}
+
+json VariantToJson(const Variant& value) {
+  switch (value.is_array() ? VarType::kArray : value.type()) {
+    case VarType::kEmpty: return {{"vt", "Empty"}};
+    case VarType::kNull: return {{"vt", "Null"}};
+    case VarType::kInteger: return {{"vt", "Integer"}, {"v", value.as_integer()}};
+    case VarType::kLong: return {{"vt", "Long"}, {"v", value.as_long()}};
+    case VarType::kByte: return {{"vt", "Byte"}, {"v", value.as_byte()}};
+    case VarType::kSingle: return {{"vt", "Single"}, {"v", SingleToJson(value.as_single())}};
+    case VarType::kDouble: return {{"vt", "Double"}, {"v", DoubleToJson(value.as_double())}};
+    case VarType::kCurrency: return {{"vt", "Currency"}, {"v", value.as_currency().ToString()}};
+    case VarType::kDecimal: return {{"vt", "Decimal"}, {"v", value.as_decimal().ToString()}};
+    case VarType::kDate: return {{"vt", "Date"}, {"v", value.as_date().ToIsoString()}};
+    case VarType::kString: return {{"vt", "String"}, {"v", ToUtf8(value.as_string())}};
+    case VarType::kBoolean: {
+      const VariantBool b = value.as_boolean();
+      // A Boolean that holds another non-zero value keeps it.
+      if (b == kTrue || b == kFalse) return {{"vt", "Boolean"}, {"v", b != 0}};
+      return {{"vt", "Boolean"}, {"v", b}};
+    }
+    case VarType::kError: return {{"vt", "Error"}, {"v", value.as_error().code}};
+    case VarType::kObject: return {{"vt", "Object"}, {"v", value.as_object() ? "object" : nullptr}};
+    case VarType::kArray: {
+      const SafeArray& array = value.as_array();
+      if (!array.is_bounded()) return {{"vt", "Array"}, {"v", nullptr}};
+      json items = json::array();
+      for (const Variant& item : array.items()) items.push_back(VariantToJson(item));
+      return {{"vt", "Array"}, {"lb", array.lbound()}, {"v", std::move(items)}};
+    }
+    case VarType::kRecord: {
+      const Record& record = value.as_record();
+      json fields = json::object();
+      for (const auto& [name, field] : record.fields()) {
+        fields[name] = field.is_string() ? json(ToUtf8(field.as_string())) : VariantToJson(field);
+      }
+      return {{"vt", "Record"}, {"type", record.type_name()}, {"v", std::move(fields)}};
+    }
+    default: return {{"vt", "Empty"}};
+  }
+}
+
+}  // namespace norvik50::cli

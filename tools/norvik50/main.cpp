@@ -1,0 +1,19 @@
+// norvik50: the library from the command line.
+//   norvik50 demo                 a short tour of what the library does
+//   norvik50 batch                JSON lines over the dispatch (stdin -> stdout)
+//   norvik50 call MEMBER ARG...   one call by name
+//   norvik50 lzw deflate|inflate  the LZW codec on files or stdin/stdout
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+
+int main(int argc, char** argv) {
+  CLI::App app{"norvik50: text, numbers, settings and resources for business applications"};
+  app.require_subcommand(1);
+  norvik50::cli::AddDemoCommand(app);
+  norvik50::cli::AddBatchCommand(app);
+  norvik50::cli::AddCallCommand(app);
+  norvik50::cli::AddLzwCommand(app);
+  CLI11_PARSE(app, argc, argv);
+  return norvik50::cli::ExitCode();
+}
