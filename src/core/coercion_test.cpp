@@ -1,0 +1,91 @@
+// Argument conversion of the dispatch, and the text form of numbers it uses.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "core/number_text.h"
+#include "norvik50/dispatch.h"
+#include "norvik50/encoding.h"
+#include "norvik50/error.h"
+#include "testing/temp_folder.h"
+
+namespace norvik50 {
+namespace {
+
+int ErrorOf(const Variant& v, VarType t) {
+  try {
+    CoerceTo(v, t);
+  } catch (const Error& e) {
+    return e.number();
+  }
+  return 0;
+}
+
+TEST(NumberTextTest, FifteenDigitsAndTheExponentThresholds) {
+  struct Case {
+    double value;
+    const char16_t* text;
+  } cases[] = {
+      {1e15, u"1E+15"},
+      {1234567890123456.0, u"1.23456789012346E+15"},
+      {1e-5, u"1E-05"},
+      {4.94065645841247e-324, u"4.94065645841247E-324"},
+      {0.0001, u"0.0001"},
+      {123456789012345.0, u"123456789012345"},
+      {1.0 / 3, u"0.333333333333333"},
+      {-2.5, u"-2.5"},
+      {-0.0, u"0"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(DoubleToText(c.value, u'.'), c.text) << c.value;
+  EXPECT_EQ(DoubleToText(1234.5, u','), u"1234,5");
+  EXPECT_EQ(SingleToText(0.1f, u'.'), u"0.1");
+  EXPECT_EQ(CurrencyToText(Currency{-12345}, u','), u"-1,2345");
+}
+
+TEST(NumberTextTest, PlainNumbers) {
+  EXPECT_EQ(ParsePlainNumber(u" 12.5 ", u'.'), 12.5);
+  EXPECT_EQ(ParsePlainNumber(u"12,5", u','), 12.5);
+  EXPECT_EQ(ParsePlainNumber(u"-1e3", u'.'), -1000);
+  EXPECT_EQ(ParsePlainNumber(u"&HFF", u'.'), 255);
+  EXPECT_EQ(ParsePlainNumber(u"&HFFFFFFFF", u'.'), -1);  // a 32-bit pattern
+  EXPECT_EQ(ParsePlainNumber(u"&O17", u'.'), 15);
+  for (const char16_t* bad : {u"", u"  ", u"abc", u"1 2", u"inf", u"nan", u"0x10", u"12,5",
+                              u"&H", u"&H1FFFFFFFF", u"1e999"}) {
+    EXPECT_FALSE(ParsePlainNumber(bad, u'.')) << ToUtf8(bad);
+  }
+}
+
+TEST(CoercionTest, NumbersRoundHalfToEvenAndOverflow) {
+  EXPECT_EQ(CoerceTo(Variant(2.5), VarType::kInteger).as_integer(), 2);
+  EXPECT_EQ(CoerceTo(Variant(3.5), VarType::kInteger).as_integer(), 4);
+  EXPECT_EQ(CoerceTo(Variant(-2.5), VarType::kLong).as_long(), -2);
+  EXPECT_EQ(CoerceTo(Variant(255.4), VarType::kByte).as_byte(), 255);
+  EXPECT_EQ(ErrorOf(Variant(32767.5), VarType::kInteger), 6);
+  EXPECT_EQ(ErrorOf(Variant(-1), VarType::kByte), 6);
+  EXPECT_EQ(ErrorOf(Variant(1e300), VarType::kSingle), 6);
+  EXPECT_EQ(ErrorOf(Variant(1e300), VarType::kCurrency), 6);
+  EXPECT_EQ(ErrorOf(Variant(1e10), VarType::kDate), 6);
+  EXPECT_EQ(CoerceTo(Variant(true), VarType::kInteger).as_integer(), -1);
+  EXPECT_EQ(CoerceTo(Variant(7), VarType::kBoolean).as_boolean(), -1);
+  EXPECT_EQ(CoerceTo(Variant(), VarType::kLong).as_long(), 0);  // Empty is 0
+}
+
+TEST(CoercionTest, TextBothWays) {
+  testing::ScopedLocale german("de-DE");
+  EXPECT_EQ(CoerceTo(Variant(u"12,5"), VarType::kDouble).as_double(), 12.5);
+  EXPECT_EQ(CoerceTo(Variant(1234.5), VarType::kString).as_string(), u"1234,5");
+  EXPECT_EQ(CoerceTo(Variant(u"1,5"), VarType::kCurrency).as_currency().scaled, 15000);
+  EXPECT_EQ(CoerceTo(Variant(u"true"), VarType::kBoolean).as_boolean(), -1);
+  EXPECT_EQ(CoerceTo(Variant(false), VarType::kString).as_string(), u"False");
+  EXPECT_EQ(CoerceTo(Variant(u"2024-03-05"), VarType::kDate).as_date().serial, 45356.0);
+  EXPECT_EQ(CoerceTo(Variant(Date{45356.5}), VarType::kString).as_string(), u"05.03.2024 12:00:00");
+  EXPECT_EQ(CoerceTo(Variant(), VarType::kString).as_string(), u"");
+  EXPECT_EQ(ErrorOf(Variant(u"zwölf"), VarType::kLong), 13);
+  EXPECT_EQ(ErrorOf(Variant::Null(), VarType::kString), 94);
+  EXPECT_EQ(ErrorOf(Variant(SafeArray()), VarType::kString), 13);
+  EXPECT_EQ(ErrorOf(Variant(u"x"), VarType::kArray), 13);
+}
+
+}  // namespace
+}  // namespace norvik50
