@@ -185,7 +185,19 @@ class NORVIK50_EXPORT LIB {
                           bool bStartWithBracket = false);
 
   // ---- Codecs and named functions ---------------------------------------
-  // (tklGlobalVar is declared in this section)
+
+  // The named function `name` (compared case-insensitively) applied to
+  // `value`:
+  //  - "DEFLATE": the LZW-compressed form of the text `value`, whose
+  //    characters stand for bytes (Windows-1252, one byte each);
+  //  - "INFLATE": the text that the compressed text `value` stands for; ""
+  //    for a text that is not compressed ("" included), the part decoded so
+  //    far for one cut short.
+  // A non-String `value` is converted to text first (Empty is "").
+  // Style none: 5 for an unknown name, for a character outside
+  // Windows-1252, for an empty text to DEFLATE and for a damaged compressed
+  // text; 13 or 94 when `value` cannot be converted to text.
+  Variant tklGlobalVar(std::u16string_view name, const Variant& value);
 
   // ---- State shared with the member families ----------------------------
 
