@@ -12,7 +12,7 @@
 namespace norvik50::cli {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 class BatchTest : public ::testing::Test {
  protected:

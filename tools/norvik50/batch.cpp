@@ -11,7 +11,7 @@
 namespace norvik50::cli {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 constexpr std::u16string_view kProtocolSource = u"norvik50 batch";
 

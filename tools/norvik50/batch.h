@@ -16,7 +16,7 @@
 namespace norvik50::cli {
 
 // The answer to one request line.
-nlohmann::json AnswerRequest(LIB& lib, std::string_view line);
+nlohmann::ordered_json AnswerRequest(LIB& lib, std::string_view line);
 
 // Answers every line of `in` on `out`; blank lines are skipped. Returns the
 // number of requests that failed.

@@ -11,7 +11,7 @@
 namespace norvik50::cli {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 // An argument that is valid JSON is read as a typed value (123, true,
 // {"vt":"Integer","v":3}, "\"quoted\""); anything else is plain text, so

@@ -10,7 +10,7 @@
 namespace norvik50::cli {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 std::u16string Text(const json& v) {
   if (!v.is_string()) throw JsonValueError("expected a JSON string");

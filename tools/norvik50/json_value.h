@@ -21,8 +21,8 @@ class JsonValueError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-Variant VariantFromJson(const nlohmann::json& value);
-nlohmann::json VariantToJson(const Variant& value);
+Variant VariantFromJson(const nlohmann::ordered_json& value);
+nlohmann::ordered_json VariantToJson(const Variant& value);
 
 }  // namespace norvik50::cli
 
