@@ -8,18 +8,14 @@
 #include "norvik50/dispatch.h"
 #include "norvik50/encoding.h"
 #include "norvik50/error.h"
+#include "testing/error_number.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50 {
 namespace {
 
 int ErrorOf(const Variant& v, VarType t) {
-  try {
-    CoerceTo(v, t);
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
+  return testing::ErrorOf([&] { CoerceTo(v, t); });
 }
 
 TEST(NumberTextTest, FifteenDigitsAndTheExponentThresholds) {

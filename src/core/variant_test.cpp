@@ -3,18 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "norvik50/error.h"
+#include "testing/error_number.h"
 
 namespace norvik50 {
 namespace {
 
-int ErrorNumberOf(const std::function<void()>& f) {
-  try {
-    f();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using testing::ErrorOf;
 
 TEST(VariantTest, TypeCodes) {
   struct Case {
@@ -42,9 +36,9 @@ TEST(VariantTest, TypeCodes) {
 }
 
 TEST(VariantTest, TypedAccessMismatchIsError13) {
-  EXPECT_EQ(ErrorNumberOf([] { (void)Variant(u"1").as_long(); }), 13);
-  EXPECT_EQ(ErrorNumberOf([] { (void)Variant(int16_t{1}).as_long(); }), 13);
-  EXPECT_EQ(ErrorNumberOf([] { (void)Variant().as_array(); }), 13);
+  EXPECT_EQ(ErrorOf([] { (void)Variant(u"1").as_long(); }), 13);
+  EXPECT_EQ(ErrorOf([] { (void)Variant(int16_t{1}).as_long(); }), 13);
+  EXPECT_EQ(ErrorOf([] { (void)Variant().as_array(); }), 13);
   EXPECT_EQ(Variant(true).as_boolean(), -1);
   EXPECT_EQ(Variant(false).as_boolean(), 0);
   // A Boolean keeps a non-zero value other than -1 (the folder attribute).
@@ -84,21 +78,21 @@ TEST(VariantTest, NumericValueCoversNumbersDatesAndBooleans) {
 TEST(SafeArrayTest, BoundsAndTheUnboundedArray) {
   SafeArray unbounded;
   EXPECT_FALSE(unbounded.is_bounded());
-  EXPECT_EQ(ErrorNumberOf([&] { (void)unbounded.ubound(); }), 9);
+  EXPECT_EQ(ErrorOf([&] { (void)unbounded.ubound(); }), 9);
 
   // A bounded array may be empty: 0 to -1 is dimensioned, just without
   // elements, and asking for its bounds succeeds.
   SafeArray empty = SafeArray::Bounded(0, -1);
   EXPECT_EQ(empty.lbound(), 0);
   EXPECT_EQ(empty.ubound(), -1);
-  EXPECT_EQ(ErrorNumberOf([&] { (void)empty.at(0); }), 9);
+  EXPECT_EQ(ErrorOf([&] { (void)empty.at(0); }), 9);
 
   SafeArray one_based = SafeArray::Bounded(1, 3, VarType::kString);
   EXPECT_EQ(one_based.ubound(), 3);
   EXPECT_EQ(one_based.at(1).as_string(), u"");  // String arrays start as ""
-  EXPECT_EQ(ErrorNumberOf([&] { (void)one_based.at(0); }), 9);
-  EXPECT_EQ(ErrorNumberOf([&] { (void)one_based.at(4); }), 9);
-  EXPECT_EQ(ErrorNumberOf([] { (void)SafeArray::Bounded(5, 3); }), 9);
+  EXPECT_EQ(ErrorOf([&] { (void)one_based.at(0); }), 9);
+  EXPECT_EQ(ErrorOf([&] { (void)one_based.at(4); }), 9);
+  EXPECT_EQ(ErrorOf([] { (void)SafeArray::Bounded(5, 3); }), 9);
 }
 
 TEST(ErrorTest, NumbersTextsAndSource) {
@@ -119,10 +113,10 @@ TEST(ErrorTest, NumbersTextsAndSource) {
     EXPECT_EQ(e.description(), c.text);
     EXPECT_EQ(e.source(), u"Norvik50");
   }
-  EXPECT_EQ(ErrorNumberOf([] { ToInt16Checked(32768); }), 6);
-  EXPECT_EQ(ErrorNumberOf([] { ToInt16Checked(-32769); }), 6);
+  EXPECT_EQ(ErrorOf([] { ToInt16Checked(32768); }), 6);
+  EXPECT_EQ(ErrorOf([] { ToInt16Checked(-32769); }), 6);
   EXPECT_EQ(ToInt16Checked(-32768), -32768);
-  EXPECT_EQ(ErrorNumberOf([] { ToInt32Checked(2147483648LL); }), 6);
+  EXPECT_EQ(ErrorOf([] { ToInt32Checked(2147483648LL); }), 6);
 }
 
 }  // namespace
