@@ -41,7 +41,8 @@ function(norvik50_add_layer layer)
   if(NORVIK50_BUILD_TESTS AND tests)
     add_executable(${layer}_tests ${tests})
     target_include_directories(${layer}_tests PRIVATE ${PROJECT_SOURCE_DIR}/src)
-    target_link_libraries(${layer}_tests PRIVATE ${target} norvik50_testing
+    # norvik50_members: tests may call members by name through Invoke.
+    target_link_libraries(${layer}_tests PRIVATE ${target} norvik50_members norvik50_testing
       GTest::gtest GTest::gmock GTest::gtest_main)
     norvik50_warnings(${layer}_tests)
     gtest_discover_tests(${layer}_tests
