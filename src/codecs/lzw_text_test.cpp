@@ -1,0 +1,122 @@
+// The codec as hosts reach it: text of byte characters through
+// tklGlobalVar, on the LIB object and by name through the dispatch.
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "codecs/lzw.h"
+#include "codecs/lzw_reference.h"
+#include "codecs/lzw_text.h"
+#include "core/invoke.h"
+#include "core/member_registry.h"
+#include "norvik50/dispatch.h"
+#include "norvik50/encoding.h"
+#include "norvik50/lib.h"
+#include "testing/temp_folder.h"
+
+namespace norvik50 {
+namespace {
+
+// The error number a call raises, or nullopt.
+template <typename F>
+std::optional<int32_t> ErrorOf(F&& call) {
+  try {
+    call();
+  } catch (const Error& e) {
+    return e.number();
+  }
+  return std::nullopt;
+}
+
+TEST(LzwText, CharactersStandForWindows1252Bytes) {
+  // "A" compresses to the bytes 83 04 04; 0x83 is the character U+0192.
+  EXPECT_EQ(lzw::DeflateText(u"A"), u"\u0192\u0004\u0004");
+  EXPECT_EQ(lzw::InflateText(u"\u0192\u0004\u0004"), u"A");
+  // Characters of the upper half, including the euro sign (byte 0x80) and
+  // the C1 values of the five undefined bytes, round-trip.
+  const std::u16string text = u"Stra\u00DFe 12 \u20AC 1.234,56 \u201Equoted\u201C \u0081\u008D\u008F\u0090\u009D";
+  EXPECT_EQ(lzw::InflateText(lzw::DeflateText(text)), text);
+  // The compressed text is the byte stream, character for character.
+  EXPECT_EQ(lzw::DeflateText(text), BytesToText(lzw::Deflate(*TextToBytes(text))));
+}
+
+TEST(LzwText, DefinedErrors) {
+  const struct {
+    const char* what;
+    bool deflate;
+    std::u16string text;
+  } cases[] = {
+      // An empty text has no compressed form.
+      {"empty to DEFLATE", true, u""},
+      // No Windows-1252 byte: refused rather than replaced by "?".
+      {"Latin Extended character to DEFLATE", true, u"abc\u0100"},
+      {"CJK character to DEFLATE", true, u"\u4E2D"},
+      {"lone surrogate to DEFLATE", true, u"\xD800"},
+      {"character without a byte to INFLATE", false, u"\u0192\u0004\u0100"},
+      // A compressed text naming an entry that does not exist.
+      {"damaged compressed text", false,
+       BytesToText(lzw::reference::Pack({256, 'a', 300, 257, 0}).substr(1))},
+  };
+  for (const auto& c : cases) {
+    const auto number = ErrorOf([&] {
+      (void)(c.deflate ? lzw::DeflateText(c.text) : lzw::InflateText(c.text));
+    });
+    EXPECT_EQ(number, kErrInvalidCall) << c.what;
+  }
+  // Not compressed at all: the defined empty result, no error.
+  EXPECT_EQ(lzw::InflateText(u""), u"");
+  EXPECT_EQ(lzw::InflateText(u"plain text"), u"");
+}
+
+class GlobalVarTest : public ::testing::Test {
+ protected:
+  testing::TempFolder temp_;
+  testing::ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
+};
+
+TEST_F(GlobalVarTest, NamesAreCaseInsensitive) {
+  LIB lib;
+  const std::u16string compressed = lzw::DeflateText(u"Hello, Hello, Hello");
+  for (const char16_t* name : {u"DEFLATE", u"deflate", u"Deflate", u"dEfLaTe"}) {
+    EXPECT_EQ(lib.tklGlobalVar(name, Variant(u"Hello, Hello, Hello")).as_string(), compressed);
+  }
+  for (const char16_t* name : {u"INFLATE", u"inflate"}) {
+    EXPECT_EQ(lib.tklGlobalVar(name, Variant(compressed)).as_string(), u"Hello, Hello, Hello");
+  }
+}
+
+TEST_F(GlobalVarTest, ErrorsAndConversions) {
+  LIB lib;
+  // Unknown names, near misses included.
+  for (const char16_t* name : {u"", u"COMPRESS", u"DEFLATE ", u"INFLAT", u"\u0130NFLATE"}) {
+    EXPECT_EQ(ErrorOf([&] { lib.tklGlobalVar(name, Variant(u"x")); }), kErrInvalidCall)
+        << ToUtf8(name);
+  }
+  // A number is compressed as its text.
+  EXPECT_EQ(lib.tklGlobalVar(u"DEFLATE", Variant(int16_t{42})).as_string(),
+            lzw::DeflateText(u"42"));
+  // Empty is the empty text: an error to DEFLATE, "" from INFLATE.
+  EXPECT_EQ(ErrorOf([&] { lib.tklGlobalVar(u"DEFLATE", Variant()); }), kErrInvalidCall);
+  EXPECT_EQ(lib.tklGlobalVar(u"INFLATE", Variant()).as_string(), u"");
+}
+
+TEST_F(GlobalVarTest, ByNameThroughTheDispatchEntry) {
+  LIB lib;
+  MemberTable table;
+  RegisterCodecMembers(table);
+  auto call = [&](std::string_view member, std::u16string name, Variant value) {
+    return InvokeMember(table, lib, member, {Variant(std::move(name)), std::move(value)},
+                        false);
+  };
+  const InvokeResult deflated = call("TKLGLOBALVAR", u"deflate", Variant(u"Rechnung Rechnung"));
+  ASSERT_TRUE(deflated.result.has_value());
+  EXPECT_EQ(deflated.result->as_string(), lzw::DeflateText(u"Rechnung Rechnung"));
+  const InvokeResult inflated = call("tklGlobalVar", u"INFLATE", *deflated.result);
+  ASSERT_TRUE(inflated.result.has_value());
+  EXPECT_EQ(inflated.result->as_string(), u"Rechnung Rechnung");
+  // The member's error reaches the caller unchanged.
+  EXPECT_EQ(ErrorOf([&] { call("tklGlobalVar", u"NOPE", Variant(u"x")); }), kErrInvalidCall);
+}
+
+}  // namespace
+}  // namespace norvik50
