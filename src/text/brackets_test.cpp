@@ -47,7 +47,7 @@ TEST(ExtractBrackets, FirstPairWithNestingAndQuotes) {
 TEST(ExtractBrackets, NoPairLeavesOutputsAlone) {
   for (const char16_t* source : {u"abc", u"f(a", u"f(a(b)", u"\"(a)\""}) {
     const Cut c = Extract(source);
-    EXPECT_FALSE(c.found) << testing::PrintToString(u16string(source));
+    EXPECT_FALSE(c.found) << ::testing::PrintToString(u16string(source));
     EXPECT_EQ(c.term, u"T0");
     EXPECT_EQ(c.before, u"B0");
     EXPECT_EQ(c.after, u"A0");

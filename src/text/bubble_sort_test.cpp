@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "norvik50/error.h"
+#include "testing/error_number.h"
+#include "testing/temp_folder.h"
 #include "norvik50/locale.h"
 #include "text/collation.h"
 
@@ -26,21 +28,11 @@ std::vector<u16string> Texts(const SafeArray& a) {
   return out;
 }
 
-template <typename Fn>
-int ErrorOf(Fn fn) {
-  try {
-    fn();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using norvik50::testing::ErrorOf;
 
 class BubbleSortTest : public ::testing::Test {
  protected:
-  void SetUp() override { saved_ = CurrentLocale().tag; SetCurrentLocale("en-US"); }
-  void TearDown() override { SetCurrentLocale(saved_); }
-  std::string saved_;
+  norvik50::testing::ScopedLocale locale_{"en-US"};
 };
 
 TEST_F(BubbleSortTest, CaseInsensitiveAndStable) {

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "norvik50/error.h"
-#include "norvik50/locale.h"
 #include "text/bubble_sort.h"
 #include "text/collation.h"
 #include "text/reference_forms_for_tests.h"
@@ -18,6 +17,7 @@
 #include "text/search.h"
 #include "text/signs.h"
 #include "text/split.h"
+#include "testing/temp_folder.h"
 
 namespace norvik50 {
 namespace {
@@ -47,7 +47,7 @@ auto Capture(Fn fn) -> Outcome<decltype(fn())> {
 template <typename T>
 std::ostream& operator<<(std::ostream& os, const Outcome<T>& o) {
   if (o.error != 0) return os << "error " << o.error;
-  return os << testing::PrintToString(o.value);
+  return os << ::testing::PrintToString(o.value);
 }
 
 class Generator {
@@ -100,9 +100,7 @@ bool HasEmptyAlternative(const u16string& find) {
 class RandomizedTest : public ::testing::Test {
  protected:
   // The reference folds with the default rules.
-  void SetUp() override { saved_ = CurrentLocale().tag; SetCurrentLocale("en-US"); }
-  void TearDown() override { SetCurrentLocale(saved_); }
-  std::string saved_;
+  norvik50::testing::ScopedLocale locale_{"en-US"};
 };
 
 TEST_F(RandomizedTest, FindAndHas) {
@@ -115,7 +113,7 @@ TEST_F(RandomizedTest, FindAndHas) {
     u16string fast_found = u"?", ref_found = u"?";
     const int fast = FindSubString(s, f, start, ic, first, word, &fast_found);
     const int64_t slow = ref::FindSubString(s, f, start, ic, first, word, &ref_found);
-    ASSERT_EQ(fast, slow) << testing::PrintToString(s) << " " << testing::PrintToString(f)
+    ASSERT_EQ(fast, slow) << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f)
                           << " start " << start << " ic " << ic << " first " << first
                           << " word " << word;
     ASSERT_EQ(fast_found, ref_found);
@@ -134,8 +132,8 @@ TEST_F(RandomizedTest, FindLastAndCount) {
     const int start = g.Start(s);
     const bool ic = g.Flag();
     const auto ctx = [&] {
-      return testing::PrintToString(s) + " " + testing::PrintToString(f) + " " +
-             testing::PrintToString(signs) + " start " + std::to_string(start);
+      return ::testing::PrintToString(s) + " " + ::testing::PrintToString(f) + " " +
+             ::testing::PrintToString(signs) + " start " + std::to_string(start);
     };
     ASSERT_EQ(Capture([&] { return int64_t{FindLastSubString(s, f, start, ic)}; }),
               Capture([&] { return ref::FindLastSubString(s, f, start, ic); }))
@@ -159,9 +157,9 @@ TEST_F(RandomizedTest, SignsDirectAndProfiled) {
         for (int len = -1; len <= 3; ++len) {
           const bool expected = ref::IsInSigns(s, signs, start, len);
           ASSERT_EQ(IsInSigns(s, signs, start, len), expected)
-              << testing::PrintToString(s) << " " << start << "," << len;
+              << ::testing::PrintToString(s) << " " << start << "," << len;
           ASSERT_EQ(profile.Encloses(start, len), expected)
-              << testing::PrintToString(s) << " " << start << "," << len;
+              << ::testing::PrintToString(s) << " " << start << "," << len;
         }
       }
     }
@@ -188,8 +186,8 @@ TEST_F(RandomizedTest, Replace) {
                 return ref::ReplaceInString(s, f, with, start, at_beginning, not_in_signs,
                                             word);
               }))
-        << testing::PrintToString(s) << " " << testing::PrintToString(f) << " -> "
-        << testing::PrintToString(with) << " start " << start << " begin " << at_beginning
+        << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f) << " -> "
+        << ::testing::PrintToString(with) << " start " << start << " begin " << at_beginning
         << " signs " << not_in_signs << " word " << word;
   }
 }
@@ -204,7 +202,7 @@ TEST_F(RandomizedTest, ReplaceEmptyAlternativeWithText) {
     const bool word = round == 1;
     ASSERT_EQ(Capture([&] { return ReplaceInString(s, f, with, 1, true, false, true, word); }),
               Capture([&] { return ref::ReplaceInString(s, f, with, 1, false, true, word); }))
-        << testing::PrintToString(s) << " " << testing::PrintToString(f);
+        << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f);
   }
 }
 
@@ -217,8 +215,8 @@ TEST_F(RandomizedTest, GetSubStringAndSeparateString) {
     const bool ic = g.Flag(), word = g.Flag();
     ASSERT_EQ(GetSubString(s, before, after, g.Start(s), ic, word),
               ref::GetSubString(s, before, after, ic, word))
-        << testing::PrintToString(s) << " " << testing::PrintToString(before) << " "
-        << testing::PrintToString(after);
+        << ::testing::PrintToString(s) << " " << ::testing::PrintToString(before) << " "
+        << ::testing::PrintToString(after);
 
     const int start = g.Start(s);
     using Parts = std::vector<u16string>;
@@ -232,7 +230,7 @@ TEST_F(RandomizedTest, GetSubStringAndSeparateString) {
       ref::SeparateString(s, before, p[0], p[1], p[2], start, ic);
       return p;
     });
-    ASSERT_EQ(fast, slow) << testing::PrintToString(s) << " " << testing::PrintToString(before)
+    ASSERT_EQ(fast, slow) << ::testing::PrintToString(s) << " " << ::testing::PrintToString(before)
                           << " start " << start;
   }
 }
@@ -264,7 +262,7 @@ TEST_F(RandomizedTest, AroundThe16BitLimit) {
     const u16string with = g.From(u"xyz\"", 0, 3);
     ASSERT_EQ(Capture([&] { return ReplaceInString(s, f, with, start, true, false, true, word); }),
               Capture([&] { return ref::ReplaceInString(s, f, with, start, false, true, word); }))
-        << testing::PrintToString(f) << " -> " << testing::PrintToString(with);
+        << ::testing::PrintToString(f) << " -> " << ::testing::PrintToString(with);
     using Parts = std::vector<u16string>;
     ASSERT_EQ(Capture([&] {
                 Parts p{u"B", u"T", u"A"};

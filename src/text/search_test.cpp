@@ -5,6 +5,7 @@
 #include <string>
 
 #include "norvik50/error.h"
+#include "testing/error_number.h"
 #include "text/signs.h"
 
 namespace norvik50 {
@@ -12,16 +13,7 @@ namespace {
 
 using std::u16string;
 
-// Runs `fn` and returns the number of the Error it raised, or 0.
-template <typename Fn>
-int ErrorOf(Fn fn) {
-  try {
-    fn();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using norvik50::testing::ErrorOf;
 
 // ---- FindSubString --------------------------------------------------------
 

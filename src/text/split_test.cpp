@@ -5,21 +5,14 @@
 #include <string>
 
 #include "norvik50/error.h"
+#include "testing/error_number.h"
 
 namespace norvik50 {
 namespace {
 
 using std::u16string;
 
-template <typename Fn>
-int ErrorOf(Fn fn) {
-  try {
-    fn();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using norvik50::testing::ErrorOf;
 
 // ---- GetSubString ---------------------------------------------------------
 
