@@ -166,6 +166,23 @@ TEST_F(RandomizedTest, SignsDirectAndProfiled) {
   }
 }
 
+// Long texts cross the profile's block boundaries.
+TEST_F(RandomizedTest, SignsProfiledOnLongTexts) {
+  Generator g(9);
+  for (int round = 0; round < 150; ++round) {
+    const u16string s = g.From(round % 2 == 0 ? u"()((x" : u"()'x))", 0, 400);
+    for (const char16_t* signs : {u"()", u"''", u")("}) {
+      const SignProfile profile(s, signs);
+      for (int start = 0; start <= static_cast<int>(s.size()) + 1; ++start) {
+        for (int len : {1, 2, 70}) {
+          ASSERT_EQ(profile.Encloses(start, len), ref::IsInSigns(s, signs, start, len))
+              << ::testing::PrintToString(s) << " " << start << "," << len;
+        }
+      }
+    }
+  }
+}
+
 TEST_F(RandomizedTest, Replace) {
   Generator g(4);
   for (int round = 0; round < 20000; ++round) {

@@ -48,43 +48,83 @@ bool IsInSigns(std::u16string_view source, std::u16string_view signs, int64_t st
 }
 
 SignProfile::SignProfile(std::u16string_view source, std::u16string_view signs)
-    : n_(static_cast<int64_t>(source.size())) {
+    : source_(source) {
   if (signs.size() != 2) return;
   valid_ = true;
-  const char16_t open = signs.front();
-  const char16_t close = signs.back();
-  same_ = open == close;
+  open_ = signs.front();
+  close_ = signs.back();
+  same_ = open_ == close_;
   const std::size_t n = source.size();
-  sum_.resize(n + 1);
-  sum_[0] = 0;
-  for (std::size_t k = 0; k < n; ++k) {
-    const char16_t c = source[k];
-    sum_[k + 1] = sum_[k] + (c == open ? 1 : c == close ? -1 : 0);
+  const std::size_t boundaries = n / kBlock + 1;
+  sum_at_.resize(boundaries);
+  min_up_to_.resize(boundaries);
+  min_from_.resize(boundaries);
+  int32_t sum = 0;
+  int32_t least = 0;
+  for (std::size_t k = 0;; ++k) {
+    least = std::min(least, sum);
+    if (k % kBlock == 0) {
+      sum_at_[k / kBlock] = sum;
+      min_up_to_[k / kBlock] = least;
+    }
+    if (k == n) break;
+    sum += Step(source[k]);
   }
-  if (same_) return;  // equal signs never stop a walk early
-  min_left_.resize(n + 1);
-  min_right_.resize(n + 1);
-  min_left_[0] = sum_[0];
-  for (std::size_t k = 1; k <= n; ++k) min_left_[k] = std::min(min_left_[k - 1], sum_[k]);
-  min_right_[n] = sum_[n];
-  for (std::size_t k = n; k-- > 0;) min_right_[k] = std::min(min_right_[k + 1], sum_[k]);
+  least = sum;
+  for (std::size_t k = n + 1; k-- > 0;) {
+    least = std::min(least, sum);
+    if (k % kBlock == 0) min_from_[k / kBlock] = least;
+    if (k > 0) sum -= Step(source[k - 1]);
+  }
 }
 
-// A walk's count after covering units j..start-1 is sum_[start-1] - sum_[j-1]
-// (leftwards), or sum_[b-1] - sum_[k] for units b..k (rightwards). Counts
+int32_t SignProfile::Sum(std::size_t k) const {
+  int32_t sum = sum_at_[k / kBlock];
+  for (std::size_t i = k / kBlock * kBlock; i < k; ++i) sum += Step(source_[i]);
+  return sum;
+}
+
+int32_t SignProfile::MinSumUpTo(std::size_t m) const {
+  const std::size_t j = m / kBlock;
+  int32_t sum = sum_at_[j];
+  int32_t least = min_up_to_[j];
+  for (std::size_t i = j * kBlock; i < m; ++i) {
+    sum += Step(source_[i]);
+    least = std::min(least, sum);
+  }
+  return least;
+}
+
+int32_t SignProfile::MinSumFrom(std::size_t b) const {
+  const std::size_t n = source_.size();
+  const std::size_t next = (b + kBlock - 1) / kBlock * kBlock;  // first boundary >= b
+  int32_t sum = Sum(b);
+  int32_t least = sum;
+  for (std::size_t i = b; i < std::min(next, n); ++i) {
+    sum += Step(source_[i]);
+    least = std::min(least, sum);
+  }
+  if (next <= n) least = std::min(least, min_from_[next / kBlock]);
+  return least;
+}
+
+// A walk's count after covering units j..start-1 is sum(start-1) - sum(j-1)
+// (leftwards), or sum(b-1) - sum(k) for units b..k (rightwards). Counts
 // move in steps of one, so a walk reaches 1 exactly when that difference
 // reaches 1 somewhere, and then stops on an odd count. Otherwise it covers
 // its whole side, whose count has the parity of the number of signs there.
+// With equal signs the walks never stop early and only parity counts.
 bool SignProfile::Encloses(int64_t start, int64_t len) const {
-  if (!valid_ || !Applicable(u"..", n_, start, len)) return false;
-  const int32_t left_total = sum_[start - 1];
-  const int64_t b = start + len;  // first unit right of the span
-  const int32_t right_total = sum_[n_] - sum_[b - 1];
+  const auto n = static_cast<int64_t>(source_.size());
+  if (!valid_ || !Applicable(u"..", n, start, len)) return false;
+  const auto a = static_cast<std::size_t>(start);
+  const auto b = static_cast<std::size_t>(start + len);  // first unit right of the span
+  const int32_t left_total = Sum(a - 1);
+  const int32_t before_right = Sum(b - 1);
+  const int32_t right_total = Sum(source_.size()) - before_right;
   if (same_) return (left_total & 1) != 0 && (right_total & 1) != 0;
-  const bool left_odd =
-      left_total - min_left_[start - 2] >= 1 || (left_total & 1) != 0;
-  const bool right_odd =
-      sum_[b - 1] - min_right_[b] >= 1 || (right_total & 1) != 0;
+  const bool left_odd = left_total - MinSumUpTo(a - 2) >= 1 || (left_total & 1) != 0;
+  const bool right_odd = before_right - MinSumFrom(b) >= 1 || (right_total & 1) != 0;
   return left_odd && right_odd;
 }
 

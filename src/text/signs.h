@@ -3,6 +3,7 @@
 #ifndef NORVIK50_SRC_TEXT_SIGNS_H_
 #define NORVIK50_SRC_TEXT_SIGNS_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -16,23 +17,37 @@ namespace norvik50 {
 bool IsInSigns(std::u16string_view source, std::u16string_view signs, int64_t start,
                int64_t len);
 
-// The same test for many spans of one text: built in one pass, each
-// question then costs constant time. Gives exactly IsInSigns' answers.
+// The same test for many spans of one text: prepared in two passes, each
+// question then costs a short scan of at most a few blocks, and the memory
+// is a small fraction of the text. Gives exactly IsInSigns' answers. The
+// source must outlive the profile.
 class SignProfile {
  public:
   SignProfile(std::u16string_view source, std::u16string_view signs);
   bool Encloses(int64_t start, int64_t len) const;
 
  private:
+  static constexpr std::size_t kBlock = 64;
+
+  // +1 for an opening sign, -1 for a closing one (+1 for either when they
+  // are equal), 0 otherwise.
+  int32_t Step(char16_t c) const { return c == open_ ? 1 : c == close_ ? -1 : 0; }
+  // sum(k): the steps of the first k units. The walks of IsInSigns are
+  // differences of these sums.
+  int32_t Sum(std::size_t k) const;
+  int32_t MinSumUpTo(std::size_t m) const;   // min of sum(0..m)
+  int32_t MinSumFrom(std::size_t b) const;   // min of sum(b..n)
+
+  std::u16string_view source_;
   bool valid_ = false;
+  char16_t open_ = 0;
+  char16_t close_ = 0;
   bool same_ = false;
-  int64_t n_ = 0;
-  // sum_[k]: signed sign count of the first k units (+1 opening, -1 closing;
-  // with equal signs +1 for each); min_left_[k] = min(sum_[0..k]);
-  // min_right_[k] = min(sum_[k..n]).
-  std::vector<int32_t> sum_;
-  std::vector<int32_t> min_left_;
-  std::vector<int32_t> min_right_;
+  // At every block boundary j * kBlock: the sum there, the least sum from
+  // the start up to it and the least sum from it to the end.
+  std::vector<int32_t> sum_at_;
+  std::vector<int32_t> min_up_to_;
+  std::vector<int32_t> min_from_;
 };
 
 }  // namespace norvik50
