@@ -1,0 +1,98 @@
+#include "settings/registry_names.h"
+
+#include <unicode/uchar.h>
+
+#include <array>
+
+#include "norvik50/registry.h"
+
+namespace norvik50::settings {
+namespace {
+
+struct RootName {
+  int32_t root;
+  std::u16string_view long_name;
+  std::u16string_view short_name;
+};
+
+constexpr std::array<RootName, 7> kRoots{{
+    {HKEY_CLASSES_ROOT, u"HKEY_CLASSES_ROOT", u"HKCR"},
+    {HKEY_CURRENT_USER, u"HKEY_CURRENT_USER", u"HKCU"},
+    {HKEY_LOCAL_MACHINE, u"HKEY_LOCAL_MACHINE", u"HKLM"},
+    {HKEY_USERS, u"HKEY_USERS", u"HKU"},
+    {HKEY_PERFORMANCE_DATA, u"HKEY_PERFORMANCE_DATA", u""},
+    {HKEY_CURRENT_CONFIG, u"HKEY_CURRENT_CONFIG", u"HKCC"},
+    {HKEY_DYN_DATA, u"HKEY_DYN_DATA", u""},
+}};
+
+bool EqualsIgnoringAsciiCase(std::u16string_view a, std::u16string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    char16_t x = a[i], y = b[i];
+    if (x >= u'a' && x <= u'z') x = static_cast<char16_t>(x - 32);
+    if (y >= u'a' && y <= u'z') y = static_cast<char16_t>(y - 32);
+    if (x != y) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::u16string FoldName(std::u16string_view name) {
+  std::u16string folded(name);
+  for (char16_t& c : folded) {
+    // Simple folding, one unit at a time: the folded name has the length of
+    // the name, and the default (non-Turkic) rules keep it the same in
+    // every locale. This covers the whole Windows-1252 range (ä/Ä, š/Š,
+    // œ/Œ, ÿ/Ÿ), not only ASCII.
+    const UChar32 f = u_foldCase(static_cast<UChar32>(c), U_FOLD_CASE_DEFAULT);
+    if (f >= 0 && f < 0x10000) c = static_cast<char16_t>(f);
+  }
+  return folded;
+}
+
+std::optional<std::vector<std::u16string>> SplitKeyPath(std::u16string_view path) {
+  std::vector<std::u16string> names;
+  if (!path.empty() && path.back() == u'\\') path.remove_suffix(1);
+  if (path.empty()) return names;
+  std::size_t start = 0;
+  while (true) {
+    const std::size_t end = path.find(u'\\', start);
+    const std::u16string_view name =
+        path.substr(start, end == std::u16string_view::npos ? path.npos : end - start);
+    if (name.empty() || name.size() > kMaxKeyNameLength) return std::nullopt;
+    names.emplace_back(name);
+    if (end == std::u16string_view::npos) break;
+    start = end + 1;
+  }
+  return names;
+}
+
+std::u16string_view RootKeyName(int32_t root) {
+  for (const RootName& r : kRoots) {
+    if (r.root == root) return r.long_name;
+  }
+  return {};
+}
+
+std::optional<int32_t> ParseRootKeyName(std::u16string_view name) {
+  for (const RootName& r : kRoots) {
+    if (EqualsIgnoringAsciiCase(name, r.long_name) ||
+        (!r.short_name.empty() && EqualsIgnoringAsciiCase(name, r.short_name))) {
+      return r.root;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::pair<int32_t, std::u16string>> SplitFullKeyName(std::u16string_view text) {
+  const std::size_t slash = text.find(u'\\');
+  const auto root = ParseRootKeyName(text.substr(0, slash));
+  if (!root) return std::nullopt;
+  std::u16string rest = slash == std::u16string_view::npos
+                            ? std::u16string()
+                            : std::u16string(text.substr(slash + 1));
+  return std::make_pair(*root, std::move(rest));
+}
+
+}  // namespace norvik50::settings

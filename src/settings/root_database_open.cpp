@@ -1,0 +1,195 @@
+// Opening a root's database: the file checks that keep the store from ever
+// writing into a file that is not its own, the schema, and the pragmas.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <SQLiteCpp/Exception.h>
+#include <SQLiteCpp/Transaction.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "norvik50/encoding.h"
+#include "settings/root_database.h"
+
+namespace norvik50::settings {
+namespace {
+
+// Marks our databases ("Nvk5"): a SQLite file without it that already has
+// tables belongs to some other program and is left alone.
+constexpr int32_t kApplicationId = 0x4E766B35;
+constexpr int32_t kSchemaVersion = 1;
+constexpr int kBusyTimeoutMs = 5000;
+
+constexpr const char* kSchema = R"sql(
+CREATE TABLE keys(
+  id INTEGER PRIMARY KEY,
+  parent INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  fold TEXT NOT NULL,
+  path TEXT NOT NULL UNIQUE);
+CREATE UNIQUE INDEX keys_by_parent ON keys(parent, fold);
+CREATE TABLE vals(
+  key INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  fold TEXT NOT NULL,
+  type INTEGER NOT NULL,
+  data BLOB NOT NULL,
+  PRIMARY KEY(key, fold)) WITHOUT ROWID;
+INSERT INTO keys(id, parent, name, fold, path) VALUES(1, 0, '', '', '');
+)sql";
+
+// Creates `folder` and its missing parents; the last one gets `mode`.
+bool MakeFolder(const std::string& folder, mode_t mode) {
+  std::error_code ec;
+  const std::filesystem::path p(folder);
+  if (std::filesystem::is_directory(p, ec)) return true;
+  if (p.has_parent_path() && p.parent_path() != p) {
+    std::filesystem::create_directories(p.parent_path(), ec);
+  }
+  return ::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST;
+}
+
+// Creates an empty file with exactly `mode` (the umask does not apply):
+// the per-user store must never be readable by others, not even for a
+// moment. An empty file is a valid, empty SQLite database.
+bool MakeFile(const std::string& path, mode_t mode) {
+  const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+  if (fd < 0) return errno == EEXIST;
+  const bool ok = ::fchmod(fd, mode) == 0;
+  ::close(fd);
+  return ok;
+}
+
+// "" when the first bytes are a SQLite header (or the file is empty),
+// otherwise why the file is not one.
+std::string CheckHeader(const std::string& path, off_t size) {
+  if (size == 0) return {};
+  static constexpr char kMagic[] = "SQLite format 3";  // with its zero: 16 bytes
+  char head[16] = {};
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return std::string("cannot be read: ") + std::strerror(errno);
+  const ssize_t n = ::read(fd, head, sizeof head);
+  ::close(fd);
+  if (n != static_cast<ssize_t>(sizeof head) || std::memcmp(head, kMagic, sizeof head) != 0) {
+    return "is not a SQLite database";
+  }
+  return {};
+}
+
+}  // namespace
+
+int32_t RootDatabase::Open(const StoreFile& file, bool create,
+                           std::unique_ptr<RootDatabase>& out, std::u16string& problem) {
+  const mode_t file_mode = file.private_file ? 0600 : 0644;
+  const mode_t folder_mode = file.private_file ? 0700 : 0755;
+  struct stat st{};
+  if (::stat(file.path.c_str(), &st) != 0) {
+    if (errno != ENOENT) {
+      problem = FromUtf8("settings database " + file.path + " cannot be reached: " +
+                         std::strerror(errno));
+      return 1011;
+    }
+    if (!create) return 2;
+    if (!MakeFolder(file.folder, folder_mode) || !MakeFile(file.path, file_mode)) {
+      // Typically the machine-wide folder for a user who does not own it.
+      return 5;
+    }
+    if (::stat(file.path.c_str(), &st) != 0) return 5;
+  }
+  if (!S_ISREG(st.st_mode)) {
+    problem = FromUtf8("settings database " + file.path + " is not a regular file; left untouched");
+    return 1011;
+  }
+  if (const std::string bad = CheckHeader(file.path, st.st_size); !bad.empty()) {
+    problem = FromUtf8("settings database " + file.path + " " + bad + "; left untouched");
+    return 1011;
+  }
+  // Only the owner may write, and only while the owner's write bit is on:
+  // the machine-wide store stays read-only for everyone else even when the
+  // file system would let them (root included).
+  const bool writable = st.st_uid == ::geteuid() && (st.st_mode & S_IWUSR) != 0;
+  std::unique_ptr<RootDatabase> db(new RootDatabase(file, writable));
+  const int32_t code = db->Initialise(problem);
+  if (code != 0) return code;
+  out = std::move(db);
+  return 0;
+}
+
+int32_t RootDatabase::Initialise(std::u16string& problem) {
+  try {
+    const int flags = writable_ ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY;
+    db_ = std::make_unique<SQLite::Database>(file_.path, flags | SQLite::OPEN_NOMUTEX,
+                                             kBusyTimeoutMs);
+  } catch (const SQLite::Exception& e) {
+    problem = Describe(std::string("cannot be opened: ") + e.what());
+    return 1011;
+  }
+  int32_t identity = 0;
+  const int32_t code = Run(
+      false,
+      [&] {
+        const int tables = db_->execAndGet("SELECT count(*) FROM sqlite_schema").getInt();
+        const int32_t app = db_->execAndGet("PRAGMA application_id").getInt();
+        const int32_t version = db_->execAndGet("PRAGMA user_version").getInt();
+        if (tables == 0) {
+          identity = 1;  // a new, empty file
+        } else if (app != kApplicationId) {
+          identity = 2;
+        } else if (version > kSchemaVersion) {
+          identity = 3;
+        } else {
+          const std::string check = db_->execAndGet("PRAGMA quick_check(1)").getString();
+          if (check != "ok") identity = 4;
+        }
+        return 0;
+      },
+      problem);
+  if (code != 0) return code;
+  switch (identity) {
+    case 2:
+      problem = Describe("belongs to another program (it holds tables but not ours); left untouched");
+      return 1011;
+    case 3:
+      problem = Describe("was written by a newer version of norvik50; left untouched");
+      return 1011;
+    case 4:
+      problem = Describe("is damaged (integrity check failed); left untouched");
+      return 1011;
+    default:
+      break;
+  }
+  if (!writable_) return 0;  // read it as it is; an empty one reads as empty
+  return Run(
+      false,
+      [&] {
+        // WAL lets readers go on while one process writes; NORMAL syncs at
+        // checkpoints, which keeps every commit through a crash of the
+        // process (only a power cut could cost the last commits).
+        db_->exec("PRAGMA journal_mode=WAL");
+        db_->exec("PRAGMA synchronous=NORMAL");
+        return 0;
+      },
+      problem) == 0
+             ? Write(
+                   [&] {
+                     // Checked again under the write lock: another process may
+                     // have created the schema since we looked.
+                     if (db_->execAndGet("SELECT count(*) FROM sqlite_schema").getInt() == 0) {
+                       db_->exec(kSchema);
+                       db_->exec("PRAGMA application_id=" + std::to_string(kApplicationId));
+                       db_->exec("PRAGMA user_version=" + std::to_string(kSchemaVersion));
+                     }
+                     return 0;
+                   },
+                   problem)
+             : 1011;
+}
+
+std::u16string RootDatabase::Describe(const std::string& what) const {
+  return FromUtf8("settings database " + file_.path + " " + what);
+}
+
+}  // namespace norvik50::settings
