@@ -7,18 +7,45 @@
 
 namespace norvik50 {
 
-Haystack::Haystack(std::u16string_view text, bool ignore_case, std::size_t fold_limit)
-    : raw_(text), ignore_case_(ignore_case) {
-  if (ignore_case) {
-    folded_ = FoldText(text.substr(0, std::min(fold_limit, text.size())));
-    cmp_ = folded_;
-  } else {
-    cmp_ = raw_;
-  }
-}
+namespace {
+
+// Folding runs ahead of the search in growing steps: never more than about
+// twice what the search needed, and few calls for a long search.
+constexpr std::size_t kFirstFold = 4096;
+
+}  // namespace
+
+Haystack::Haystack(std::u16string_view text, bool ignore_case)
+    : raw_(text), ignore_case_(ignore_case) {}
 
 std::u16string Haystack::Needle(std::u16string_view find) const {
   return ignore_case_ ? FoldText(find) : std::u16string(find);
+}
+
+void Haystack::FoldTo(std::size_t end) const {
+  if (!ignore_case_ || end <= folded_.size()) return;
+  end = std::min(raw_.size(), std::max({end, folded_.size() * 2, kFirstFold}));
+  folded_ += FoldText(raw_.substr(folded_.size(), end - folded_.size()));
+}
+
+std::size_t Haystack::Search(std::u16string_view needle, std::size_t begin,
+                             std::size_t end) const {
+  if (!ignore_case_) {
+    const std::size_t found = raw_.substr(begin, end - begin).find(needle);
+    return found == npos ? npos : begin + found;
+  }
+  // Search what is folded, folding further only while nothing is found.
+  while (true) {
+    FoldTo(std::min(end, begin + needle.size()));
+    const std::size_t stop = std::min(end, folded_.size());
+    const std::size_t found =
+        std::u16string_view(folded_).substr(begin, stop - begin).find(needle);
+    if (found != npos) return begin + found;
+    if (stop == end) return npos;
+    // A match may straddle the folded end: resume just before it.
+    begin = std::max(begin, stop + 1 - needle.size());
+    FoldTo(stop + 1);
+  }
 }
 
 std::size_t Haystack::Find(std::u16string_view needle, std::size_t from,
@@ -27,23 +54,26 @@ std::size_t Haystack::Find(std::u16string_view needle, std::size_t from,
   if (needle.empty()) return from;
   // Only start indexes up to `last` count, so the window ends where a match
   // starting at `last` would end.
-  std::size_t end = cmp_.size();
+  std::size_t end = raw_.size();
   if (last < end && end - last > needle.size()) end = last + needle.size();
-  if (end <= from) return npos;
-  const std::size_t found = cmp_.substr(from, end - from).find(needle);
-  return found == npos ? npos : from + found;
+  if (end <= from || end - from < needle.size()) return npos;
+  return Search(needle, from, end);
 }
 
 std::size_t Haystack::FindLast(std::u16string_view needle, std::size_t from) const {
   if (from >= raw_.size()) return npos;
   if (needle.empty()) return raw_.size() - 1;
-  const std::size_t found = cmp_.rfind(needle);
+  FoldTo(raw_.size());
+  const std::u16string_view cmp = ignore_case_ ? std::u16string_view(folded_) : raw_;
+  const std::size_t found = cmp.rfind(needle);
   return found == npos || found < from ? npos : found;
 }
 
 bool Haystack::MatchesAt(std::u16string_view needle, std::size_t i) const {
-  return i <= cmp_.size() && cmp_.size() - i >= needle.size() &&
-         cmp_.compare(i, needle.size(), needle) == 0;
+  if (i > raw_.size() || raw_.size() - i < needle.size()) return false;
+  FoldTo(i + needle.size());
+  const std::u16string_view cmp = ignore_case_ ? std::u16string_view(folded_) : raw_;
+  return cmp.compare(i, needle.size(), needle) == 0;
 }
 
 bool LeftBoundary(std::u16string_view text, std::size_t i, bool has_prev, char16_t prev) {

@@ -16,9 +16,9 @@ class Haystack {
   static constexpr std::size_t npos = std::u16string_view::npos;
 
   // Prepares `text` (which must outlive the Haystack). With `ignore_case`
-  // the first `fold_limit` units are folded; searches must then stay inside
-  // them (pass `last` accordingly).
-  Haystack(std::u16string_view text, bool ignore_case, std::size_t fold_limit = npos);
+  // the text is folded as far as searches reach, once: a search that ends
+  // early folds little.
+  Haystack(std::u16string_view text, bool ignore_case);
 
   std::u16string_view text() const noexcept { return raw_; }
   std::size_t size() const noexcept { return raw_.size(); }
@@ -37,10 +37,14 @@ class Haystack {
   bool MatchesAt(std::u16string_view needle, std::size_t i) const;
 
  private:
+  // Searches the compared form of [begin, end) for `needle`.
+  std::size_t Search(std::u16string_view needle, std::size_t begin, std::size_t end) const;
+  // Folds at least the first `end` units (no-op when not ignoring case).
+  void FoldTo(std::size_t end) const;
+
   std::u16string_view raw_;
-  std::u16string folded_;
-  std::u16string_view cmp_;  // raw_ or folded_
   bool ignore_case_;
+  mutable std::u16string folded_;  // the first folded_.size() units, folded
 };
 
 // Whole-word boundaries of a match at index `i` of `text`.

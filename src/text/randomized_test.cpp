@@ -252,6 +252,32 @@ TEST_F(RandomizedTest, GetSubStringAndSeparateString) {
   }
 }
 
+TEST_F(RandomizedTest, MidGetAndLet) {
+  Generator g(10);
+  for (int round = 0; round < 20000; ++round) {
+    const u16string s = g.From(u"abc", 0, 10);
+    const u16string value = g.From(u"XY", 0, 4);
+    const int start = g.Int(-1, 14);
+    const int length = g.Int(-3, 12);
+    ASSERT_EQ(Capture([&] { return Mid(s, start, length); }), Capture([&] {
+                const u16string tail = ref::MidFrom(s, start);
+                return length == -1 ? tail : ref::Left(tail, length);
+              }))
+        << ::testing::PrintToString(s) << " " << start << "," << length;
+    ASSERT_EQ(Capture([&] {
+                u16string t = s;
+                MidLet(t, start, length, value);
+                return t;
+              }),
+              Capture([&] {
+                const int64_t cut = length == -1 ? static_cast<int64_t>(value.size()) : length;
+                return ref::Left(s, start - 1) + value + ref::MidFrom(s, start + cut);
+              }))
+        << ::testing::PrintToString(s) << " " << start << "," << length << " "
+        << ::testing::PrintToString(value);
+  }
+}
+
 // Near the 16-bit limit: long texts of filler with a few crowded spots
 // around positions 32767 and 32768.
 TEST_F(RandomizedTest, AroundThe16BitLimit) {

@@ -63,9 +63,7 @@ int16_t FindSubString(std::u16string_view source, std::u16string_view find, int6
     // A match past 32767 overflows its 16-bit position and so does not
     // count; no start index beyond 32766 needs to be looked at.
     const std::size_t last = std::min<std::size_t>(n - 1, kMaxPosition - 1);
-    std::size_t longest = 0;
-    for (std::u16string_view a : alternatives) longest = std::max(longest, a.size());
-    const Haystack hay(source, ignore_case, last + longest);
+    const Haystack hay(source, ignore_case);
 
     std::size_t best = npos;
     std::u16string_view best_alternative;

@@ -131,6 +131,26 @@ TEST(FindSubString, MatchesPastThe16BitRangeDoNotCount) {
   EXPECT_EQ(FindSubString(text, u"z"), 0);
 }
 
+TEST(FindSubString, IgnoringCaseAnywhereInALongText) {
+  // The folded copy is made as far as a search reaches; a match must be
+  // found wherever it lies against the steps in which that happens.
+  for (int at = 0; at < 20000; at += 97) {
+    u16string text(20000, u'x');
+    text.replace(at, 6, u"NeEdLe");
+    text.resize(20000);
+    const int expected = at + 6 <= 20000 ? at + 1 : 0;
+    EXPECT_EQ(FindSubString(text, u"needle|zz", 1, true), expected) << at;
+    EXPECT_EQ(CountSubString(text, u"nEEDLE", 1, true), expected > 0 ? 1 : 0) << at;
+  }
+  for (int at : {4090, 4091, 4093, 4095, 4096, 8187, 8190, 8191, 16380, 16383}) {
+    u16string text(20000, u'x');
+    text.replace(at, 6, u"NeEdLe");
+    EXPECT_EQ(FindSubString(text, u"needle", 1, true), at + 1) << at;
+    EXPECT_EQ(FindSubString(text, u"needle", 200, true, true, true), 0) << at;  // no word
+    EXPECT_EQ(FindLastSubString(text, u"NEEDLE", 1, true), at + 1) << at;
+  }
+}
+
 TEST(HasSubString, AlternativesAndFailures) {
   EXPECT_EQ(HasSubString(u"abc", u"z|c"), -1);
   EXPECT_EQ(HasSubString(u"abc", u"z|q"), 0);

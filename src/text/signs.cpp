@@ -70,6 +70,7 @@ SignProfile::SignProfile(std::u16string_view source, std::u16string_view signs)
     if (k == n) break;
     sum += Step(source[k]);
   }
+  total_ = sum;
   least = sum;
   for (std::size_t k = n + 1; k-- > 0;) {
     least = std::min(least, sum);
@@ -121,7 +122,7 @@ bool SignProfile::Encloses(int64_t start, int64_t len) const {
   const auto b = static_cast<std::size_t>(start + len);  // first unit right of the span
   const int32_t left_total = Sum(a - 1);
   const int32_t before_right = Sum(b - 1);
-  const int32_t right_total = Sum(source_.size()) - before_right;
+  const int32_t right_total = total_ - before_right;
   if (same_) return (left_total & 1) != 0 && (right_total & 1) != 0;
   const bool left_odd = left_total - MinSumUpTo(a - 2) >= 1 || (left_total & 1) != 0;
   const bool right_odd = before_right - MinSumFrom(b) >= 1 || (right_total & 1) != 0;

@@ -43,6 +43,7 @@ class SignProfile {
   char16_t open_ = 0;
   char16_t close_ = 0;
   bool same_ = false;
+  int32_t total_ = 0;  // sum(n)
   // At every block boundary j * kBlock: the sum there, the least sum from
   // the start up to it and the least sum from it to the end.
   std::vector<int32_t> sum_at_;

@@ -77,11 +77,18 @@ void MidLet(std::u16string& source, int64_t start, int64_t length,
   const int64_t cut = length == -1 ? static_cast<int64_t>(value.size()) : length;
   const int64_t resume = ToInt32Checked(start + cut);
   if (resume < 1) Raise(kErrInvalidCall);
-  const std::size_t keep = std::min<std::size_t>(static_cast<std::size_t>(start - 1),
-                                                 source.size());
+  const std::size_t n = source.size();
+  const std::size_t keep = std::min<std::size_t>(static_cast<std::size_t>(start - 1), n);
+  const std::size_t tail = std::min<std::size_t>(static_cast<std::size_t>(resume - 1), n);
+  if (tail >= keep) {
+    source.replace(keep, tail - keep, value);  // in place: no second copy of the text
+    return;
+  }
+  // A negative length other than -1 resumes before the cut: that part of
+  // the text appears twice.
   std::u16string out(source, 0, keep);
   out.append(value);
-  out.append(From(source, resume));
+  out.append(source, tail);
   source = std::move(out);
 }
 

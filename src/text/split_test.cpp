@@ -130,6 +130,7 @@ TEST(Mid, LetIsASplice) {
       {u"abc", 4, -1, u"XY", u"abcXY", "one past the end appends"},
       {u"abc", 10, 2, u"XY", u"abcXY", "far past the end appends with no gap"},
       {u"", 1, -1, u"XY", u"XY", "empty text"},
+      {u"abcdef", 5, -2, u"X", u"abcdXcdef", "a negative length resumes before the cut"},
   };
   for (const Case& c : cases) {
     u16string s = c.source;
