@@ -27,6 +27,7 @@
 #include "norvik50/error.h"
 #include "norvik50/export.h"
 #include "norvik50/file_info.h"
+#include "norvik50/registry.h"
 #include "norvik50/variant.h"
 
 namespace norvik50 {
@@ -198,6 +199,51 @@ class NORVIK50_EXPORT LIB {
   // Windows-1252, for an empty text to DEFLATE and for a damaged compressed
   // text; 13 or 94 when `value` cannot be converted to text.
   Variant tklGlobalVar(std::u16string_view name, const Variant& value);
+
+  // ---- Registry ---------------------------------------------------------
+  // lRegKey is a root key (RegistryKeys, e.g. HKEY_CURRENT_USER), sRegSubKey
+  // a path below it ("SOFTWARE\VANTEX\Global"), "" the key's default value
+  // name. Names are case-insensitive. The getters never raise: a missing
+  // key or value, or one longer than 1024 bytes, gives the default, written
+  // back first when bAutoCreate is True. Unexpected failures are logged.
+
+  // Deletes the key (with bKillAllSubKeys, its sub-keys first). The store's
+  // code: 0 done, 2 not found, 5 refused (it still has sub-keys).
+  int32_t tkrDeleteKey(int32_t lRegKey, std::u16string_view sRegSubKey,
+                       bool bKillAllSubKeys = false);
+  // The value as a Long: DWORDs as stored, text converted (0 when it is no
+  // number; "2.50" gives 2, rounded half to even).
+  int32_t tkrGetLong(int32_t lRegKey, std::u16string_view sRegSubKey,
+                     std::u16string_view sValueName, int32_t lDefaultValue = 0,
+                     bool bAutoCreate = false);
+  // As tkrGetLong, as an Integer (0 when it does not fit).
+  int16_t tkrGetInteger(int32_t lRegKey, std::u16string_view sRegSubKey,
+                        std::u16string_view sValueName, int16_t iDefaultValue = 0,
+                        bool bAutoCreate = false);
+  // The value as text (DWORDs in decimal, binary data one character a byte).
+  std::u16string tkrGetString(int32_t lRegKey, std::u16string_view sRegSubKey,
+                              std::u16string_view sValueName,
+                              std::u16string_view sDefaultValue = u"",
+                              bool bAutoCreate = false);
+  // The value as read: text, byte text or a Long. Without vDefaultValue a
+  // missing value gives "" and nothing is written.
+  Variant tkrGetValue(int32_t lRegKey, std::u16string_view sRegSubKey,
+                      std::u16string_view sValueName,
+                      const std::optional<Variant>& vDefaultValue = std::nullopt,
+                      bool bAutoCreate = false);
+  // Stores vData, creating the key: Integer, Long and Byte as a DWORD;
+  // Single, Double and Currency as text "#,##0.00" in the current locale;
+  // text as text; "hex:01,ff" as bytes; "-" deletes the value (and never
+  // creates the key); Boolean, Date and everything else as the empty text.
+  // False when the store refused or the key could not be opened.
+  bool tkrSetValue(int32_t lRegKey, std::u16string_view sRegSubKey,
+                   std::u16string_view sValueName, const Variant& vData);
+  // The number of keys in the subtree, the key itself included (a key with
+  // two leaf sub-keys gives 3); 0 for a missing key.
+  int32_t tkrSubKeyCount(int32_t lRegKey, std::u16string_view sRegSubKey);
+  // sKeys receives the direct sub-key names (zero-based, case-insensitive
+  // name order; no elements for a leaf); an erased array for a missing key.
+  void tkrFindRegKeys(int32_t lRegKey, std::u16string_view sRegSubKey, SafeArray& sKeys);
 
   // ---- State shared with the member families ----------------------------
 

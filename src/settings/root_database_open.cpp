@@ -87,7 +87,8 @@ int32_t RootDatabase::Open(const StoreFile& file, bool create,
   const mode_t folder_mode = file.private_file ? 0700 : 0755;
   struct stat st{};
   if (::stat(file.path.c_str(), &st) != 0) {
-    if (errno != ENOENT) {
+    if (errno == EACCES) return 5;  // a folder this user may not look into
+    if (errno != ENOENT && errno != ENOTDIR) {
       problem = FromUtf8("settings database " + file.path + " cannot be reached: " +
                          std::strerror(errno));
       return 1011;

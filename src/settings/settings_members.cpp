@@ -1,0 +1,74 @@
+// Dispatch entries of the registry members.
+#include <optional>
+
+#include "core/member_builder.h"
+#include "core/member_registry.h"
+#include "norvik50/lib.h"
+
+namespace norvik50 {
+
+void RegisterSettingsMembers(MemberTable& table) {
+  using namespace members;
+  constexpr VarType S = VarType::kString;
+  constexpr VarType I = VarType::kInteger;
+  constexpr VarType L = VarType::kLong;
+  constexpr VarType B = VarType::kBoolean;
+  constexpr VarType V = VarType::kVariant;
+  constexpr VarType A = VarType::kArray;
+
+  table.Add(Method("tkrDeleteKey",
+                   {In("lRegKey", L), In("sRegSubKey", S),
+                    Opt("bKillAllSubKeys", B, Variant(false))},
+                   L, [](LIB& lib, CallArgs& a) {
+                     return Variant(lib.tkrDeleteKey(a.i32(0), a.str(1), a.flag(2)));
+                   }));
+  // The typed getters share their leading parameters; an omitted default
+  // arrives as 0 or "", an omitted bAutoCreate as False.
+  const auto getter = [&](VarType type, Variant zero) {
+    return std::vector<ParamInfo>{In("lRegKey", L), In("sRegSubKey", S), In("sValueName", S),
+                                  Opt(type == L   ? "lDefaultValue"
+                                      : type == I ? "iDefaultValue"
+                                                  : "sDefaultValue",
+                                      type, std::move(zero)),
+                                  Opt("bAutoCreate", B, Variant(false))};
+  };
+  table.Add(Method("tkrGetLong", getter(L, Variant(int32_t{0})), L, [](LIB& lib, CallArgs& a) {
+    return Variant(lib.tkrGetLong(a.i32(0), a.str(1), a.str(2), a.i32(3), a.flag(4)));
+  }));
+  table.Add(Method("tkrGetInteger", getter(I, Variant(int16_t{0})), I,
+                   [](LIB& lib, CallArgs& a) {
+                     return Variant(
+                         lib.tkrGetInteger(a.i32(0), a.str(1), a.str(2), a.i16(3), a.flag(4)));
+                   }));
+  table.Add(Method("tkrGetString", getter(S, Variant(u"")), S, [](LIB& lib, CallArgs& a) {
+    return Variant(lib.tkrGetString(a.i32(0), a.str(1), a.str(2), a.str(3), a.flag(4)));
+  }));
+  table.Add(Method("tkrGetValue",
+                   {In("lRegKey", L), In("sRegSubKey", S), In("sValueName", S),
+                    OptMissing("vDefaultValue", V), Opt("bAutoCreate", B, Variant(false))},
+                   V, [](LIB& lib, CallArgs& a) {
+                     const std::optional<Variant> fallback =
+                         a.has(3) ? std::optional<Variant>(a[3]) : std::nullopt;
+                     return lib.tkrGetValue(a.i32(0), a.str(1), a.str(2), fallback, a.flag(4));
+                   }));
+  table.Add(Method("tkrSetValue",
+                   {In("lRegKey", L), In("sRegSubKey", S), In("sValueName", S),
+                    In("vData", V)},
+                   B, [](LIB& lib, CallArgs& a) {
+                     return Variant(lib.tkrSetValue(a.i32(0), a.str(1), a.str(2), a[3]));
+                   }));
+  table.Add(Method("tkrSubKeyCount", {In("lRegKey", L), In("sRegSubKey", S)}, L,
+                   [](LIB& lib, CallArgs& a) {
+                     return Variant(lib.tkrSubKeyCount(a.i32(0), a.str(1)));
+                   }));
+  table.Add(Method("tkrFindRegKeys", {In("lRegKey", L), In("sRegSubKey", S), Ref("sKeys", A)},
+                   VarType::kEmpty, [](LIB& lib, CallArgs& a) {
+                     SafeArray keys(VarType::kString);
+                     lib.tkrFindRegKeys(a.i32(0), a.str(1), keys);
+                     a.at(2) = Variant(std::move(keys));
+                     a.MarkWritten(2);
+                     return Variant();
+                   }));
+}
+
+}  // namespace norvik50

@@ -1,0 +1,250 @@
+// The SQLite store against registry semantics, on real database files in a
+// temporary folder.
+#include "settings/sqlite_store.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <string>
+
+#include "norvik50/encoding.h"
+#include "testing/temp_folder.h"
+
+namespace norvik50::settings {
+namespace {
+
+using testing::ScopedEnv;
+using testing::TempFolder;
+
+class SqliteStoreTest : public ::testing::Test {
+ protected:
+  TempFolder dir_;
+  ScopedEnv env_{"NORVIK50_REGISTRY_DIR", dir_.path()};
+  SqliteStore store_;
+
+  RegKey Create(std::u16string_view path, int32_t root = HKEY_CURRENT_USER) {
+    RegKey key = 0;
+    EXPECT_EQ(store_.CreateKey(root, path, 0, KEY_ALL_ACCESS, key, nullptr), 0) << ToUtf8(path);
+    return key;
+  }
+  std::vector<std::u16string> Children(RegKey key) {
+    std::vector<std::u16string> names;
+    std::u16string name;
+    for (uint32_t i = 0; store_.EnumKey(key, i, 256, name) == 0; ++i) names.push_back(name);
+    return names;
+  }
+};
+
+TEST_F(SqliteStoreTest, KeyNamesIgnoreCaseAcrossWindows1252AndKeepTheirCase) {
+  const RegKey k = Create(u"Software\\Äpfel\\ŠKODA\\Œuvre\\ŸES");
+  ASSERT_EQ(store_.CloseKey(k), 0);
+  struct Case {
+    std::u16string path;
+    int32_t code;
+  } cases[] = {
+      {u"software\\äpfel\\škoda\\œuvre\\ÿes", 0},  // every letter folded, umlauts and
+                                                   // the 0x80-0x9F letters included
+      {u"SOFTWARE\\ÄPFEL\\ŠKODA\\ŒUVRE\\ŸES", 0},
+      {u"Software\\Apfel", 2},                      // no accent folding: another name
+      {u"Software\\Äpfel\\", 0},                    // one trailing separator is allowed
+      {u"Software\\\\Äpfel", 1010},                 // an empty name inside the path
+  };
+  for (const auto& c : cases) {
+    RegKey key = 0;
+    EXPECT_EQ(store_.OpenKey(HKEY_CURRENT_USER, c.path, KEY_QUERY_VALUE, key), c.code)
+        << ToUtf8(c.path);
+    if (c.code == 0) store_.CloseKey(key);
+  }
+  // The name is kept as first written, whatever case later calls use.
+  RegKey sw = 0;
+  ASSERT_EQ(store_.OpenKey(HKEY_CURRENT_USER, u"SOFTWARE", KEY_QUERY_VALUE, sw), 0);
+  EXPECT_EQ(Children(sw), std::vector<std::u16string>{u"Äpfel"});
+  int32_t disposition = 0;
+  RegKey again = 0;
+  ASSERT_EQ(store_.CreateKey(HKEY_CURRENT_USER, u"software\\ÄPFEL", 0, 63, again, &disposition), 0);
+  EXPECT_EQ(disposition, REG_OPENED_EXISTING_KEY);
+  EXPECT_EQ(Children(sw), std::vector<std::u16string>{u"Äpfel"});
+}
+
+TEST_F(SqliteStoreTest, ValueNamesIgnoreCaseAndKeepTheFirstSpelling) {
+  const RegKey k = Create(u"App");
+  ASSERT_EQ(store_.SetValue(k, u"Größe", REG_SZ, "1"), 0);
+  ASSERT_EQ(store_.SetValue(k, u"GRÖSSE", REG_SZ, "2"), 0);  // ß does not fold to SS
+  ASSERT_EQ(store_.SetValue(k, u"gröSSe", REG_SZ, "3"), 0);  // same name as GRÖSSE
+  int32_t type = 0;
+  std::string data;
+  ASSERT_EQ(store_.QueryValue(k, u"GRÖSSE", 1024, type, data), 0);
+  EXPECT_EQ(data, std::string("3\0", 2));
+  ASSERT_EQ(store_.QueryValue(k, u"größe", 1024, type, data), 0);
+  EXPECT_EQ(data, std::string("1\0", 2));
+  std::u16string name;
+  // Name order: "grösse" before "größe" (s < ß); the spelling of the first
+  // write survives later overwrites.
+  ASSERT_EQ(store_.EnumValue(k, 0, name, type, data), 0);
+  EXPECT_EQ(name, u"GRÖSSE");
+  ASSERT_EQ(store_.EnumValue(k, 1, name, type, data), 0);
+  EXPECT_EQ(name, u"Größe");
+  EXPECT_EQ(store_.EnumValue(k, 2, name, type, data), ERROR_NO_MORE_ITEMS);
+}
+
+TEST_F(SqliteStoreTest, SubKeysEnumerateInCaseInsensitiveOrder) {
+  for (const auto* n : {u"beta", u"Alpha", u"Öl", u"gamma", u"ALPHA2", u"Zeta", u"_x"}) {
+    store_.CloseKey(Create(std::u16string(u"Root\\") + n));
+  }
+  RegKey root = 0;
+  ASSERT_EQ(store_.OpenKey(HKEY_CURRENT_USER, u"root", KEY_ENUMERATE_SUB_KEYS, root), 0);
+  // Folded order: "_" sorts before letters once they are folded to lower case,
+  // "ö" after every ASCII letter.
+  const std::vector<std::u16string> expected{u"_x", u"Alpha", u"ALPHA2", u"beta",
+                                             u"gamma", u"Zeta", u"Öl"};
+  EXPECT_EQ(Children(root), expected);
+  // Index access out of order gives the same names as walking.
+  std::u16string name;
+  ASSERT_EQ(store_.EnumKey(root, 4, 256, name), 0);
+  EXPECT_EQ(name, u"gamma");
+  ASSERT_EQ(store_.EnumKey(root, 0, 256, name), 0);
+  EXPECT_EQ(name, u"_x");
+  EXPECT_EQ(store_.EnumKey(root, 7, 256, name), ERROR_NO_MORE_ITEMS);
+}
+
+TEST_F(SqliteStoreTest, DeleteKeyRules) {
+  store_.CloseKey(Create(u"A\\B\\C"));
+  const RegKey a = Create(u"A");
+  ASSERT_EQ(store_.SetValue(a, u"v", REG_SZ, "x"), 0);
+  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"A"), 5);      // still has sub-keys
+  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"A\\X"), 2);   // missing
+  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u""), 5);       // a root stays
+  EXPECT_EQ(store_.DeleteKey(a, u"b\\c"), 0);                   // relative to a handle
+  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"a\\B"), 0);
+  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"A"), 0);
+  // The open handle now names a deleted key: writes through it are refused
+  // instead of leaving a value no key owns.
+  EXPECT_EQ(store_.SetValue(a, u"v", REG_SZ, "y"), 1010);
+  store_.CloseKey(Create(u"A"));
+  int32_t type = 0;
+  std::string data;
+  RegKey fresh = 0;
+  ASSERT_EQ(store_.OpenKey(HKEY_CURRENT_USER, u"A", KEY_QUERY_VALUE, fresh), 0);
+  EXPECT_EQ(store_.QueryValue(fresh, u"v", 1024, type, data), 2);  // values went with the key
+}
+
+TEST_F(SqliteStoreTest, NameLengthLimits) {
+  const std::u16string k255(255, u'k'), k256(256, u'k');
+  const std::u16string v16383(16383, u'v'), v16384(16384, u'v');
+  RegKey key = 0;
+  EXPECT_EQ(store_.CreateKey(HKEY_CURRENT_USER, k255, 0, 63, key, nullptr), 0);
+  EXPECT_EQ(store_.CreateKey(HKEY_CURRENT_USER, k256, 0, 63, key, nullptr), 1010);
+  const RegKey k = Create(u"Limits");
+  EXPECT_EQ(store_.SetValue(k, v16383, REG_SZ, "a"), 0);
+  EXPECT_EQ(store_.SetValue(k, v16384, REG_SZ, "a"), 1010);
+  // A 255-character name needs a buffer of 256 (its terminator included).
+  RegKey root = HKEY_CURRENT_USER;
+  std::u16string name;
+  EXPECT_EQ(store_.EnumKey(root, 0, 255, name), kRegMoreData);
+  EXPECT_EQ(store_.EnumKey(root, 0, 256, name), 0);
+  EXPECT_EQ(name, k255);
+}
+
+TEST_F(SqliteStoreTest, QueryBufferCountsCharactersForTextAndBytesOtherwise) {
+  const RegKey k = Create(u"Buf");
+  const std::string ascii(1023, 'a');  // 1023 characters + terminator = 1024
+  std::u16string umlauts(1023, u'ä');  // two UTF-8 bytes each, one for the caller
+  ASSERT_EQ(store_.SetValue(k, u"a", REG_SZ, ascii), 0);
+  ASSERT_EQ(store_.SetValue(k, u"u", REG_SZ, ToUtf8(umlauts)), 0);
+  ASSERT_EQ(store_.SetValue(k, u"long", REG_SZ, ascii + "b"), 0);
+  ASSERT_EQ(store_.SetValue(k, u"bin", REG_BINARY, std::string(1025, '\x01')), 0);
+  int32_t type = 0;
+  std::string data;
+  EXPECT_EQ(store_.QueryValue(k, u"a", 1024, type, data), 0);
+  EXPECT_EQ(data.size(), 1024u);
+  EXPECT_EQ(store_.QueryValue(k, u"u", 1024, type, data), 0);
+  EXPECT_EQ(store_.QueryValue(k, u"long", 1024, type, data), kRegMoreData);
+  EXPECT_EQ(store_.QueryValue(k, u"bin", 1024, type, data), kRegMoreData);
+  EXPECT_EQ(store_.QueryValue(k, u"bin", 1025, type, data), 0);
+}
+
+TEST_F(SqliteStoreTest, TextGetsExactlyOneTerminator) {
+  const RegKey k = Create(u"T");
+  struct Case {
+    int32_t type;
+    std::string written, stored;
+  } cases[] = {
+      {REG_SZ, "", std::string("\0", 1)},             // the empty text is one zero byte
+      {REG_SZ, "abc", std::string("abc\0", 4)},
+      {REG_SZ, std::string("abc\0", 4), std::string("abc\0", 4)},  // not doubled
+      {REG_EXPAND_SZ, "%X%", std::string("%X%\0", 4)},
+      {REG_MULTI_SZ, std::string("a\0b\0\0", 5), std::string("a\0b\0\0", 5)},  // as given
+      {REG_BINARY, "", ""},
+  };
+  for (const auto& c : cases) {
+    ASSERT_EQ(store_.SetValue(k, u"v", c.type, c.written), 0);
+    int32_t type = 0;
+    std::string data;
+    ASSERT_EQ(store_.QueryValue(k, u"v", 1024, type, data), 0);
+    EXPECT_EQ(type, c.type);
+    EXPECT_EQ(data, c.stored) << c.type;
+  }
+}
+
+TEST_F(SqliteStoreTest, ReadsOfAMissingStoreCreateNothing) {
+  RegKey key = 0;
+  EXPECT_EQ(store_.OpenKey(HKEY_LOCAL_MACHINE, u"Software", KEY_QUERY_VALUE, key), 2);
+  EXPECT_EQ(store_.OpenKey(HKEY_LOCAL_MACHINE, u"", KEY_QUERY_VALUE, key), 0);
+  std::u16string name;
+  EXPECT_EQ(store_.EnumKey(key, 0, 255, name), ERROR_NO_MORE_ITEMS);
+  EXPECT_EQ(store_.DeleteKey(HKEY_LOCAL_MACHINE, u"X"), 2);
+  EXPECT_FALSE(std::ifstream(dir_.File("HKEY_LOCAL_MACHINE.db")).good());
+  EXPECT_EQ(store_.OpenKey(HKEY_PERFORMANCE_DATA, u"", KEY_QUERY_VALUE, key), 1010);
+  EXPECT_EQ(store_.CloseKey(12345), 1010);  // never handed out
+}
+
+TEST_F(SqliteStoreTest, OneFilePerRootCreatedPrivate) {
+  store_.CloseKey(Create(u"U", HKEY_CURRENT_USER));
+  store_.CloseKey(Create(u"M", HKEY_LOCAL_MACHINE));
+  RegKey key = 0;
+  EXPECT_EQ(store_.OpenKey(HKEY_LOCAL_MACHINE, u"U", KEY_QUERY_VALUE, key), 2);
+  struct stat st{};
+  ASSERT_EQ(::stat(dir_.File("HKEY_CURRENT_USER.db").c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0600u);
+  ASSERT_EQ(::stat(dir_.File("HKEY_LOCAL_MACHINE.db").c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0600u);
+}
+
+TEST_F(SqliteStoreTest, FollowsAChangedStoreFolder) {
+  store_.CloseKey(Create(u"First"));
+  TempFolder other;
+  ScopedEnv moved("NORVIK50_REGISTRY_DIR", other.path());
+  RegKey key = 0;
+  EXPECT_EQ(store_.OpenKey(HKEY_CURRENT_USER, u"First", KEY_QUERY_VALUE, key), 2);
+  store_.CloseKey(Create(u"Second"));
+  EXPECT_TRUE(std::ifstream(other.File("HKEY_CURRENT_USER.db")).good());
+}
+
+TEST_F(SqliteStoreTest, HandlesAreReleased) {
+  for (int i = 0; i < 5; ++i) store_.CloseKey(Create(u"H"));
+  EXPECT_EQ(store_.open_handles(), 0u);
+}
+
+// Two stores in one process stand for two programs sharing the files: each
+// sees what the other committed, without reopening anything.
+TEST_F(SqliteStoreTest, SeesChangesOfAnotherConnection) {
+  SqliteStore other;
+  const RegKey mine = Create(u"Shared");
+  int32_t type = 0;
+  std::string data;
+  EXPECT_EQ(store_.QueryValue(mine, u"v", 1024, type, data), 2);  // statements now prepared
+  RegKey theirs = 0;
+  ASSERT_EQ(other.CreateKey(HKEY_CURRENT_USER, u"Shared", 0, 63, theirs, nullptr), 0);
+  ASSERT_EQ(other.SetValue(theirs, u"v", REG_DWORD, std::string("\x07\0\0\0", 4)), 0);
+  ASSERT_EQ(store_.QueryValue(mine, u"v", 1024, type, data), 0);
+  EXPECT_EQ(type, REG_DWORD);
+  RegKey sub = 0;
+  ASSERT_EQ(other.CreateKey(theirs, u"Child", 0, 63, sub, nullptr), 0);
+  EXPECT_EQ(Children(mine), std::vector<std::u16string>{u"Child"});
+  ASSERT_EQ(other.DeleteKey(theirs, u"Child"), 0);
+  EXPECT_TRUE(Children(mine).empty());
+}
+
+}  // namespace
+}  // namespace norvik50::settings

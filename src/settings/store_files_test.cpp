@@ -1,0 +1,154 @@
+// The database files themselves: where they lie, who may write them, and
+// what happens to files that are not ours or are damaged.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <SQLiteCpp/Database.h>
+
+#include <fstream>
+#include <string>
+
+#include "norvik50/encoding.h"
+#include "settings/sqlite_store.h"
+#include "settings/store_location.h"
+#include "testing/temp_folder.h"
+
+namespace norvik50::settings {
+namespace {
+
+using testing::ScopedEnv;
+using testing::TempFolder;
+
+void WriteFile(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+TEST(StoreLocationTest, FoldersByRootAndEnvironment) {
+  TempFolder home;
+  ScopedEnv no_dir("NORVIK50_REGISTRY_DIR", std::nullopt);
+  ScopedEnv xdg("XDG_CONFIG_HOME", std::nullopt);
+  ScopedEnv h("HOME", home.path());
+  // Without XDG_CONFIG_HOME the per-user store lies in ~/.config.
+  EXPECT_EQ(StoreFileFor(HKEY_CURRENT_USER)->path,
+            home.path() + "/.config/norvik50/HKEY_CURRENT_USER.db");
+  {
+    ScopedEnv set_xdg("XDG_CONFIG_HOME", home.File("cfg/"));
+    const auto user = StoreFileFor(HKEY_CURRENT_USER);
+    EXPECT_EQ(user->path, home.path() + "/cfg/norvik50/HKEY_CURRENT_USER.db");
+    EXPECT_TRUE(user->private_file);
+  }
+  // Machine-wide roots live in /etc, shared for reading.
+  const auto machine = StoreFileFor(HKEY_LOCAL_MACHINE);
+  EXPECT_EQ(machine->path, "/etc/norvik50/HKEY_LOCAL_MACHINE.db");
+  EXPECT_FALSE(machine->private_file);
+  EXPECT_EQ(StoreFileFor(HKEY_CLASSES_ROOT)->path, "/etc/norvik50/HKEY_CLASSES_ROOT.db");
+  EXPECT_FALSE(StoreFileFor(HKEY_PERFORMANCE_DATA).has_value());
+  EXPECT_FALSE(StoreFileFor(42).has_value());
+  // One folder for all roots overrides both.
+  ScopedEnv dir("NORVIK50_REGISTRY_DIR", home.File("all"));
+  EXPECT_EQ(StoreFileFor(HKEY_LOCAL_MACHINE)->path, home.path() + "/all/HKEY_LOCAL_MACHINE.db");
+}
+
+TEST(StoreLocationTest, PerUserStoreIsCreatedPrivate) {
+  TempFolder home;
+  ScopedEnv no_dir("NORVIK50_REGISTRY_DIR", std::nullopt);
+  ScopedEnv xdg("XDG_CONFIG_HOME", home.path());
+  SqliteStore store;
+  RegKey key = 0;
+  ASSERT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"X", 0, 63, key, nullptr), 0);
+  struct stat st{};
+  ASSERT_EQ(::stat(home.File("norvik50").c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0700u);
+  ASSERT_EQ(::stat(home.File("norvik50/HKEY_CURRENT_USER.db").c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0600u);
+}
+
+class StoreFilesTest : public ::testing::Test {
+ protected:
+  TempFolder dir_;
+  ScopedEnv env_{"NORVIK50_REGISTRY_DIR", dir_.path()};
+  std::string user_file_ = dir_.File("HKEY_CURRENT_USER.db");
+};
+
+// Files that are not our store are reported and left exactly as they were.
+TEST_F(StoreFilesTest, ForeignOrDamagedFilesAreReportedAndNeverWritten) {
+  std::string sqlite_damaged;
+  {
+    // A real database whose pages are then overwritten in the middle.
+    SQLite::Database db(dir_.File("seed.db"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    db.exec("CREATE TABLE t(x); INSERT INTO t VALUES(randomblob(20000));");
+  }
+  sqlite_damaged = dir_.Read("seed.db");
+  for (std::size_t i = 1024; i < sqlite_damaged.size(); i += 7) sqlite_damaged[i] = '\x5A';
+  std::string other_program;
+  {
+    SQLite::Database db(dir_.File("other.db"), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    db.exec("CREATE TABLE contacts(name TEXT)");
+  }
+  other_program = dir_.Read("other.db");
+  struct Case {
+    const char* what;
+    std::string bytes;
+    const char* message_part;
+  } cases[] = {
+      {"a text file", "[Settings]\nA=1\n", "is not a SQLite database"},
+      {"a short file", "SQLite", "is not a SQLite database"},
+      {"another program's database", other_program, "belongs to another program"},
+      {"a damaged database", sqlite_damaged, "damaged"},
+  };
+  for (const auto& c : cases) {
+    WriteFile(user_file_, c.bytes);
+    SqliteStore store;
+    RegKey key = 0;
+    EXPECT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"Software", 0, 63, key, nullptr), 1011)
+        << c.what;
+    const std::string problem = ToUtf8(store.TakeProblem());
+    EXPECT_NE(problem.find(c.message_part), std::string::npos) << c.what << ": " << problem;
+    EXPECT_NE(problem.find(user_file_), std::string::npos) << problem;
+    EXPECT_EQ(store.TakeProblem(), u"");  // reported once per failure
+    EXPECT_EQ(store.OpenKey(HKEY_CURRENT_USER, u"Software", KEY_QUERY_VALUE, key), 1011);
+    EXPECT_EQ(dir_.Read("HKEY_CURRENT_USER.db"), c.bytes) << c.what << " was changed";
+  }
+}
+
+TEST_F(StoreFilesTest, OnlyTheOwnerWithWritePermissionWrites) {
+  {
+    SqliteStore store;
+    RegKey key = 0;
+    ASSERT_EQ(store.CreateKey(HKEY_LOCAL_MACHINE, u"Shared", 0, 63, key, nullptr), 0);
+    ASSERT_EQ(store.SetValue(key, u"v", REG_SZ, "machine"), 0);
+  }
+  const std::string file = dir_.File("HKEY_LOCAL_MACHINE.db");
+  ASSERT_EQ(::chmod(file.c_str(), 0444), 0);
+  SqliteStore store;
+  RegKey key = 0;
+  // Reading goes on; every kind of write is refused with 5 (even for root,
+  // who the file system would let through).
+  ASSERT_EQ(store.OpenKey(HKEY_LOCAL_MACHINE, u"Shared", KEY_QUERY_VALUE, key), 0);
+  int32_t type = 0;
+  std::string data;
+  EXPECT_EQ(store.QueryValue(key, u"v", 1024, type, data), 0);
+  EXPECT_EQ(store.SetValue(key, u"v", REG_SZ, "x"), 5);
+  EXPECT_EQ(store.DeleteValue(key, u"v"), 5);
+  RegKey created = 0;
+  EXPECT_EQ(store.CreateKey(HKEY_LOCAL_MACHINE, u"New", 0, 63, created, nullptr), 5);
+  EXPECT_EQ(store.DeleteKey(HKEY_LOCAL_MACHINE, u"Shared"), 5);
+  RegKey for_write = 0;
+  EXPECT_EQ(store.OpenKey(HKEY_LOCAL_MACHINE, u"Shared", KEY_SET_VALUE, for_write), 5);
+  EXPECT_EQ(store.TakeProblem(), u"");  // a refusal is not a damaged file
+  ::chmod(file.c_str(), 0600);
+}
+
+TEST_F(StoreFilesTest, AFolderThatCannotBeCreatedRefusesWrites) {
+  // A plain file where the folder should be: nobody can create the store.
+  WriteFile(dir_.File("blocked"), "x");
+  ScopedEnv env("NORVIK50_REGISTRY_DIR", dir_.File("blocked"));
+  SqliteStore store;
+  RegKey key = 0;
+  EXPECT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"A", 0, 63, key, nullptr), 5);
+  EXPECT_EQ(store.OpenKey(HKEY_CURRENT_USER, u"A", KEY_QUERY_VALUE, key), 2);
+}
+
+}  // namespace
+}  // namespace norvik50::settings
