@@ -70,6 +70,7 @@ struct Layout {
 Layout Analyse(std::u16string_view section) {
   Layout l;
   int pending_commas = 0;
+  int pending_fraction_commas = 0;
   Scan(section, [&](Tok t, std::u16string_view, char16_t c) {
     switch (t) {
       case Tok::kDigit:
@@ -77,6 +78,7 @@ Layout Analyse(std::u16string_view section) {
           ++l.exp_placeholders;
           if (c == u'0') ++l.exp_zeros;
         } else if (l.has_point) {
+          pending_fraction_commas = 0;
           l.frac_kinds.push_back(static_cast<char>(c));
         } else {
           // A comma between two integer placeholders asks for grouping.
@@ -86,13 +88,18 @@ Layout Analyse(std::u16string_view section) {
         }
         break;
       case Tok::kComma:
-        if (!l.has_point && !l.exponent && !l.int_kinds.empty()) ++pending_commas;
+        if (l.has_point && !l.exponent) {
+          ++pending_fraction_commas;
+        } else if (!l.exponent && !l.int_kinds.empty()) {
+          ++pending_commas;
+        }
         break;
       case Tok::kPoint:
       case Tok::kExponent:
-        // Commas right after the last integer placeholder divide by 1000.
-        if (!l.exponent) l.scale_commas += pending_commas;
-        pending_commas = 0;
+        // Commas right after the last integer placeholder divide by 1000,
+        // as do commas after the last fraction placeholder ("0.0,,").
+        if (!l.exponent) l.scale_commas += pending_commas + pending_fraction_commas;
+        pending_commas = pending_fraction_commas = 0;
         if (t == Tok::kPoint) {
           l.has_point = true;
         } else {
@@ -104,7 +111,7 @@ Layout Analyse(std::u16string_view section) {
       case Tok::kLiteral: break;
     }
   });
-  if (!l.has_point && !l.exponent) l.scale_commas += pending_commas;
+  if (!l.exponent) l.scale_commas += pending_commas + pending_fraction_commas;
   return l;
 }
 

@@ -1,0 +1,214 @@
+// ConvertToType and the locale-aware number reading behind it, in German
+// and English.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "norvik50/encoding.h"
+#include "norvik50/error.h"
+#include "numeric/convert_to_type.h"
+#include "numeric/date_parse.h"
+#include "numeric/locale_number.h"
+#include "testing/error_number.h"
+#include "testing/temp_folder.h"
+
+namespace norvik50 {
+namespace {
+
+using testing::ErrorOf;
+
+Date Today() { return Date{std::floor(Date::Now().serial)}; }
+
+// Text to Double: the same texts read differently in the two locales.
+TEST(LocaleNumberTest, TextToDoubleInBothLocales) {
+  struct Case {
+    const char16_t* text;
+    std::optional<double> german, english;
+  } cases[] = {
+      {u"1.234,56", 1234.56, std::nullopt},  // English: "," after the point
+      {u"1,234.56", std::nullopt, 1234.56},
+      {u"12,5", 12.5, 125},                  // English ignores the grouping comma
+      {u"12.5", 125, 12.5},                  // German ignores the grouping point
+      {u"  -7 ", -7, -7},                    // blanks and a sign
+      {u"7-", -7, -7},                       // a trailing sign
+      {u"(7)", -7, -7},                      // brackets for a negative amount
+      {u"1E3", 1000, 1000},
+      {u"&HFF", 255, 255},
+      {u"&HFFFFFFFF", -1, -1},               // radix forms are 32-bit patterns
+      {u",5", 0.5, std::nullopt},            // a leading thousands separator is no number
+      {u"5,", 5, 5},
+      {u"1e400", std::nullopt, std::nullopt},  // overflow
+      {u"1-2", std::nullopt, std::nullopt},
+      {u"", std::nullopt, std::nullopt},
+      {u"abc", std::nullopt, std::nullopt},
+      {u"1 2", std::nullopt, std::nullopt},
+      {u"--1", std::nullopt, std::nullopt},
+      {u"(-1)", std::nullopt, std::nullopt},
+  };
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    const bool german = tag[0] == 'd';
+    for (const Case& c : cases) {
+      EXPECT_EQ(LocaleTextToDouble(c.text), german ? c.german : c.english)
+          << tag << " " << ToUtf8(c.text);
+    }
+  }
+}
+
+TEST(LocaleNumberTest, CurrencySymbolOfTheLocale) {
+  {
+    testing::ScopedLocale german("de-DE");
+    EXPECT_EQ(LocaleTextToDouble(u"1.234,50 \u20AC"), 1234.5);
+    EXPECT_FALSE(LocaleTextToDouble(u"$5"));
+  }
+  {
+    testing::ScopedLocale english("en-US");
+    EXPECT_EQ(LocaleTextToDouble(u"-$1,234.50"), -1234.5);
+    EXPECT_FALSE(LocaleTextToDouble(u"5 \u20AC"));
+  }
+}
+
+// Numeric codes: conversion, rounding half to even and the fallbacks.
+TEST(ConvertToTypeTest, NumbersInBothLocales) {
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    const bool german = tag[0] == 'd';
+    const char16_t* half = german ? u"2,5" : u"2.5";
+    // Integer, Long and Byte round half to even.
+    EXPECT_EQ(ConvertToType(2, Variant(half)).as_integer(), 2) << tag;
+    EXPECT_EQ(ConvertToType(3, Variant(3.5)).as_long(), 4) << tag;
+    EXPECT_EQ(ConvertToType(17, Variant(-0.5)).as_byte(), 0) << tag;
+    EXPECT_EQ(ConvertToType(5, Variant(german ? u"1.234,56" : u"1,234.56")).as_double(),
+              1234.56)
+        << tag;
+    // Currency and Decimal from text are exact, not via a Double.
+    EXPECT_EQ(ConvertToType(6, Variant(german ? u"0,1" : u"0.1")).as_currency().scaled, 1000);
+    EXPECT_EQ(ConvertToType(14, Variant(german ? u"-1,50" : u"-1.50")).as_decimal().ToString(),
+              "-1.50");
+    EXPECT_EQ(ConvertToType(4, Variant(u"1")).as_single(), 1.0f);
+    EXPECT_EQ(ConvertToType(11, Variant(u"true")).as_boolean(), -1);
+    EXPECT_EQ(ConvertToType(11, Variant(u"0")).as_boolean(), 0);
+  }
+}
+
+TEST(ConvertToTypeTest, FailuresGiveTheFallback) {
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    struct Case {
+      int32_t code;
+      Variant value;
+    } numeric[] = {
+        {2, Variant(u"abc")},       // type mismatch
+        {2, Variant(32767.5)},      // rounds to 32768: overflow
+        {3, Variant(3e9)},
+        {4, Variant(1e300)},
+        {5, Variant(u"1-2")},
+        {5, Variant::Null()},       // invalid use of Null
+        {6, Variant(1e300)},
+        {14, Variant(1e30)},
+        {17, Variant(int32_t{256})},
+        {5, Variant(SafeArray())},
+    };
+    for (const Case& c : numeric) {
+      const Variant out = ConvertToType(c.code, c.value);
+      // The fallback is the Integer 0, not converted to the requested type.
+      EXPECT_EQ(out.type(), VarType::kInteger) << tag << " code " << c.code;
+      EXPECT_EQ(out.as_integer(), 0);
+    }
+    EXPECT_EQ(ConvertToType(7, Variant(u"x")).as_date(), Today()) << tag;
+    EXPECT_EQ(ConvertToType(8, Variant::Null()).as_string(), u"");
+    EXPECT_EQ(ConvertToType(11, Variant(u"vielleicht")).as_boolean(), 0);
+  }
+}
+
+TEST(ConvertToTypeTest, OtherCodesKeepTheValue) {
+  for (int32_t code : {0, 1, 9, 10, 12, 13, 15, 16, 18, 8192, -1}) {
+    const Variant out = ConvertToType(code, Variant(u"abc"));
+    EXPECT_EQ(out.type(), VarType::kString) << code;
+    EXPECT_EQ(out.as_string(), u"abc");
+  }
+}
+
+// Numbers to text as the runtime writes them, with the locale's separator.
+TEST(ConvertToTypeTest, NumbersToText) {
+  struct Case {
+    Variant value;
+    const char16_t* german;
+    const char16_t* english;
+  } cases[] = {
+      {Variant(1e15), u"1E+15", u"1E+15"},
+      {Variant(1234567890123456.0), u"1,23456789012346E+15", u"1.23456789012346E+15"},
+      {Variant(1e-5), u"1E-05", u"1E-05"},
+      {Variant(4.94065645841247e-324), u"4,94065645841247E-324", u"4.94065645841247E-324"},
+      {Variant(0.0001), u"0,0001", u"0.0001"},
+      {Variant(123456789012345.0), u"123456789012345", u"123456789012345"},
+      {Variant(1.0 / 3), u"0,333333333333333", u"0.333333333333333"},
+      {Variant(int16_t{-5}), u"-5", u"-5"},
+      {Variant(true), u"True", u"False" /* replaced below */},
+      {Variant(Currency{12345}), u"1,2345", u"1.2345"},
+      {Variant(Date{45356.5}), u"05.03.2024 12:00:00", u"3/5/2024 12:00:00 PM"},
+      {Variant(Date{45356.0}), u"05.03.2024", u"3/5/2024"},
+      {Variant(Date{0.25}), u"06:00:00", u"6:00:00 AM"},  // a pure time
+  };
+  cases[8].english = u"True";
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    for (const Case& c : cases) {
+      EXPECT_EQ(ConvertToType(8, c.value).as_string(), tag[0] == 'd' ? c.german : c.english)
+          << tag << " " << ToUtf8(c.german);
+    }
+  }
+}
+
+TEST(ConvertToTypeTest, TextToDateInBothLocales) {
+  const CivilDateTime march5{2024, 3, 5, 0, 0, 0};
+  const CivilDateTime march5_time{2024, 3, 5, 14, 7, 9};
+  struct Case {
+    const char16_t* text;
+    std::optional<CivilDateTime> german, english;
+  } cases[] = {
+      {u"2024-03-05", march5, march5},                 // ISO in every locale
+      {u"2024-03-05T14:07:09", march5_time, march5_time},
+      // The locale's field order decides; "." is accepted in English too.
+      {u"5.3.2024", march5, CivilDateTime{2024, 5, 3, 0, 0, 0}},
+      {u"05.03.2024 14:07:09", march5_time, CivilDateTime{2024, 5, 3, 14, 7, 9}},
+      {u"3/5/2024 2:07:09 PM", CivilDateTime{2024, 5, 3, 14, 7, 9}, march5_time},
+      {u"5. M\u00E4rz 2024", march5, std::nullopt},    // German month name
+      {u"March 5, 2024", march5, march5},              // English names always
+      {u"Tuesday, March 5, 2024", march5, march5},
+      {u"13/5/2024", CivilDateTime{2024, 5, 13, 0, 0, 0},
+       CivilDateTime{2024, 5, 13, 0, 0, 0}},            // month 13 swaps with the day
+      {u"5.3.24", march5, CivilDateTime{2024, 5, 3, 0, 0, 0}},  // two-digit year
+      {u"5.3.75", CivilDateTime{1975, 3, 5, 0, 0, 0}, CivilDateTime{1975, 5, 3, 0, 0, 0}},
+      {u"31.02.2024", std::nullopt, std::nullopt},
+      {u"x", std::nullopt, std::nullopt},
+      {u"12", std::nullopt, std::nullopt},
+      {u"25:00", std::nullopt, std::nullopt},
+  };
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    for (const Case& c : cases) {
+      const std::optional<Date> d = ParseDateText(c.text, CurrentLocale());
+      const std::optional<CivilDateTime>& want = tag[0] == 'd' ? c.german : c.english;
+      ASSERT_EQ(d.has_value(), want.has_value()) << tag << " " << ToUtf8(c.text);
+      if (d) {
+        EXPECT_EQ(d->ToCivil(), *want) << tag << " " << ToUtf8(c.text);
+      }
+    }
+    // A time alone lies on 1899-12-30.
+    EXPECT_DOUBLE_EQ(ConvertToType(7, Variant(u"18:00")).as_date().serial, 0.75);
+  }
+}
+
+TEST(ConvertStrictTest, RaisesTheRuntimeErrors) {
+  testing::ScopedLocale locale("en-US");
+  EXPECT_EQ(ErrorOf([] { ConvertStrict(5, Variant(u"abc")); }), 13);
+  EXPECT_EQ(ErrorOf([] { ConvertStrict(3, Variant(3e9)); }), 6);
+  EXPECT_EQ(ErrorOf([] { ConvertStrict(8, Variant::Null()); }), 94);
+  EXPECT_EQ(ErrorOf([] { ConvertStrict(7, Variant(1e10)); }), 6);
+  EXPECT_EQ(ConvertStrict(5, Variant()).as_double(), 0);  // Empty is 0
+}
+
+}  // namespace
+}  // namespace norvik50
