@@ -10,6 +10,7 @@ const MemberTable& Members() {
     RegisterCoreMembers(t);
     RegisterTextMembers(t);
     RegisterCodecMembers(t);
+    RegisterNumericMembers(t);
     RegisterSettingsMembers(t);
     return t;
   }();

@@ -185,6 +185,59 @@ class NORVIK50_EXPORT LIB {
                           std::u16string& sBefore, std::u16string& sAfter,
                           bool bStartWithBracket = false);
 
+  // ---- Numbers and SQL literals ----
+  // Text is read and written in the current locale: its decimal separator
+  // is the point, its thousands separator is ignored when reading.
+
+  // The number in a free text: digits, ",", ".", "-" and "+" are kept, a
+  // surplus of decimal separators dropped ("EUR 1.234,56" is 1234.56 in
+  // German). Skip style: 0 for "" or what is no number.
+  double tklVal(std::u16string_view sSource);
+  // SourceVal converted to the type code VarTypeCode (2 Integer ... 17
+  // Byte). Skip style: 0 (Integer), today, "" or False when it fails.
+  Variant tklCVal(int32_t VarTypeCode, const Variant& SourceVal);
+  // vSourceValue rounded half away from zero to iDecimalPlaces (Integer and
+  // Long to whole numbers), in its own type; other types and negative
+  // places unchanged. Handler style: unchanged when it cannot round.
+  Variant tklRound(const Variant& vSourceValue, int16_t iDecimalPlaces);
+  // True when nSource lies within nTarget -/+ nTolerance (Single bounds,
+  // inclusive). Style none: 6 when a bound is not finite.
+  bool tklCompare(float nSource, float nTarget, float nTolerance);
+  // True when every bit of lVal2 is set in lVal1. Never fails.
+  bool tklAND(int32_t lVal1, int32_t lVal2);
+  // The numbers of an expression text in "." notation without thousands
+  // separators; bGermanToEnglish: the text's numbers are German. Handler
+  // style: the text as far as transformed when something fails.
+  std::u16string tklReplaceDecimalChars(std::u16string_view sSource, bool bGermanToEnglish);
+  // vHexVal's hexadecimal text (or raw "x" bytes) as a Long. Never raises:
+  // 0 on overflow or for a value without a hexadecimal form.
+  int32_t tklHexToDec(const Variant& vHexVal);
+  // Hexadecimal text (after dropping "&" and "H") as a Double of up to 56
+  // bits. Style none: 6 for a high part past eight digits.
+  double tklHex2Dbl(std::u16string_view sValue);
+  // dValue in hexadecimal, padded with "0" to iMinLen (never cut); a
+  // negative value keeps its low 24 bits. Style none: 6 past the Long range.
+  std::u16string tklDbl2Hex(double dValue, int16_t iMinLen = 0);
+  // Value as four byte characters, most significant first. Style none: 5
+  // for a negative value.
+  std::u16string tklLng2Str(int32_t Value);
+  // The inverse of tklLng2Str. Style none: 6 for a first byte from 128, 5
+  // for a text shorter than four characters.
+  int32_t tklStr2Lng(std::u16string_view Source);
+  // nValue as lZaehler / lNenner with a denominator from 2 to 64 (1.0
+  // gives 0/0). Handler style: ends quietly with what was set.
+  void tklBruchrechnung(float nValue, int32_t& lZaehler, int32_t& lNenner);
+  // vValue as a date literal: #yyyy/mm/dd[ hh:nn:ss]#, or with
+  // bMSSQLServer CONVERT(DATETIME, 'yyyy-mm-dd hh:nn:ss', 102). Style none:
+  // 13 for a text that is no number (desktop dialect), 6, 94 for Null.
+  std::u16string tklSQLDate(const Variant& vValue, bool bMSSQLServer = false);
+  // vValue as a Double literal with "." (0 for what is no number). Never
+  // fails.
+  std::u16string tklSQLDouble(const Variant& vValue);
+  // name=literal pairs from vParams (name, value, ...) joined by " AND ";
+  // "" for fewer than two elements or no bounds. Skip style.
+  std::u16string tklSQLFilter(const SafeArray& vParams);
+
   // ---- Codecs and named functions ---------------------------------------
 
   // The named function `name` (compared case-insensitively) applied to
