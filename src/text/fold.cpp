@@ -43,10 +43,14 @@ const FoldTable& CurrentTable() {
 
 char16_t FoldUnit(char16_t c) { return CurrentTable()[c]; }
 
-std::u16string FoldText(std::u16string_view text) {
+void FoldInto(std::u16string_view text, char16_t* out) {
   const FoldTable& table = CurrentTable();
-  std::u16string out(text.size(), u'\0');
   for (std::size_t i = 0; i < text.size(); ++i) out[i] = table[text[i]];
+}
+
+std::u16string FoldText(std::u16string_view text) {
+  std::u16string out(text.size(), u'\0');
+  FoldInto(text, out.data());
   return out;
 }
 

@@ -19,6 +19,9 @@ char16_t FoldUnit(char16_t c);
 // `text` with every unit folded; same length as `text`.
 std::u16string FoldText(std::u16string_view text);
 
+// Writes the folded units of `text` to out[0..text.size()).
+void FoldInto(std::u16string_view text, char16_t* out);
+
 }  // namespace norvik50
 
 #endif  // NORVIK50_SRC_TEXT_FOLD_H_

@@ -23,9 +23,11 @@ std::u16string Haystack::Needle(std::u16string_view find) const {
 }
 
 void Haystack::FoldTo(std::size_t end) const {
-  if (!ignore_case_ || end <= folded_.size()) return;
-  end = std::min(raw_.size(), std::max({end, folded_.size() * 2, kFirstFold}));
-  folded_ += FoldText(raw_.substr(folded_.size(), end - folded_.size()));
+  if (!ignore_case_ || end <= folded_end_) return;
+  if (!folded_) folded_.reset(new char16_t[raw_.size()]);
+  end = std::min(raw_.size(), std::max({end, folded_end_ * 2, kFirstFold}));
+  FoldInto(raw_.substr(folded_end_, end - folded_end_), folded_.get() + folded_end_);
+  folded_end_ = end;
 }
 
 std::size_t Haystack::Search(std::u16string_view needle, std::size_t begin,
@@ -37,9 +39,8 @@ std::size_t Haystack::Search(std::u16string_view needle, std::size_t begin,
   // Search what is folded, folding further only while nothing is found.
   while (true) {
     FoldTo(std::min(end, begin + needle.size()));
-    const std::size_t stop = std::min(end, folded_.size());
-    const std::size_t found =
-        std::u16string_view(folded_).substr(begin, stop - begin).find(needle);
+    const std::size_t stop = std::min(end, folded_end_);
+    const std::size_t found = Folded().substr(begin, stop - begin).find(needle);
     if (found != npos) return begin + found;
     if (stop == end) return npos;
     // A match may straddle the folded end: resume just before it.
@@ -64,7 +65,7 @@ std::size_t Haystack::FindLast(std::u16string_view needle, std::size_t from) con
   if (from >= raw_.size()) return npos;
   if (needle.empty()) return raw_.size() - 1;
   FoldTo(raw_.size());
-  const std::u16string_view cmp = ignore_case_ ? std::u16string_view(folded_) : raw_;
+  const std::u16string_view cmp = ignore_case_ ? Folded() : raw_;
   const std::size_t found = cmp.rfind(needle);
   return found == npos || found < from ? npos : found;
 }
@@ -72,7 +73,7 @@ std::size_t Haystack::FindLast(std::u16string_view needle, std::size_t from) con
 bool Haystack::MatchesAt(std::u16string_view needle, std::size_t i) const {
   if (i > raw_.size() || raw_.size() - i < needle.size()) return false;
   FoldTo(i + needle.size());
-  const std::u16string_view cmp = ignore_case_ ? std::u16string_view(folded_) : raw_;
+  const std::u16string_view cmp = ignore_case_ ? Folded() : raw_;
   return cmp.compare(i, needle.size(), needle) == 0;
 }
 

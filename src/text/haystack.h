@@ -6,6 +6,7 @@
 #define NORVIK50_SRC_TEXT_HAYSTACK_H_
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -44,7 +45,12 @@ class Haystack {
 
   std::u16string_view raw_;
   bool ignore_case_;
-  mutable std::u16string folded_;  // the first folded_.size() units, folded
+  // The first folded_end_ units, folded; allocated for the whole text at
+  // the first fold but written (and so paged in) only as far as needed.
+  mutable std::unique_ptr<char16_t[]> folded_;
+  mutable std::size_t folded_end_ = 0;
+
+  std::u16string_view Folded() const { return {folded_.get(), folded_end_}; }
 };
 
 // Whole-word boundaries of a match at index `i` of `text`.

@@ -59,23 +59,28 @@ SignProfile::SignProfile(std::u16string_view source, std::u16string_view signs)
   sum_at_.resize(boundaries);
   min_up_to_.resize(boundaries);
   min_from_.resize(boundaries);
+  // One pass over the units: the sum at each boundary and, for the block
+  // after it, the least sum inside relative to its start (kept in
+  // min_from_ for the moment). The minima then follow block by block.
   int32_t sum = 0;
-  int32_t least = 0;
-  for (std::size_t k = 0;; ++k) {
-    least = std::min(least, sum);
-    if (k % kBlock == 0) {
-      sum_at_[k / kBlock] = sum;
-      min_up_to_[k / kBlock] = least;
+  for (std::size_t j = 0; j < boundaries; ++j) {
+    sum_at_[j] = sum;
+    int32_t least = 0;
+    const std::size_t stop = std::min(n, (j + 1) * kBlock);
+    for (std::size_t i = j * kBlock; i < stop; ++i) {
+      sum += Step(source[i]);
+      least = std::min(least, sum - sum_at_[j]);
     }
-    if (k == n) break;
-    sum += Step(source[k]);
+    min_from_[j] = least;
   }
   total_ = sum;
-  least = sum;
-  for (std::size_t k = n + 1; k-- > 0;) {
-    least = std::min(least, sum);
-    if (k % kBlock == 0) min_from_[k / kBlock] = least;
-    if (k > 0) sum -= Step(source[k - 1]);
+  min_up_to_[0] = 0;
+  for (std::size_t j = 1; j < boundaries; ++j) {
+    min_up_to_[j] = std::min(min_up_to_[j - 1], sum_at_[j - 1] + min_from_[j - 1]);
+  }
+  min_from_[boundaries - 1] += sum_at_[boundaries - 1];
+  for (std::size_t j = boundaries - 1; j-- > 0;) {
+    min_from_[j] = std::min(sum_at_[j] + min_from_[j], min_from_[j + 1]);
   }
 }
 

@@ -18,8 +18,8 @@ bool IsInSigns(std::u16string_view source, std::u16string_view signs, int64_t st
                int64_t len);
 
 // The same test for many spans of one text: prepared in two passes, each
-// question then costs a short scan of at most a few blocks, and the memory
-// is a small fraction of the text. Gives exactly IsInSigns' answers. The
+// question then costs a short scan of a few blocks, and the memory
+// is a fraction of the text's own. Gives exactly IsInSigns' answers. The
 // source must outlive the profile.
 class SignProfile {
  public:
@@ -27,11 +27,13 @@ class SignProfile {
   bool Encloses(int64_t start, int64_t len) const;
 
  private:
-  static constexpr std::size_t kBlock = 64;
+  static constexpr std::size_t kBlock = 16;
 
   // +1 for an opening sign, -1 for a closing one (+1 for either when they
   // are equal), 0 otherwise.
-  int32_t Step(char16_t c) const { return c == open_ ? 1 : c == close_ ? -1 : 0; }
+  int32_t Step(char16_t c) const {
+    return static_cast<int32_t>(c == open_) - static_cast<int32_t>(c == close_ && !same_);
+  }
   // sum(k): the steps of the first k units. The walks of IsInSigns are
   // differences of these sums.
   int32_t Sum(std::size_t k) const;
