@@ -104,6 +104,9 @@ Variant RegReadValue(RegistryStore& store, int32_t root, std::u16string_view sub
         return result;
       }
     }
+    // Whatever made the read fail is reported as the read's, before the
+    // write-back can add its own.
+    ReportStoreProblem(store, report, kReadSource);
     if (default_value) {
       if (auto_create) {
         RegWriteValue(store, root, sub_key, value_name, *default_value, report);
