@@ -26,8 +26,8 @@ TEST(LocaleNumberTest, TextToDoubleInBothLocales) {
     const char16_t* text;
     std::optional<double> german, english;
   } cases[] = {
-      {u"1.234,56", 1234.56, std::nullopt},  // English: "," after the point
-      {u"1,234.56", std::nullopt, 1234.56},
+      {u"1.234,56", 1234.56, 1.23456},  // grouping is ignored wherever it stands
+      {u"1,234.56", 1.23456, 1234.56},
       {u"12,5", 12.5, 125},                  // English ignores the grouping comma
       {u"12.5", 125, 12.5},                  // German ignores the grouping point
       {u"  -7 ", -7, -7},                    // blanks and a sign

@@ -101,8 +101,9 @@ std::optional<NumberText> ParseLocaleNumber(std::u16string_view text, const Loca
     } else if (c == locale.decimal && !point) {
       out.mantissa.push_back('.');
       point = true;
-    } else if (c == locale.thousands && digits && !point) {
-      // Grouping is accepted anywhere in the integer part and ignored.
+    } else if (c == locale.thousands && digits) {
+      // The grouping separator is accepted and ignored wherever it stands
+      // after the first digit, so English "1.234,56" reads as 1.23456.
     } else {
       break;
     }
