@@ -1,6 +1,7 @@
 #include "text/brackets.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace norvik50 {
 
@@ -25,9 +26,13 @@ bool ExtractBrackets(std::u16string_view source, std::u16string& term,
       }
       ++depth;
     } else if (c == u')' && depth > 0 && --depth == 0) {
-      before = std::u16string(source.substr(0, open));
-      term = std::u16string(source.substr(open + 1, i - open - 1));
-      after = std::u16string(source.substr(i + 1));
+      // Built before any output is assigned: an output may share the source.
+      std::u16string new_term(source.substr(open + 1, i - open - 1));
+      std::u16string new_before(source.substr(0, open));
+      std::u16string new_after(source.substr(i + 1));
+      term = std::move(new_term);
+      before = std::move(new_before);
+      after = std::move(new_after);
       return true;
     }
   }

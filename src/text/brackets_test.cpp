@@ -54,6 +54,15 @@ TEST(ExtractBrackets, NoPairLeavesOutputsAlone) {
   }
 }
 
+TEST(ExtractBrackets, AnOutputMayBeTheSourceItself) {
+  u16string text = u"f(x) + 1";
+  u16string before, after;
+  ASSERT_TRUE(ExtractBrackets(text, text, before, after));
+  EXPECT_EQ(text, u"x");
+  EXPECT_EQ(before, u"f");
+  EXPECT_EQ(after, u" + 1");
+}
+
 TEST(ExtractBrackets, StartWithBracket) {
   EXPECT_TRUE(Extract(u"(a)b", true).found);
   EXPECT_TRUE(Extract(u"  (a)b", true).found);

@@ -41,8 +41,6 @@ const FoldTable& CurrentTable() {
 
 }  // namespace
 
-char16_t FoldUnit(char16_t c) { return CurrentTable()[c]; }
-
 void FoldInto(std::u16string_view text, char16_t* out) {
   const FoldTable& table = CurrentTable();
   for (std::size_t i = 0; i < text.size(); ++i) out[i] = table[text[i]];

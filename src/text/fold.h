@@ -12,11 +12,9 @@
 
 namespace norvik50 {
 
-// The folded form of `c` in the current locale (Turkic locales keep the
-// dotted and dotless i apart). Surrogate halves fold to themselves.
-char16_t FoldUnit(char16_t c);
-
-// `text` with every unit folded; same length as `text`.
+// `text` with every unit folded in the current locale (Turkic locales keep
+// the dotted and dotless i apart); surrogate halves stay as they are. Same
+// length as `text`.
 std::u16string FoldText(std::u16string_view text);
 
 // Writes the folded units of `text` to out[0..text.size()).

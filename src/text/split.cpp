@@ -1,6 +1,7 @@
 #include "text/split.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "norvik50/error.h"
@@ -42,8 +43,8 @@ void SeparateString(std::u16string_view source, std::u16string_view find,
                     std::u16string& before, std::u16string& term, std::u16string& after,
                     int64_t start, bool ignore_case) {
   if (find.empty()) {
-    before.clear();
     term = std::u16string(source);
+    before.clear();
     after.clear();
     return;
   }
@@ -54,9 +55,13 @@ void SeparateString(std::u16string_view source, std::u16string_view find,
     const std::size_t i = hay.Find(hay.Needle(alternative), static_cast<std::size_t>(start - 1));
     if (i == Haystack::npos) continue;
     ToInt16Checked(static_cast<int64_t>(i) + 1);
-    before = std::u16string(TrimBlanks(source.substr(0, i)));
-    term = std::u16string(TrimBlanks(source.substr(i, alternative.size())));
-    after = std::u16string(TrimBlanks(source.substr(i + alternative.size())));
+    // Built before any output is assigned: an output may share the source.
+    std::u16string new_before(TrimBlanks(source.substr(0, i)));
+    std::u16string new_term(TrimBlanks(source.substr(i, alternative.size())));
+    std::u16string new_after(TrimBlanks(source.substr(i + alternative.size())));
+    before = std::move(new_before);
+    term = std::move(new_term);
+    after = std::move(new_after);
     return;
   }
 }

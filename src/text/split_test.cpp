@@ -94,6 +94,15 @@ TEST(SeparateString, EmptyFindAndStart) {
   EXPECT_EQ(ErrorOf([&] { Separate(text, u"-"); }), kErrOverflow);
 }
 
+TEST(SeparateString, AnOutputMayBeTheSourceItself) {
+  u16string text = u"left - right";
+  u16string term, after;
+  SeparateString(text, u"-", text, term, after);
+  EXPECT_EQ(text, u"left");
+  EXPECT_EQ(term, u"-");
+  EXPECT_EQ(after, u"right");
+}
+
 TEST(SeparateString, EmptyAlternativeSplitsAtTheStart) {
   const Parts p = Separate(u"ab", u"z|", 2);
   EXPECT_EQ(p.before, u"a");
