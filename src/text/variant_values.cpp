@@ -9,30 +9,42 @@
 namespace norvik50 {
 namespace {
 
-// Empty, numbers, dates, Booleans and strings can be compared; anything else
-// (errors, objects, arrays, records) makes the comparison fail.
-bool Comparable(const Variant& v) {
-  return v.is_empty() || v.is_string() || v.numeric_value().has_value();
-}
+// What equality needs to know of a value, read once: the list loop
+// compares one value with many elements.
+struct Comparand {
+  bool null = false;
+  bool empty = false;
+  const std::u16string* text = nullptr;  // for strings
+  std::optional<double> number;          // numbers, dates, Booleans
+};
 
-double NumberOf(const Variant& v) {
-  const std::optional<double> number = v.numeric_value();
-  if (!number) Raise(kErrTypeMismatch);
-  return *number;
+Comparand Describe(const Variant& v) {
+  Comparand c;
+  if (v.is_null()) {
+    c.null = true;
+  } else if (v.is_empty()) {
+    c.empty = true;
+  } else if (v.is_string()) {
+    c.text = &v.as_string();
+  } else {
+    c.number = v.numeric_value();
+    // Errors, objects, arrays and records make the comparison fail.
+    if (!c.number) Raise(kErrTypeMismatch);
+  }
+  return c;
 }
 
 // Equality of two tagged values as the runtime's "=" decides it.
-bool ValuesEqual(const Variant& a, const Variant& b) {
-  if (a.is_null() || b.is_null()) return false;
-  if (!Comparable(a) || !Comparable(b)) Raise(kErrTypeMismatch);
-  if (a.is_empty() && b.is_empty()) return true;
-  if (a.is_empty() || b.is_empty()) {
-    const Variant& other = a.is_empty() ? b : a;
-    return other.is_string() ? other.as_string().empty() : NumberOf(other) == 0.0;
+bool Equal(const Comparand& a, const Comparand& b) {
+  if (a.null || b.null) return false;
+  if (a.empty && b.empty) return true;
+  if (a.empty || b.empty) {
+    const Comparand& other = a.empty ? b : a;
+    return other.text != nullptr ? other.text->empty() : *other.number == 0.0;
   }
-  if (a.is_string() != b.is_string()) return false;
-  if (a.is_string()) return a.as_string() == b.as_string();
-  return NumberOf(a) == NumberOf(b);
+  if ((a.text != nullptr) != (b.text != nullptr)) return false;  // number vs string
+  if (a.text != nullptr) return *a.text == *b.text;
+  return *a.number == *b.number;
 }
 
 }  // namespace
@@ -68,8 +80,9 @@ bool IsInList(const Variant& value, const Variant& list) {
     if (!list.is_array()) return false;
     const SafeArray& items = list.as_array();
     const int64_t upper = items.ubound();
+    const Comparand wanted = Describe(value);
     for (int64_t i = 0; i <= upper; ++i) {
-      if (ValuesEqual(items.at(i), value)) return true;
+      if (Equal(Describe(items.at(i)), wanted)) return true;
     }
     return false;
   } catch (const std::exception&) {
