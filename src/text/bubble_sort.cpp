@@ -1,7 +1,7 @@
 #include "text/bubble_sort.h"
 
 #include <algorithm>
-#include <numeric>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -30,13 +30,28 @@ void BubbleSort(SafeArray& list) {
       Raise(kErrTypeMismatch);
     }
   }
-  std::vector<std::size_t> order(items.size());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(),
-                   [&](std::size_t a, std::size_t b) { return keys[a] < keys[b]; });
+  // Most comparisons are settled by the first eight key bytes as one
+  // number; only equal prefixes look at the whole keys.
+  struct Entry {
+    uint64_t prefix;
+    std::size_t index;
+  };
+  std::vector<Entry> order(items.size());
+  for (std::size_t k = 0; k < items.size(); ++k) {
+    uint64_t prefix = 0;
+    for (std::size_t b = 0; b < 8; ++b) {
+      const uint8_t byte = b < keys[k].size() ? static_cast<uint8_t>(keys[k][b]) : 0;
+      prefix = prefix << 8 | byte;
+    }
+    order[k] = {prefix, k};
+  }
+  std::stable_sort(order.begin(), order.end(), [&](const Entry& a, const Entry& b) {
+    if (a.prefix != b.prefix) return a.prefix < b.prefix;
+    return keys[a.index] < keys[b.index];
+  });
   std::vector<Variant> sorted;
   sorted.reserve(items.size());
-  for (std::size_t k : order) sorted.push_back(std::move(items[k]));
+  for (const Entry& e : order) sorted.push_back(std::move(items[e.index]));
   items = std::move(sorted);
 }
 
