@@ -1,0 +1,224 @@
+// Number reading and the Format engine against the standard library,
+// measured in the same run:
+//  - tklVal and ConvertToType (text to Double) on a million short numeric
+//    texts in German and in English, against std::from_chars on the same
+//    numbers written in plain ASCII ("1234.56"); target within 4x;
+//  - the Format engine with "#,##0.00" and "0.00" on a million Doubles,
+//    against snprintf("%.2f") into a std::string (a caller gets a string
+//    either way); target within 2x.
+// The summary prints the best of the repetitions (nanoseconds per item),
+// which is the least disturbed by other work on the machine, and the ratios.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "norvik50/locale.h"
+#include "norvik50/variant.h"
+#include "numeric/convert_to_type.h"
+#include "numeric/format.h"
+#include "numeric/numeric_text.h"
+
+namespace {
+
+using norvik50::Variant;
+
+constexpr std::size_t kCount = 1000000;
+
+// Amounts as business texts carry them: up to a million, two places, a
+// share of them negative, some with grouping.
+const std::vector<double>& Numbers() {
+  static const std::vector<double> numbers = [] {
+    std::mt19937_64 rng(20240305);
+    std::vector<double> out(kCount);
+    for (double& v : out) {
+      const int64_t cents = static_cast<int64_t>(rng() % 100000000) - 5000000;
+      v = static_cast<double>(cents) / 100;
+    }
+    return out;
+  }();
+  return numbers;
+}
+
+std::string Plain(double v) {
+  char buffer[32];
+  std::snprintf(buffer, sizeof buffer, "%.2f", v);
+  return buffer;
+}
+
+// The same numbers as texts of a locale: every third one grouped.
+std::vector<std::u16string> Texts(bool german) {
+  std::vector<std::u16string> out;
+  out.reserve(kCount);
+  std::size_t i = 0;
+  for (double v : Numbers()) {
+    std::string s = Plain(v);
+    const std::size_t point = s.find('.');
+    std::u16string text;
+    const std::size_t first_digit = s[0] == '-' ? 1 : 0;
+    for (std::size_t k = 0; k < s.size(); ++k) {
+      const char c = s[k];
+      if (c == '.') {
+        text.push_back(german ? u',' : u'.');
+        continue;
+      }
+      text.push_back(static_cast<char16_t>(c));
+      const std::size_t left = point - k - 1;  // digits still before the point
+      if (i % 3 == 0 && k >= first_digit && k < point && left > 0 && left % 3 == 0) {
+        text.push_back(german ? u'.' : u',');
+      }
+    }
+    out.push_back(std::move(text));
+    ++i;
+  }
+  return out;
+}
+
+const std::vector<std::u16string>& TextsOf(int64_t german) {
+  static const std::vector<std::u16string> de = Texts(true), en = Texts(false);
+  return german ? de : en;
+}
+
+const char* Tag(int64_t german) { return german ? "de-DE" : "en-US"; }
+
+void Finish(benchmark::State& state) {
+  state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * kCount));
+}
+
+void BM_FromChars(benchmark::State& state) {
+  std::vector<std::string> texts;
+  texts.reserve(kCount);
+  for (double v : Numbers()) texts.push_back(Plain(v));
+  for (auto _ : state) {
+    double sum = 0;
+    for (const std::string& t : texts) {
+      double v = 0;
+      std::from_chars(t.data(), t.data() + t.size(), v);
+      sum += v;
+    }
+    benchmark::DoNotOptimize(sum);
+  }
+  Finish(state);
+}
+
+void BM_TklVal(benchmark::State& state) {
+  norvik50::SetCurrentLocale(Tag(state.range(0)));
+  const auto& texts = TextsOf(state.range(0));
+  if (norvik50::Val(texts[0]) != Numbers()[0]) state.SkipWithError("tklVal misread");
+  for (auto _ : state) {
+    double sum = 0;
+    for (const std::u16string& t : texts) sum += norvik50::Val(t);
+    benchmark::DoNotOptimize(sum);
+  }
+  Finish(state);
+}
+
+void BM_ConvertToDouble(benchmark::State& state) {
+  norvik50::SetCurrentLocale(Tag(state.range(0)));
+  std::vector<Variant> values;
+  values.reserve(kCount);
+  for (const std::u16string& t : TextsOf(state.range(0))) values.emplace_back(t);
+  if (norvik50::ConvertToType(5, values[0]).as_double() != Numbers()[0]) {
+    state.SkipWithError("ConvertToType misread");
+  }
+  for (auto _ : state) {
+    double sum = 0;
+    for (const Variant& v : values) sum += norvik50::ConvertToType(5, v).as_double();
+    benchmark::DoNotOptimize(sum);
+  }
+  Finish(state);
+}
+
+void BM_Snprintf(benchmark::State& state) {
+  for (auto _ : state) {
+    std::size_t total = 0;
+    for (double v : Numbers()) {
+      char buffer[48];
+      const int n = std::snprintf(buffer, sizeof buffer, "%.2f", v);
+      std::string text(buffer, static_cast<std::size_t>(n));
+      total += text.size();
+    }
+    benchmark::DoNotOptimize(total);
+  }
+  Finish(state);
+}
+
+void BM_Format(benchmark::State& state) {
+  norvik50::SetCurrentLocale("de-DE");
+  const std::u16string_view pattern = state.range(0) ? u"#,##0.00" : u"0.00";
+  std::vector<Variant> values(Numbers().begin(), Numbers().end());
+  for (auto _ : state) {
+    std::size_t total = 0;
+    for (const Variant& v : values) total += norvik50::FormatValue(v, pattern).size();
+    benchmark::DoNotOptimize(total);
+  }
+  Finish(state);
+}
+
+#define NORVIK50_NUMERIC_BENCH(fn) \
+  BENCHMARK(fn)->Unit(benchmark::kMillisecond)->UseRealTime()->Repetitions(3)->MinTime(0.2)
+NORVIK50_NUMERIC_BENCH(BM_FromChars);
+NORVIK50_NUMERIC_BENCH(BM_TklVal)->ArgName("german")->Arg(1)->Arg(0);
+NORVIK50_NUMERIC_BENCH(BM_ConvertToDouble)->ArgName("german")->Arg(1)->Arg(0);
+NORVIK50_NUMERIC_BENCH(BM_Snprintf);
+NORVIK50_NUMERIC_BENCH(BM_Format)->ArgName("grouped")->Arg(1)->Arg(0);
+
+// Keeps the best time of each benchmark over its repetitions.
+class BestOf : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& run : runs) {
+      if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+      std::string name = run.run_name.function_name;
+      if (!run.run_name.args.empty()) {
+        name += "/" + run.run_name.args.substr(run.run_name.args.find(':') + 1);
+      }
+      const double ns_per_item = run.GetAdjustedRealTime() * 1e6 / kCount;  // ms per pass
+      auto [it, fresh] = best_.emplace(name, ns_per_item);
+      if (!fresh) it->second = std::min(it->second, ns_per_item);
+    }
+  }
+  double Ns(const std::string& name) const {
+    const auto it = best_.find(name);
+    return it == best_.end() ? 0.0 : it->second;
+  }
+
+ private:
+  std::map<std::string, double> best_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  BestOf reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  const double from_chars = reporter.Ns("BM_FromChars");
+  const double snprintf_ns = reporter.Ns("BM_Snprintf");
+  std::printf("\nSummary (best of repetitions, ns per item; ratio to the anchor)\n");
+  std::printf("  std::from_chars              %7.1f\n", from_chars);
+  for (const char* locale : {"1", "0"}) {
+    const char* name = locale[0] == '1' ? "de-DE" : "en-US";
+    const double val = reporter.Ns(std::string("BM_TklVal/") + locale);
+    const double convert = reporter.Ns(std::string("BM_ConvertToDouble/") + locale);
+    std::printf("  tklVal %s              %7.1f  %5.2fx from_chars (target <= 4)\n", name, val,
+                val / from_chars);
+    std::printf("  ConvertToType %s       %7.1f  %5.2fx from_chars (target <= 4)\n", name,
+                convert, convert / from_chars);
+  }
+  std::printf("  snprintf %%.2f               %7.1f\n", snprintf_ns);
+  for (const char* grouped : {"1", "0"}) {
+    const double format = reporter.Ns(std::string("BM_Format/") + grouped);
+    std::printf("  Format \"%s\" %*s%7.1f  %5.2fx snprintf (target <= 2)\n",
+                grouped[0] == '1' ? "#,##0.00" : "0.00", grouped[0] == '1' ? 7 : 11, "", format,
+                format / snprintf_ns);
+  }
+  benchmark::Shutdown();
+  return 0;
+}
