@@ -12,6 +12,7 @@ void AddBatchCommand(CLI::App& app);  // batch_command.cpp
 void AddCallCommand(CLI::App& app);   // call_command.cpp
 void AddDemoCommand(CLI::App& app);   // demo_command.cpp
 void AddLzwCommand(CLI::App& app);    // lzw_command.cpp
+void AddRegCommand(CLI::App& app);    // reg_command.cpp
 
 // The exit code the chosen subcommand wants (0 unless it set one).
 int& ExitCode();

@@ -3,6 +3,7 @@
 //   norvik50 batch                JSON lines over the dispatch (stdin -> stdout)
 //   norvik50 call MEMBER ARG...   one call by name
 //   norvik50 lzw deflate|inflate  the LZW codec on files or stdin/stdout
+//   norvik50 reg query|add|...    the settings store, .reg import and export
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
   norvik50::cli::AddBatchCommand(app);
   norvik50::cli::AddCallCommand(app);
   norvik50::cli::AddLzwCommand(app);
+  norvik50::cli::AddRegCommand(app);
   CLI11_PARSE(app, argc, argv);
   return norvik50::cli::ExitCode();
 }
