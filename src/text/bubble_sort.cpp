@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "norvik50/error.h"
@@ -19,17 +20,24 @@ void BubbleSort(SafeArray& list) {
   ToInt16Checked(list.lbound());  // 9 for an unbounded array
   ToInt16Checked(list.ubound());
   std::vector<Variant>& items = list.items();
-  std::vector<std::string> keys;
-  keys.reserve(items.size());
+  // All keys in one buffer; entry k's key is keys[begin[k], begin[k + 1]).
+  std::string keys;
+  std::vector<std::size_t> begin;
+  begin.reserve(items.size() + 1);
   for (const Variant& item : items) {
-    if (item.is_empty()) {
-      keys.push_back(CollationKey(u""));
-    } else if (item.is_string()) {
-      keys.push_back(CollationKey(item.as_string()));
+    begin.push_back(keys.size());
+    if (item.is_string()) {
+      AppendCollationKey(item.as_string(), keys);
+    } else if (item.is_empty()) {
+      AppendCollationKey(u"", keys);
     } else {
       Raise(kErrTypeMismatch);
     }
   }
+  begin.push_back(keys.size());
+  const auto key = [&](std::size_t k) {
+    return std::string_view(keys).substr(begin[k], begin[k + 1] - begin[k]);
+  };
   // Most comparisons are settled by the first eight key bytes as one
   // number; only equal prefixes look at the whole keys.
   struct Entry {
@@ -38,16 +46,16 @@ void BubbleSort(SafeArray& list) {
   };
   std::vector<Entry> order(items.size());
   for (std::size_t k = 0; k < items.size(); ++k) {
+    const std::string_view bytes = key(k);
     uint64_t prefix = 0;
     for (std::size_t b = 0; b < 8; ++b) {
-      const uint8_t byte = b < keys[k].size() ? static_cast<uint8_t>(keys[k][b]) : 0;
-      prefix = prefix << 8 | byte;
+      prefix = prefix << 8 | (b < bytes.size() ? static_cast<uint8_t>(bytes[b]) : 0);
     }
     order[k] = {prefix, k};
   }
   std::stable_sort(order.begin(), order.end(), [&](const Entry& a, const Entry& b) {
     if (a.prefix != b.prefix) return a.prefix < b.prefix;
-    return keys[a.index] < keys[b.index];
+    return key(a.index) < key(b.index);
   });
   std::vector<Variant> sorted;
   sorted.reserve(items.size());

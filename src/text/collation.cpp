@@ -3,8 +3,8 @@
 #include <unicode/coll.h>
 #include <unicode/locid.h>
 
+#include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "norvik50/error.h"
 #include "norvik50/locale.h"
@@ -48,18 +48,27 @@ int CompareIgnoringCase(std::u16string_view a, std::u16string_view b) {
   return r == UCOL_LESS ? -1 : r == UCOL_GREATER ? 1 : 0;
 }
 
-std::string CollationKey(std::u16string_view text) {
+void AppendCollationKey(std::u16string_view text, std::string& out) {
   icu::Collator& collator = CurrentCollator();
   const auto len = static_cast<int32_t>(text.size());
-  std::vector<uint8_t> key(64 + text.size() * 4);
-  int32_t needed = collator.getSortKey(text.data(), len, key.data(),
-                                       static_cast<int32_t>(key.size()));
-  if (needed > static_cast<int32_t>(key.size())) {
-    key.resize(static_cast<std::size_t>(needed));
-    needed = collator.getSortKey(text.data(), len, key.data(), needed);
+  const std::size_t at = out.size();
+  out.resize(at + 32 + text.size() * 4);
+  auto* buffer = reinterpret_cast<uint8_t*>(out.data() + at);
+  auto room = static_cast<int32_t>(out.size() - at);
+  int32_t needed = collator.getSortKey(text.data(), len, buffer, room);
+  if (needed > room) {
+    out.resize(at + static_cast<std::size_t>(needed));
+    buffer = reinterpret_cast<uint8_t*>(out.data() + at);
+    needed = collator.getSortKey(text.data(), len, buffer, needed);
   }
   // The key ends in a terminating zero byte; leave it out.
-  return std::string(key.begin(), key.begin() + (needed > 0 ? needed - 1 : 0));
+  out.resize(at + static_cast<std::size_t>(needed > 0 ? needed - 1 : 0));
+}
+
+std::string CollationKey(std::u16string_view text) {
+  std::string key;
+  AppendCollationKey(text, key);
+  return key;
 }
 
 }  // namespace norvik50

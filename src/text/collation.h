@@ -14,6 +14,8 @@ int CompareIgnoringCase(std::u16string_view a, std::u16string_view b);
 
 // A byte string whose plain byte order is the order of CompareIgnoringCase.
 std::string CollationKey(std::u16string_view text);
+// Appends CollationKey(text) to `out`.
+void AppendCollationKey(std::u16string_view text, std::string& out);
 
 }  // namespace norvik50
 
