@@ -15,6 +15,7 @@
 #include <map>
 #include <memory>
 #include <random>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -293,7 +294,18 @@ class CollectingReporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) times_[run.benchmark_name()] = run.GetAdjustedCPUTime();
+    for (const Run& run : runs) {
+      // With repetitions the median stands for the benchmark.
+      const std::string name = run.run_name.str();
+      if (run.run_type == Run::RT_Aggregate) {
+        if (run.aggregate_name == "median") {
+          times_[name] = run.GetAdjustedCPUTime();
+          medians_.insert(name);
+        }
+      } else if (medians_.count(name) == 0) {
+        times_[name] = run.GetAdjustedCPUTime();
+      }
+    }
   }
   double Time(const std::string& name, int scale) const {
     const auto it = times_.find(name + "/" + std::to_string(scale));
@@ -302,6 +314,7 @@ class CollectingReporter : public benchmark::ConsoleReporter {
 
  private:
   std::map<std::string, double> times_;
+  std::set<std::string> medians_;
 };
 
 void PrintSummary(const CollectingReporter& r) {
@@ -357,6 +370,16 @@ void PrintSummary(const CollectingReporter& r) {
 
 int main(int argc, char** argv) {
   SetCurrentLocale("en-US");
+  // Medians of five runs by default: the machine may be busy with other
+  // work. Flags given on the command line come later and win.
+  std::vector<char*> args{argv[0]};
+  char repetitions[] = "--benchmark_repetitions=5";
+  char aggregates[] = "--benchmark_report_aggregates_only=true";
+  char min_time[] = "--benchmark_min_time=0.2";
+  args.insert(args.end(), {repetitions, aggregates, min_time});
+  args.insert(args.end(), argv + 1, argv + argc);
+  argc = static_cast<int>(args.size());
+  argv = args.data();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   CollectingReporter reporter;
