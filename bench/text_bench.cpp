@@ -49,10 +49,17 @@ u16string Filler(std::size_t size, uint32_t seed) {
     const int word = static_cast<int>(rng() % 9) + 1;
     for (int k = 0; k < word; ++k) s += letters[rng() % letters.size()];
     switch (rng() % 12) {
-      case 0: s += u", "; break;
-      case 1: s += u". "; break;
-      case 2: s += u" \"quoted\" "; break;
-      default: s += u' ';
+      case 0:
+        s += u", ";
+        break;
+      case 1:
+        s += u". ";
+        break;
+      case 2:
+        s += u" \"quoted\" ";
+        break;
+      default:
+        s += u' ';
     }
   }
   s.resize(size);
@@ -122,8 +129,7 @@ void BM_FindSubStringIgnoreCase(benchmark::State& state) {
 void BM_FindSubStringThreeWords(benchmark::State& state) {
   const u16string& text = OneNeedle(Scale(state));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        FindSubString(text, u"xq|needle|bc", 200, true, true, true));
+    benchmark::DoNotOptimize(FindSubString(text, u"xq|needle|bc", 200, true, true, true));
   }
 }
 void BM_HasSubString(benchmark::State& state) {
@@ -196,8 +202,7 @@ void BM_ReplaceInString(benchmark::State& state) {
 void BM_ReplaceInStringWordsAndAlternatives(benchmark::State& state) {
   const u16string& text = ManyMatches(Scale(state));
   for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        ReplaceInString(text, u"q|aa|.", u"x", 1, true, false, true, true));
+    benchmark::DoNotOptimize(ReplaceInString(text, u"q|aa|.", u"x", 1, true, false, true, true));
   }
 }
 
@@ -335,8 +340,7 @@ void PrintSummary(const CollectingReporter& r) {
       {"tklCountSubString, ignore case", "BM_CountSubStringIgnoreCase", "BM_StdCount", ""},
       {"tklCountSubStringExt, 2 pairs", "BM_CountSubStringExt", "BM_StdCount", ""},
       {"tklIsInSigns", "BM_IsInSigns", nullptr, ""},
-      {"tklReplaceInString, 20000 matches", "BM_ReplaceInString", "BM_StdReplaceAll",
-       "<= 3x loop"},
+      {"tklReplaceInString, 20000 matches", "BM_ReplaceInString", "BM_StdReplaceAll", "<= 3x loop"},
       {"tklReplaceInString, words+alternatives", "BM_ReplaceInStringWordsAndAlternatives",
        "BM_StdReplaceAll", ""},
       {"tklGetSubString (copies the rest)", "BM_GetSubString", "BM_StdCopy", ""},
@@ -350,8 +354,8 @@ void PrintSummary(const CollectingReporter& r) {
       {"std::u16string copy", "BM_StdCopy", nullptr, ""},
   };
   std::printf("\n1x = %zu UTF-16 units; CPU time per call in microseconds\n", kUnits);
-  std::printf("%-40s %10s %10s %8s %10s %8s  %s\n", "member", "1x", "10x", "10x/1x",
-              "anchor 1x", "ratio", "target");
+  std::printf("%-40s %10s %10s %8s %10s %8s  %s\n", "member", "1x", "10x", "10x/1x", "anchor 1x",
+              "ratio", "target");
   for (const Row& row : rows) {
     const double one = r.Time(row.bench, 1);
     const double ten = r.Time(row.bench, 10);

@@ -5,9 +5,8 @@
 
 namespace norvik50 {
 
-bool ExtractBrackets(std::u16string_view source, std::u16string& term,
-                     std::u16string& before, std::u16string& after,
-                     bool start_with_bracket) {
+bool ExtractBrackets(std::u16string_view source, std::u16string& term, std::u16string& before,
+                     std::u16string& after, bool start_with_bracket) {
   constexpr std::size_t kNone = std::u16string_view::npos;
   std::size_t open = kNone;
   std::size_t depth = 0;

@@ -13,9 +13,8 @@ namespace norvik50 {
 // `after` the text after the ")", none of them trimmed. With
 // `start_with_bracket` the "(" must be the first non-blank unit. False, and
 // the outputs untouched, when there is no complete pair. Never fails.
-bool ExtractBrackets(std::u16string_view source, std::u16string& term,
-                     std::u16string& before, std::u16string& after,
-                     bool start_with_bracket = false);
+bool ExtractBrackets(std::u16string_view source, std::u16string& term, std::u16string& before,
+                     std::u16string& after, bool start_with_bracket = false);
 
 }  // namespace norvik50
 

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "norvik50/error.h"
+#include "norvik50/locale.h"
 #include "testing/error_number.h"
 #include "testing/temp_folder.h"
-#include "norvik50/locale.h"
 #include "text/collation.h"
 
 namespace norvik50 {

@@ -43,8 +43,7 @@ icu::Collator& CurrentCollator() {
 int CompareIgnoringCase(std::u16string_view a, std::u16string_view b) {
   UErrorCode status = U_ZERO_ERROR;
   const UCollationResult r = CurrentCollator().compare(
-      a.data(), static_cast<int32_t>(a.size()), b.data(), static_cast<int32_t>(b.size()),
-      status);
+      a.data(), static_cast<int32_t>(a.size()), b.data(), static_cast<int32_t>(b.size()), status);
   return r == UCOL_LESS ? -1 : r == UCOL_GREATER ? 1 : 0;
 }
 

@@ -20,8 +20,8 @@ std::unique_ptr<FoldTable> BuildTable(uint32_t options) {
     const UChar32 folded = u_foldCase(static_cast<UChar32>(c), options);
     // Simple folding of a BMP unit stays in the BMP; guard anyway so a unit
     // is never replaced by half a pair.
-    (*table)[c] = folded >= 0 && folded < 0x10000 ? static_cast<char16_t>(folded)
-                                                   : static_cast<char16_t>(c);
+    (*table)[c] =
+        folded >= 0 && folded < 0x10000 ? static_cast<char16_t>(folded) : static_cast<char16_t>(c);
   }
   return table;
 }
@@ -34,8 +34,7 @@ bool IsTurkic() {
 const FoldTable& CurrentTable() {
   static const std::unique_ptr<FoldTable> kDefault = BuildTable(U_FOLD_CASE_DEFAULT);
   if (!IsTurkic()) return *kDefault;
-  static const std::unique_ptr<FoldTable> kTurkic =
-      BuildTable(U_FOLD_CASE_EXCLUDE_SPECIAL_I);
+  static const std::unique_ptr<FoldTable> kTurkic = BuildTable(U_FOLD_CASE_EXCLUDE_SPECIAL_I);
   return *kTurkic;
 }
 

@@ -30,8 +30,7 @@ void Haystack::FoldTo(std::size_t end) const {
   folded_end_ = end;
 }
 
-std::size_t Haystack::Search(std::u16string_view needle, std::size_t begin,
-                             std::size_t end) const {
+std::size_t Haystack::Search(std::u16string_view needle, std::size_t begin, std::size_t end) const {
   if (!ignore_case_) {
     const std::size_t found = raw_.substr(begin, end - begin).find(needle);
     return found == npos ? npos : begin + found;
@@ -49,8 +48,7 @@ std::size_t Haystack::Search(std::u16string_view needle, std::size_t begin,
   }
 }
 
-std::size_t Haystack::Find(std::u16string_view needle, std::size_t from,
-                           std::size_t last) const {
+std::size_t Haystack::Find(std::u16string_view needle, std::size_t from, std::size_t last) const {
   if (from >= raw_.size() || from > last) return npos;
   if (needle.empty()) return from;
   // Only start indexes up to `last` count, so the window ends where a match

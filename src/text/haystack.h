@@ -30,8 +30,7 @@ class Haystack {
   // First index >= `from` where `needle` starts, looking only at start
   // indexes <= `last`; npos if none. Searching for nothing finds it at
   // `from` as long as `from` lies inside the text, and nothing past its end.
-  std::size_t Find(std::u16string_view needle, std::size_t from,
-                   std::size_t last = npos) const;
+  std::size_t Find(std::u16string_view needle, std::size_t from, std::size_t last = npos) const;
   // Last index >= `from` where `needle` starts; npos if none.
   std::size_t FindLast(std::u16string_view needle, std::size_t from) const;
   // Whether `needle` starts at index `i`.

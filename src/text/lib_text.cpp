@@ -16,8 +16,7 @@ namespace norvik50 {
 int16_t LIB::tklFindSubString(std::u16string_view sSource, std::u16string_view sFind,
                               int16_t iStartSearch, bool bIgnoreCase, bool bFindFirst,
                               bool bWholeWord, std::u16string* sFound) {
-  return FindSubString(sSource, sFind, iStartSearch, bIgnoreCase, bFindFirst, bWholeWord,
-                       sFound);
+  return FindSubString(sSource, sFind, iStartSearch, bIgnoreCase, bFindFirst, bWholeWord, sFound);
 }
 
 int16_t LIB::tklHasSubString(std::u16string_view sSource, std::u16string_view sFind,
@@ -41,18 +40,17 @@ int16_t LIB::tklCountSubStringExt(std::u16string_view sSource, std::u16string_vi
   return CountSubStringExt(sSource, sFind, iStartSearch, bIgnoreCase, sNotInSigns);
 }
 
-bool LIB::tklIsInSigns(std::u16string_view sSource, std::u16string_view sSigns,
-                       int16_t iStart, int16_t iLen) {
+bool LIB::tklIsInSigns(std::u16string_view sSource, std::u16string_view sSigns, int16_t iStart,
+                       int16_t iLen) {
   return IsInSigns(sSource, sSigns, iStart, iLen);
 }
 
-std::u16string LIB::tklReplaceInString(std::u16string_view sSource,
-                                       std::u16string_view sFind,
+std::u16string LIB::tklReplaceInString(std::u16string_view sSource, std::u16string_view sFind,
                                        std::u16string_view sReplace, int16_t iStartSearch,
-                                       bool bIgnoreCase, bool bOnlyAtBeginning,
-                                       bool bNotInSigns, bool bWholeWord) {
-  return ReplaceInString(sSource, sFind, sReplace, iStartSearch, bIgnoreCase,
-                         bOnlyAtBeginning, bNotInSigns, bWholeWord);
+                                       bool bIgnoreCase, bool bOnlyAtBeginning, bool bNotInSigns,
+                                       bool bWholeWord) {
+  return ReplaceInString(sSource, sFind, sReplace, iStartSearch, bIgnoreCase, bOnlyAtBeginning,
+                         bNotInSigns, bWholeWord);
 }
 
 std::u16string LIB::tklGetSubString(std::u16string_view sSource, std::u16string_view sBefore,
@@ -62,8 +60,8 @@ std::u16string LIB::tklGetSubString(std::u16string_view sSource, std::u16string_
 }
 
 void LIB::tklSeparateString(std::u16string_view sSource, std::u16string_view sFind,
-                            std::u16string& sBefore, std::u16string& sTerm,
-                            std::u16string& sAfter, int16_t iStartSearch, bool bIgnoreCase) {
+                            std::u16string& sBefore, std::u16string& sTerm, std::u16string& sAfter,
+                            int16_t iStartSearch, bool bIgnoreCase) {
   SeparateString(sSource, sFind, sBefore, sTerm, sAfter, iStartSearch, bIgnoreCase);
 }
 
@@ -71,8 +69,7 @@ std::u16string LIB::tklMid(std::u16string_view Source, int32_t Start, int32_t le
   return Mid(Source, Start, length);
 }
 
-void LIB::tklMid(std::u16string& Source, int32_t Start, int32_t length,
-                 std::u16string_view value) {
+void LIB::tklMid(std::u16string& Source, int32_t Start, int32_t length, std::u16string_view value) {
   MidLet(Source, Start, length, value);
 }
 

@@ -65,7 +65,9 @@ TEST_F(TextMembersTest, ErrorStylesReachTheCaller) {
               Invoke(lib_, "tklCountSubString", Args{Variant(u"abc"), Variant(u"a||b")});
             }),
             kErrOverflow);
-  EXPECT_EQ(ErrorOf([&] { Invoke(lib_, "tklMid", Args{Variant(u"abc"), Variant(0)}); }),
+  EXPECT_EQ(ErrorOf([&] {
+              Invoke(lib_, "tklMid", Args{Variant(u"abc"), Variant(0)});
+            }),
             kErrInvalidCall);
   // A start that does not fit an Integer fails while the argument is coerced.
   EXPECT_EQ(ErrorOf([&] {
@@ -76,9 +78,9 @@ TEST_F(TextMembersTest, ErrorStylesReachTheCaller) {
 }
 
 TEST_F(TextMembersTest, ReplaceAndCountByName) {
-  InvokeResult r = Invoke(lib_, "tklReplaceInString",
-                          Args{Variant(u"Abc abc"), Variant(u"ABC"), Variant(u"x"), std::nullopt,
-                               Variant(false)});
+  InvokeResult r = Invoke(
+      lib_, "tklReplaceInString",
+      Args{Variant(u"Abc abc"), Variant(u"ABC"), Variant(u"x"), std::nullopt, Variant(false)});
   EXPECT_EQ(r.result->as_string(), u"x x");
   EXPECT_TRUE(r.by_ref.empty());
   r = Invoke(lib_, "tklCountSubStringExt",
@@ -92,9 +94,9 @@ TEST_F(TextMembersTest, ReplaceAndCountByName) {
 }
 
 TEST_F(TextMembersTest, SeparateStringWritesItsOutputsWhenItSplits) {
-  InvokeResult r = Invoke(lib_, "tklSeparateString",
-                          Args{Variant(u"a+b-c"), Variant(u"-|+"), Variant(u""), Variant(u""),
-                               Variant(u"")});
+  InvokeResult r =
+      Invoke(lib_, "tklSeparateString",
+             Args{Variant(u"a+b-c"), Variant(u"-|+"), Variant(u""), Variant(u""), Variant(u"")});
   EXPECT_FALSE(r.result.has_value());
   EXPECT_EQ(r.by_ref.at(2).as_string(), u"a+b");
   EXPECT_EQ(r.by_ref.at(3).as_string(), u"-");
@@ -123,9 +125,9 @@ TEST_F(TextMembersTest, ValuesListsAndArraysByName) {
   const Variant list(SafeArray(0, {Variant(int16_t{1}), Variant(2.0)}));
   EXPECT_EQ(Invoke(lib_, "tklIsInList", Args{Variant(int32_t{2}), list}).result->as_boolean(),
             kTrue);
-  EXPECT_EQ(
-      Invoke(lib_, "tklArrayHasData", Args{Variant(SafeArray::Bounded(0, -1))}).result->as_boolean(),
-      kTrue);
+  EXPECT_EQ(Invoke(lib_, "tklArrayHasData", Args{Variant(SafeArray::Bounded(0, -1))})
+                .result->as_boolean(),
+            kTrue);
   EXPECT_EQ(Invoke(lib_, "tklArrayHasData", Args{Variant(SafeArray())}).result->as_boolean(),
             kFalse);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "norvik50/error.h"
+#include "testing/temp_folder.h"
 #include "text/bubble_sort.h"
 #include "text/collation.h"
 #include "text/reference_forms_for_tests.h"
@@ -17,7 +18,6 @@
 #include "text/search.h"
 #include "text/signs.h"
 #include "text/split.h"
-#include "testing/temp_folder.h"
 
 namespace norvik50 {
 namespace {
@@ -79,8 +79,8 @@ class Generator {
     return list;
   }
   u16string Signs() {
-    static const std::u16string_view kChoices[] = {u"", u"()", u"''", u"\"\"", u"(",
-                                                   u"\"\"|''", u"()|''", u"(()"};
+    static const std::u16string_view kChoices[] = {u"",  u"()",      u"''",    u"\"\"",
+                                                   u"(", u"\"\"|''", u"()|''", u"(()"};
     return u16string(kChoices[Int(0, 7)]);
   }
   int Start(const u16string& source) { return Int(-1, static_cast<int>(source.size()) + 2); }
@@ -114,8 +114,8 @@ TEST_F(RandomizedTest, FindAndHas) {
     const int fast = FindSubString(s, f, start, ic, first, word, &fast_found);
     const int64_t slow = ref::FindSubString(s, f, start, ic, first, word, &ref_found);
     ASSERT_EQ(fast, slow) << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f)
-                          << " start " << start << " ic " << ic << " first " << first
-                          << " word " << word;
+                          << " start " << start << " ic " << ic << " first " << first << " word "
+                          << word;
     ASSERT_EQ(fast_found, ref_found);
     u16string scratch;
     const int has = ref::FindSubString(s, f, start, ic, true, false, &scratch) >= 1 ? -1 : 0;
@@ -196,12 +196,11 @@ TEST_F(RandomizedTest, Replace) {
     const int start = g.Start(s);
     const bool at_beginning = g.Int(0, 4) == 0, not_in_signs = g.Flag(), word = g.Flag();
     ASSERT_EQ(Capture([&] {
-                return ReplaceInString(s, f, with, start, g.Flag(), at_beginning,
-                                       not_in_signs, word);
+                return ReplaceInString(s, f, with, start, g.Flag(), at_beginning, not_in_signs,
+                                       word);
               }),
               Capture([&] {
-                return ref::ReplaceInString(s, f, with, start, at_beginning, not_in_signs,
-                                            word);
+                return ref::ReplaceInString(s, f, with, start, at_beginning, not_in_signs, word);
               }))
         << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f) << " -> "
         << ::testing::PrintToString(with) << " start " << start << " begin " << at_beginning

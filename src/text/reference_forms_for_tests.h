@@ -34,9 +34,9 @@ inline bool SameUnit(char16_t a, char16_t b, bool ignore_case) {
   return ignore_case ? Fold(a) == Fold(b) : a == b;
 }
 
-// The runtime's InStr: 1-based, 0 if absent; nothing is found at `start`
+// The plain search: 1-based, 0 if absent; nothing is found at `start`
 // while start lies inside the text.
-inline int64_t InStr(int64_t start, View s, View f, bool ignore_case) {
+inline int64_t PositionOf(int64_t start, View s, View f, bool ignore_case) {
   if (start < 1) throw Error(kErrInvalidCall);
   const int64_t n = static_cast<int64_t>(s.size());
   const int64_t m = static_cast<int64_t>(f.size());
@@ -84,11 +84,10 @@ inline bool IsSeparator(char16_t c) {
          View(u" !{}[]()?.;,:+=<>'*/&%$\u00A7\\\u00B4`\"").find(c) != View::npos;
 }
 
-inline int64_t WordMatcher(View src, View alt, int64_t start, bool ignore_case,
-                           bool whole_word) {
+inline int64_t WordMatcher(View src, View alt, int64_t start, bool ignore_case, bool whole_word) {
   const int64_t n = static_cast<int64_t>(src.size());
   try {
-    int16_t pos = I16(InStr(start, src, alt, ignore_case));
+    int16_t pos = I16(PositionOf(start, src, alt, ignore_case));
     while (true) {
       if (pos == 0) return 0;
       if (!whole_word) return pos;
@@ -102,7 +101,7 @@ inline int64_t WordMatcher(View src, View alt, int64_t start, bool ignore_case,
       }
       if (left && right) return pos;
       const int16_t next = I16(pos + 1);
-      pos = I16(InStr(next, src, alt, ignore_case));
+      pos = I16(PositionOf(next, src, alt, ignore_case));
     }
   } catch (const Error& e) {
     if (e.number() == kErrOverflow) return 0;
@@ -110,8 +109,8 @@ inline int64_t WordMatcher(View src, View alt, int64_t start, bool ignore_case,
   }
 }
 
-inline int64_t FindSubString(View src, View find, int64_t start, bool ignore_case,
-                             bool find_first, bool whole_word, Text* found) {
+inline int64_t FindSubString(View src, View find, int64_t start, bool ignore_case, bool find_first,
+                             bool whole_word, Text* found) {
   try {
     if (src.empty()) return 0;
     int64_t best = 0;
@@ -139,7 +138,7 @@ inline int64_t FindLastSubString(View src, View find, int64_t start, bool ignore
   int64_t p = start - 1;
   int16_t last = 0;
   while (true) {
-    const int64_t r = InStr(p + 1, src, find, ignore_case);
+    const int64_t r = PositionOf(p + 1, src, find, ignore_case);
     if (r < 1) break;
     last = I16(r);
     p = last;
@@ -182,7 +181,7 @@ inline int64_t CountSubStringExt(View src, View find, int64_t start, bool ignore
   for (const Text& alt : Split(find)) {
     int16_t p = I16(start);
     while (true) {
-      const int16_t r = I16(InStr(p, src, alt, ignore_case));
+      const int16_t r = I16(PositionOf(p, src, alt, ignore_case));
       if (r == 0) break;
       bool inside = false;
       for (const Text& pair : pairs) {
@@ -233,8 +232,7 @@ inline Text ReplaceInString(View source, View find, View replace, int64_t start,
   return s;
 }
 
-inline Text GetSubString(View source, View before, View after, bool ignore_case,
-                         bool whole_word) {
+inline Text GetSubString(View source, View before, View after, bool ignore_case, bool whole_word) {
   Text s(source);
   Text found;
   if (!before.empty()) {
@@ -257,7 +255,7 @@ inline void SeparateString(View source, View find, Text& before, Text& term, Tex
     return;
   }
   for (const Text& alt : Split(find)) {
-    const int16_t pos = I16(InStr(start, source, alt, ignore_case));
+    const int16_t pos = I16(PositionOf(start, source, alt, ignore_case));
     if (pos < 1) continue;
     before = Trim(Left(source, pos - 1));
     term = Trim(Text(source.substr(pos - 1, alt.size())));

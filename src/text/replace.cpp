@@ -46,8 +46,7 @@ class AlternativeCursor {
     if (cached_ && from >= query_ && (result_ == npos || from <= result_)) return result_;
     const std::u16string_view text = hay_.text();
     std::size_t i = hay_.Find(needle_, from);
-    while (i != npos && whole_word_ &&
-           !(LeftBoundary(text, i) && RightBoundary(text, i, len_))) {
+    while (i != npos && whole_word_ && !(LeftBoundary(text, i) && RightBoundary(text, i, len_))) {
       i = hay_.Find(needle_, i + 1);
     }
     cached_ = true;
@@ -84,9 +83,8 @@ std::u16string ReplaceAtBeginning(std::u16string_view source, std::u16string_vie
 }  // namespace
 
 std::u16string ReplaceInString(std::u16string_view source, std::u16string_view find,
-                               std::u16string_view replace, int64_t start,
-                               bool /*ignore_case*/, bool only_at_beginning,
-                               bool not_in_signs, bool whole_word) {
+                               std::u16string_view replace, int64_t start, bool /*ignore_case*/,
+                               bool only_at_beginning, bool not_in_signs, bool whole_word) {
   // Hosts pass their own case flag, but the replacement has always ignored
   // case whatever they pass; they depend on it, so the flag stays unread.
   if (only_at_beginning) return ReplaceAtBeginning(source, find, replace, whole_word);

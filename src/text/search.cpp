@@ -18,8 +18,8 @@ constexpr std::size_t npos = Haystack::npos;
 // The counting loop shared by CountSubString and CountSubStringExt.
 // `accept` decides whether an occurrence (1-based position, length) counts.
 template <typename Accept>
-int16_t CountOccurrences(std::u16string_view source, std::u16string_view find,
-                         int64_t start, bool ignore_case, Accept accept) {
+int16_t CountOccurrences(std::u16string_view source, std::u16string_view find, int64_t start,
+                         bool ignore_case, Accept accept) {
   if (source.empty() || find.empty()) return 0;
   if (start < 1) Raise(kErrInvalidCall);
   const std::vector<std::u16string_view> alternatives = SplitAlternatives(find);
@@ -52,8 +52,7 @@ int16_t CountOccurrences(std::u16string_view source, std::u16string_view find,
 }  // namespace
 
 int16_t FindSubString(std::u16string_view source, std::u16string_view find, int64_t start,
-                      bool ignore_case, bool find_first, bool whole_word,
-                      std::u16string* found) {
+                      bool ignore_case, bool find_first, bool whole_word, std::u16string* found) {
   try {
     if (source.empty() || start < 1) return 0;
     const std::vector<std::u16string_view> alternatives = SplitAlternatives(find);
@@ -105,8 +104,8 @@ int16_t HasSubString(std::u16string_view source, std::u16string_view find, int64
 // The occurrences are visited one after another (each search starting one
 // unit after the last find), so the result is the last occurrence, and the
 // first one past 32767 would overflow: exactly when the last one lies there.
-int16_t FindLastSubString(std::u16string_view source, std::u16string_view find,
-                          int64_t start, bool ignore_case) {
+int16_t FindLastSubString(std::u16string_view source, std::u16string_view find, int64_t start,
+                          bool ignore_case) {
   if (start < 1) Raise(kErrInvalidCall);
   const std::size_t from = static_cast<std::size_t>(start - 1);
   if (from >= source.size()) return 0;
@@ -118,25 +117,22 @@ int16_t FindLastSubString(std::u16string_view source, std::u16string_view find,
 
 int16_t CountSubString(std::u16string_view source, std::u16string_view find, int64_t start,
                        bool ignore_case) {
-  return CountOccurrences(source, find, start, ignore_case,
-                          [](int64_t, int64_t) { return true; });
+  return CountOccurrences(source, find, start, ignore_case, [](int64_t, int64_t) { return true; });
 }
 
-int16_t CountSubStringExt(std::u16string_view source, std::u16string_view find,
-                          int64_t start, bool ignore_case,
-                          std::u16string_view not_in_signs) {
+int16_t CountSubStringExt(std::u16string_view source, std::u16string_view find, int64_t start,
+                          bool ignore_case, std::u16string_view not_in_signs) {
   const std::vector<std::u16string_view> pairs = SplitAlternatives(not_in_signs);
   // One profile per pair, built at the first occurrence: each test is then
   // constant time instead of a walk over the whole text.
   std::vector<std::optional<SignProfile>> profiles(pairs.size());
-  return CountOccurrences(
-      source, find, start, ignore_case, [&](int64_t pos, int64_t len) {
-        for (std::size_t k = 0; k < pairs.size(); ++k) {
-          if (!profiles[k]) profiles[k].emplace(source, pairs[k]);
-          if (profiles[k]->Encloses(pos, len)) return false;
-        }
-        return true;
-      });
+  return CountOccurrences(source, find, start, ignore_case, [&](int64_t pos, int64_t len) {
+    for (std::size_t k = 0; k < pairs.size(); ++k) {
+      if (!profiles[k]) profiles[k].emplace(source, pairs[k]);
+      if (profiles[k]->Encloses(pos, len)) return false;
+    }
+    return true;
+  });
 }
 
 }  // namespace norvik50

@@ -162,7 +162,7 @@ TEST(HasSubString, AlternativesAndFailures) {
 // ---- FindLastSubString ----------------------------------------------------
 
 TEST(FindLastSubString, OverlappingAndLiteral) {
-  EXPECT_EQ(FindLastSubString(u"aaaa", u"aa"), 3);   // overlaps allowed
+  EXPECT_EQ(FindLastSubString(u"aaaa", u"aa"), 3);      // overlaps allowed
   EXPECT_EQ(FindLastSubString(u"a|b a|b", u"a|b"), 5);  // "|" is literal here
   EXPECT_EQ(FindLastSubString(u"xAx", u"a", 1, true), 2);
   EXPECT_EQ(FindLastSubString(u"xAx", u"a", 1, false), 0);

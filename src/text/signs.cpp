@@ -16,8 +16,7 @@ bool Applicable(std::u16string_view signs, int64_t n, int64_t start, int64_t len
 // enough. The verdict looks at parity only, so a count of -1 (a closing
 // bracket on the left) is as odd as +1; hosts rely on «)x(» reporting x as
 // inside, so this must not be "corrected".
-bool IsInSigns(std::u16string_view source, std::u16string_view signs, int64_t start,
-               int64_t len) {
+bool IsInSigns(std::u16string_view source, std::u16string_view signs, int64_t start, int64_t len) {
   const int64_t n = static_cast<int64_t>(source.size());
   if (!Applicable(signs, n, start, len)) return false;
   const char16_t open = signs.front();
@@ -47,8 +46,7 @@ bool IsInSigns(std::u16string_view source, std::u16string_view signs, int64_t st
   return (left & 1) != 0 && (right & 1) != 0;
 }
 
-SignProfile::SignProfile(std::u16string_view source, std::u16string_view signs)
-    : source_(source) {
+SignProfile::SignProfile(std::u16string_view source, std::u16string_view signs) : source_(source) {
   if (signs.size() != 2) return;
   valid_ = true;
   open_ = signs.front();

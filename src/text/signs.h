@@ -14,8 +14,7 @@ namespace norvik50 {
 // opening sign signs[0] and the closing sign signs[1]. False at once unless
 // `signs` has exactly two units, start >= 2, len >= 1 and at least one unit
 // follows the span. Never fails.
-bool IsInSigns(std::u16string_view source, std::u16string_view signs, int64_t start,
-               int64_t len);
+bool IsInSigns(std::u16string_view source, std::u16string_view signs, int64_t start, int64_t len);
 
 // The same test for many spans of one text: prepared in two passes, each
 // question then costs a short scan of a few blocks, and the memory
@@ -37,8 +36,8 @@ class SignProfile {
   // sum(k): the steps of the first k units. The walks of IsInSigns are
   // differences of these sums.
   int32_t Sum(std::size_t k) const;
-  int32_t MinSumUpTo(std::size_t m) const;   // min of sum(0..m)
-  int32_t MinSumFrom(std::size_t b) const;   // min of sum(b..n)
+  int32_t MinSumUpTo(std::size_t m) const;  // min of sum(0..m)
+  int32_t MinSumFrom(std::size_t b) const;  // min of sum(b..n)
 
   std::u16string_view source_;
   bool valid_ = false;

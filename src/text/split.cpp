@@ -21,8 +21,8 @@ std::u16string_view From(std::u16string_view text, int64_t start) {
 }  // namespace
 
 std::u16string GetSubString(std::u16string_view source, std::u16string_view before,
-                            std::u16string_view after, int64_t /*start*/,
-                            bool ignore_case, bool whole_word) {
+                            std::u16string_view after, int64_t /*start*/, bool ignore_case,
+                            bool whole_word) {
   // Both searches start at 1 whatever the caller asks: hosts have always
   // got the first term of the whole text, so the start stays unused.
   std::u16string_view s = source;
@@ -39,9 +39,8 @@ std::u16string GetSubString(std::u16string_view source, std::u16string_view befo
   return std::u16string(s);
 }
 
-void SeparateString(std::u16string_view source, std::u16string_view find,
-                    std::u16string& before, std::u16string& term, std::u16string& after,
-                    int64_t start, bool ignore_case) {
+void SeparateString(std::u16string_view source, std::u16string_view find, std::u16string& before,
+                    std::u16string& term, std::u16string& after, int64_t start, bool ignore_case) {
   if (find.empty()) {
     term = std::u16string(source);
     before.clear();
@@ -70,14 +69,13 @@ std::u16string Mid(std::u16string_view source, int64_t start, int64_t length) {
   if (start < 1 || length < -1) Raise(kErrInvalidCall);
   const std::u16string_view tail = From(source, start);
   if (length == -1) return std::u16string(tail);
-  return std::u16string(tail.substr(0, static_cast<std::size_t>(
-                                           std::min<int64_t>(length, tail.size()))));
+  return std::u16string(
+      tail.substr(0, static_cast<std::size_t>(std::min<int64_t>(length, tail.size()))));
 }
 
 // A splice, not an overwrite: with an explicit length the replaced part and
 // the value may differ in size.
-void MidLet(std::u16string& source, int64_t start, int64_t length,
-            std::u16string_view value) {
+void MidLet(std::u16string& source, int64_t start, int64_t length, std::u16string_view value) {
   if (start < 1) Raise(kErrInvalidCall);
   const int64_t cut = length == -1 ? static_cast<int64_t>(value.size()) : length;
   const int64_t resume = ToInt32Checked(start + cut);

@@ -14,17 +14,17 @@ namespace norvik50 {
 // gives "", not the rest of the text. Both searches start at position 1:
 // `start` is accepted and deliberately never used. Never fails.
 std::u16string GetSubString(std::u16string_view source, std::u16string_view before,
-                            std::u16string_view after, int64_t start = 1,
-                            bool ignore_case = true, bool whole_word = false);
+                            std::u16string_view after, int64_t start = 1, bool ignore_case = true,
+                            bool whole_word = false);
 
 // Splits `source` at the first alternative of `find` (in list order) that
 // occurs anywhere from `start`: the text before it, the term and the text
 // after it, each blank-trimmed. An empty `find` gives "", source, "". When
 // nothing is found the three outputs keep their values.
 // Raises 5 for a start below 1, 6 for a position past 32767.
-void SeparateString(std::u16string_view source, std::u16string_view find,
-                    std::u16string& before, std::u16string& term, std::u16string& after,
-                    int64_t start = 1, bool ignore_case = true);
+void SeparateString(std::u16string_view source, std::u16string_view find, std::u16string& before,
+                    std::u16string& term, std::u16string& after, int64_t start = 1,
+                    bool ignore_case = true);
 
 // At most `length` units of `source` from 1-based `start` (-1: to the end);
 // "" past the end. Raises 5 for a start below 1 or a length below -1.

@@ -11,8 +11,7 @@ namespace {
 // counting as one word.
 constexpr std::array<bool, 256> MakeSeparatorTable() {
   std::array<bool, 256> table{};
-  constexpr std::u16string_view kSeparators =
-      u" !{}[]()?.;,:+=<>'*/&%$\u00A7\\\u00B4`\"\r\n";
+  constexpr std::u16string_view kSeparators = u" !{}[]()?.;,:+=<>'*/&%$\u00A7\\\u00B4`\"\r\n";
   for (char16_t c : kSeparators) table[c] = true;
   return table;
 }

@@ -43,8 +43,8 @@ void RegisterTextMembers(MemberTable& table) {
     params.push_back(Opt("sFound", S, Variant(u""), true));
     table.Add(Method("tklFindSubString", std::move(params), I, [](LIB& lib, CallArgs& a) {
       std::u16string found = a.str(6);
-      const int16_t pos = lib.tklFindSubString(a.str(0), a.str(1), a.i16(2), a.flag(3),
-                                               a.flag(4), a.flag(5), &found);
+      const int16_t pos = lib.tklFindSubString(a.str(0), a.str(1), a.i16(2), a.flag(3), a.flag(4),
+                                               a.flag(5), &found);
       if (pos > 0) WriteBack(a, 6, Variant(found));
       return Variant(pos);
     }));
@@ -62,8 +62,7 @@ void RegisterTextMembers(MemberTable& table) {
     auto params = search_params();
     params.push_back(Opt("sNotInSigns", S, Variant(u""), true));
     table.Add(Method("tklCountSubStringExt", std::move(params), I, [](LIB& lib, CallArgs& a) {
-      return Variant(
-          lib.tklCountSubStringExt(a.str(0), a.str(1), a.i16(2), a.flag(3), a.str(4)));
+      return Variant(lib.tklCountSubStringExt(a.str(0), a.str(1), a.i16(2), a.flag(3), a.str(4)));
     }));
   }
   table.Add(Method("tklIsInSigns",
@@ -72,27 +71,25 @@ void RegisterTextMembers(MemberTable& table) {
                      return Variant(lib.tklIsInSigns(a.str(0), a.str(1), a.i16(2), a.i16(3)));
                    }));
 
-  table.Add(Method("tklReplaceInString",
-                   {In("sSource", S), In("sFind", S), In("sReplace", S),
-                    Opt("iStartSearch", I, Variant(int16_t{1}), true),
-                    Opt("bIgnoreCase", B, Variant(true), true),
-                    Opt("bOnlyAtBeginning", B, Variant(false), true),
-                    Opt("bNotInSigns", B, Variant(true), true),
-                    Opt("bWholeWord", B, Variant(false), true)},
-                   S, [](LIB& lib, CallArgs& a) {
-                     return Variant(lib.tklReplaceInString(a.str(0), a.str(1), a.str(2),
-                                                           a.i16(3), a.flag(4), a.flag(5),
-                                                           a.flag(6), a.flag(7)));
-                   }));
-  table.Add(Method("tklGetSubString",
-                   {In("sSource", S), In("sBefore", S), In("sAfter", S),
-                    Opt("iStartSearch", I, Variant(int16_t{1}), true),
-                    Opt("bIgnoreCase", B, Variant(true), true),
-                    Opt("bWholeWord", B, Variant(false), true)},
-                   S, [](LIB& lib, CallArgs& a) {
-                     return Variant(lib.tklGetSubString(a.str(0), a.str(1), a.str(2), a.i16(3),
-                                                        a.flag(4), a.flag(5)));
-                   }));
+  table.Add(Method(
+      "tklReplaceInString",
+      {In("sSource", S), In("sFind", S), In("sReplace", S),
+       Opt("iStartSearch", I, Variant(int16_t{1}), true),
+       Opt("bIgnoreCase", B, Variant(true), true), Opt("bOnlyAtBeginning", B, Variant(false), true),
+       Opt("bNotInSigns", B, Variant(true), true), Opt("bWholeWord", B, Variant(false), true)},
+      S, [](LIB& lib, CallArgs& a) {
+        return Variant(lib.tklReplaceInString(a.str(0), a.str(1), a.str(2), a.i16(3), a.flag(4),
+                                              a.flag(5), a.flag(6), a.flag(7)));
+      }));
+  table.Add(Method(
+      "tklGetSubString",
+      {In("sSource", S), In("sBefore", S), In("sAfter", S),
+       Opt("iStartSearch", I, Variant(int16_t{1}), true),
+       Opt("bIgnoreCase", B, Variant(true), true), Opt("bWholeWord", B, Variant(false), true)},
+      S, [](LIB& lib, CallArgs& a) {
+        return Variant(
+            lib.tklGetSubString(a.str(0), a.str(1), a.str(2), a.i16(3), a.flag(4), a.flag(5)));
+      }));
   table.Add(Method("tklSeparateString",
                    {In("sSource", S), In("sFind", S), Ref("sBefore", S), Ref("sTerm", S),
                     Ref("sAfter", S), Opt("iStartSearch", I, Variant(int16_t{1}), true),
@@ -109,11 +106,9 @@ void RegisterTextMembers(MemberTable& table) {
                      }
                      return Variant();
                    }));
-  table.Add(Get("tklMid",
-                {Ref("Source", S), In("Start", L), Opt("length", L, Variant(int32_t{-1}), true)},
-                S, [](LIB& lib, CallArgs& a) {
-                  return Variant(lib.tklMid(a.str(0), a.i32(1), a.i32(2)));
-                }));
+  table.Add(Get(
+      "tklMid", {Ref("Source", S), In("Start", L), Opt("length", L, Variant(int32_t{-1}), true)}, S,
+      [](LIB& lib, CallArgs& a) { return Variant(lib.tklMid(a.str(0), a.i32(1), a.i32(2))); }));
   table.Add(Let("tklMid",
                 {Ref("Source", S), In("Start", L), Opt("length", L, Variant(int32_t{-1}), true),
                  In("vNewValue", S)},
@@ -124,17 +119,14 @@ void RegisterTextMembers(MemberTable& table) {
                   return Variant();
                 }));
 
-  table.Add(Method("tklGetNotNullValue", {In("vValue", V)}, V, [](LIB& lib, CallArgs& a) {
-    return lib.tklGetNotNullValue(a[0]);
-  }));
-  table.Add(Method("tklIsEmpty", {In("vValue", V)}, B, [](LIB& lib, CallArgs& a) {
-    return Variant(lib.tklIsEmpty(a[0]));
-  }));
+  table.Add(Method("tklGetNotNullValue", {In("vValue", V)}, V,
+                   [](LIB& lib, CallArgs& a) { return lib.tklGetNotNullValue(a[0]); }));
+  table.Add(Method("tklIsEmpty", {In("vValue", V)}, B,
+                   [](LIB& lib, CallArgs& a) { return Variant(lib.tklIsEmpty(a[0])); }));
   table.Add(Method("tklIsInList", {In("vValue", V), Ref("vList", A)}, B,
                    [](LIB& lib, CallArgs& a) { return Variant(lib.tklIsInList(a[0], a[1])); }));
-  table.Add(Method("tklArrayHasData", {Ref("vArray", V)}, B, [](LIB& lib, CallArgs& a) {
-    return Variant(lib.tklArrayHasData(a[0]));
-  }));
+  table.Add(Method("tklArrayHasData", {Ref("vArray", V)}, B,
+                   [](LIB& lib, CallArgs& a) { return Variant(lib.tklArrayHasData(a[0])); }));
   table.Add(Method("tklClearCollection",
                    {Ref("oCollection", O), Opt("bSetToNothing", B, Variant(false), true)}, kNone,
                    [](LIB& lib, CallArgs& a) {

@@ -49,9 +49,7 @@ bool Equal(const Comparand& a, const Comparand& b) {
 
 }  // namespace
 
-Variant GetNotNullValue(const Variant& value) {
-  return value.is_null() ? Variant() : value;
-}
+Variant GetNotNullValue(const Variant& value) { return value.is_null() ? Variant() : value; }
 
 bool IsEmptyValue(const Variant& value) {
   switch (value.type()) {

@@ -86,14 +86,14 @@ TEST(IsInList, FailuresGiveFalse) {
   // An element that cannot be compared ends the search, even before a match.
   const Variant with_error(List(0, {Variant(ErrorValue{5}), Variant(int16_t{2})}));
   EXPECT_FALSE(IsInList(Variant(int16_t{2}), with_error));
-  EXPECT_FALSE(IsInList(Variant(int16_t{2}), Variant(int16_t{2})));  // not an array
+  EXPECT_FALSE(IsInList(Variant(int16_t{2}), Variant(int16_t{2})));   // not an array
   EXPECT_FALSE(IsInList(Variant(int16_t{2}), Variant(SafeArray())));  // unbounded
   EXPECT_FALSE(IsInList(Variant(List(0, {})), Variant(List(0, {Variant()}))));
 }
 
 TEST(ArrayHasData, BoundsDecide) {
-  EXPECT_FALSE(ArrayHasData(Variant(SafeArray())));                 // never dimensioned
-  EXPECT_TRUE(ArrayHasData(Variant(SafeArray::Bounded(0, -1))));    // bounds, no elements
+  EXPECT_FALSE(ArrayHasData(Variant(SafeArray())));               // never dimensioned
+  EXPECT_TRUE(ArrayHasData(Variant(SafeArray::Bounded(0, -1))));  // bounds, no elements
   EXPECT_TRUE(ArrayHasData(Variant(List(1, {Variant()}))));
   EXPECT_FALSE(ArrayHasData(Variant(u"abc")));
   EXPECT_FALSE(ArrayHasData(Variant()));
