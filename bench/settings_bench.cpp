@@ -45,9 +45,10 @@ LIB& Lib() {
 
 void BM_RawSqlitePointRead(benchmark::State& state) {
   SQLite::Database db(Folder() + "/raw.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-  db.exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
-          "CREATE TABLE IF NOT EXISTS kv(k TEXT PRIMARY KEY, v BLOB);"
-          "INSERT OR REPLACE INTO kv VALUES('count', x'2a000000');");
+  db.exec(
+      "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
+      "CREATE TABLE IF NOT EXISTS kv(k TEXT PRIMARY KEY, v BLOB);"
+      "INSERT OR REPLACE INTO kv VALUES('count', x'2a000000');");
   SQLite::Statement read(db, "SELECT v FROM kv WHERE k=?1");
   for (auto _ : state) {
     read.bind(1, "count");
@@ -60,8 +61,9 @@ BENCHMARK(BM_RawSqlitePointRead);
 
 void BM_RawSqliteWrite(benchmark::State& state) {
   SQLite::Database db(Folder() + "/raw.db", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-  db.exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
-          "CREATE TABLE IF NOT EXISTS kv(k TEXT PRIMARY KEY, v BLOB);");
+  db.exec(
+      "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
+      "CREATE TABLE IF NOT EXISTS kv(k TEXT PRIMARY KEY, v BLOB);");
   SQLite::Statement write(db, "INSERT OR REPLACE INTO kv VALUES(?1, ?2)");
   int32_t i = 0;
   for (auto _ : state) {

@@ -55,8 +55,7 @@ class FaultStore final : public RegistryStore {
     if (auto c = Check(kEnumKey)) return *c;
     return inner_.EnumKey(k, i, b, n);
   }
-  int32_t EnumValue(RegKey k, uint32_t i, std::u16string& n, int32_t& t,
-                    std::string& d) override {
+  int32_t EnumValue(RegKey k, uint32_t i, std::u16string& n, int32_t& t, std::string& d) override {
     if (auto c = Check(kEnumValue)) return *c;
     return inner_.EnumValue(k, i, n, t, d);
   }

@@ -31,24 +31,22 @@ int32_t AsLong(const Variant& v) {
 
 }  // namespace
 
-int32_t LIB::tkrDeleteKey(int32_t lRegKey, std::u16string_view sRegSubKey,
-                          bool bKillAllSubKeys) {
+int32_t LIB::tkrDeleteKey(int32_t lRegKey, std::u16string_view sRegSubKey, bool bKillAllSubKeys) {
   auto store = CurrentRegistryStore();
   try {
     const int32_t code = settings::RegDeleteKeyTree(*store, lRegKey, sRegSubKey, bKillAllSubKeys);
     settings::ReportStoreProblem(*store, LogTo(*this), u"LIB:tkrDeleteKey()");
     return code;
   } catch (const std::exception& e) {
-    LogTo(*this)(ERROR_CANTOPEN, FromUtf8(e.what()), u"LIB:tkrDeleteKey()");
+    LogTo (*this)(ERROR_CANTOPEN, FromUtf8(e.what()), u"LIB:tkrDeleteKey()");
     return ERROR_CANTOPEN;
   }
 }
 
 int32_t LIB::tkrGetLong(int32_t lRegKey, std::u16string_view sRegSubKey,
-                        std::u16string_view sValueName, int32_t lDefaultValue,
-                        bool bAutoCreate) {
-  return AsLong(ConvertToType(3, tkrGetValue(lRegKey, sRegSubKey, sValueName,
-                                             Variant(lDefaultValue), bAutoCreate)));
+                        std::u16string_view sValueName, int32_t lDefaultValue, bool bAutoCreate) {
+  return AsLong(ConvertToType(
+      3, tkrGetValue(lRegKey, sRegSubKey, sValueName, Variant(lDefaultValue), bAutoCreate)));
 }
 
 int16_t LIB::tkrGetInteger(int32_t lRegKey, std::u16string_view sRegSubKey,
@@ -60,8 +58,8 @@ int16_t LIB::tkrGetInteger(int32_t lRegKey, std::u16string_view sRegSubKey,
 }
 
 std::u16string LIB::tkrGetString(int32_t lRegKey, std::u16string_view sRegSubKey,
-                                 std::u16string_view sValueName,
-                                 std::u16string_view sDefaultValue, bool bAutoCreate) {
+                                 std::u16string_view sValueName, std::u16string_view sDefaultValue,
+                                 bool bAutoCreate) {
   const Variant v = ConvertToType(
       8, tkrGetValue(lRegKey, sRegSubKey, sValueName, Variant(sDefaultValue), bAutoCreate));
   return v.is_string() ? v.as_string() : std::u16string();
@@ -71,8 +69,8 @@ Variant LIB::tkrGetValue(int32_t lRegKey, std::u16string_view sRegSubKey,
                          std::u16string_view sValueName,
                          const std::optional<Variant>& vDefaultValue, bool bAutoCreate) {
   auto store = CurrentRegistryStore();
-  return settings::RegReadValue(*store, lRegKey, sRegSubKey, sValueName, vDefaultValue,
-                                bAutoCreate, LogTo(*this));
+  return settings::RegReadValue(*store, lRegKey, sRegSubKey, sValueName, vDefaultValue, bAutoCreate,
+                                LogTo(*this));
 }
 
 bool LIB::tkrSetValue(int32_t lRegKey, std::u16string_view sRegSubKey,
@@ -88,7 +86,7 @@ int32_t LIB::tkrSubKeyCount(int32_t lRegKey, std::u16string_view sRegSubKey) {
     settings::ReportStoreProblem(*store, LogTo(*this), u"LIB:tkrSubKeyCount()");
     return count;
   } catch (const std::exception& e) {
-    LogTo(*this)(ERROR_CANTOPEN, FromUtf8(e.what()), u"LIB:tkrSubKeyCount()");
+    LogTo (*this)(ERROR_CANTOPEN, FromUtf8(e.what()), u"LIB:tkrSubKeyCount()");
     return 0;
   }
 }
@@ -100,7 +98,7 @@ void LIB::tkrFindRegKeys(int32_t lRegKey, std::u16string_view sRegSubKey, SafeAr
     settings::ReportStoreProblem(*store, LogTo(*this), u"LIB:tkrFindRegKeys()");
   } catch (const std::exception& e) {
     sKeys = SafeArray(VarType::kString);
-    LogTo(*this)(ERROR_CANTOPEN, FromUtf8(e.what()), u"LIB:tkrFindRegKeys()");
+    LogTo (*this)(ERROR_CANTOPEN, FromUtf8(e.what()), u"LIB:tkrFindRegKeys()");
   }
 }
 

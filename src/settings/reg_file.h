@@ -37,7 +37,7 @@ struct RegFileValue {
   std::u16string name;  // "" is the default value (@)
   bool remove = false;  // "name"=-
   int32_t type = 0;
-  std::string data;     // as the store keeps it
+  std::string data;  // as the store keeps it
 };
 
 struct RegFileKey {

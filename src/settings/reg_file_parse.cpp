@@ -202,7 +202,8 @@ std::optional<RegFile> ParseRegFile(std::string_view bytes, RegParseError& error
     if (end == std::u16string::npos) end = text.size();
     const std::u16string_view raw = std::u16string_view(text).substr(pos, end - pos);
     ++line_no;
-    if (end < text.size() && text[end] == u'\r' && end + 1 < text.size() && text[end + 1] == u'\n') {
+    if (end < text.size() && text[end] == u'\r' && end + 1 < text.size() &&
+        text[end + 1] == u'\n') {
       ++end;
     }
     pos = end + 1;
@@ -210,7 +211,8 @@ std::optional<RegFile> ParseRegFile(std::string_view bytes, RegParseError& error
     const std::u16string_view trimmed = Trim(raw);
     if (logical.empty()) logical_start = line_no;
     logical += logical.empty() ? trimmed : Trim(raw);
-    if (!logical.empty() && logical.back() == u'\\' && logical.front() != u'[' && pos <= text.size()) {
+    if (!logical.empty() && logical.back() == u'\\' && logical.front() != u'[' &&
+        pos <= text.size()) {
       logical.pop_back();
       continue;
     }
@@ -225,8 +227,9 @@ std::optional<RegFile> ParseRegFile(std::string_view bytes, RegParseError& error
         p.format = p.file.format = RegFormat::kVersion5;
       } else {
         error.line = logical_start;
-        error.message = "not a .reg file: the first line must be \"REGEDIT4\" or "
-                        "\"Windows Registry Editor Version 5.00\"";
+        error.message =
+            "not a .reg file: the first line must be \"REGEDIT4\" or "
+            "\"Windows Registry Editor Version 5.00\"";
         return std::nullopt;
       }
       header = true;

@@ -70,17 +70,17 @@ TEST_F(RegFileTest, AWindowsFileImportsToTypedValues) {
     std::string data;
   } cases[] = {
       {u"Language", REG_DWORD, "\x02\0\0\0"s},
-      {u"", REG_SZ, "Standard\0"s},                                 // @=
-      {u"Pfad", REG_SZ, "C:\\Programme\\Vantex \"Neu\"\0"s},       // \\ and \" escapes
-      {u"Grüße", REG_SZ, "\xc3\x84\xe2\x82\xac\xc3\x9f\0"s},       // UTF-16 text, to UTF-8
+      {u"", REG_SZ, "Standard\0"s},                           // @=
+      {u"Pfad", REG_SZ, "C:\\Programme\\Vantex \"Neu\"\0"s},  // \\ and \" escapes
+      {u"Grüße", REG_SZ, "\xc3\x84\xe2\x82\xac\xc3\x9f\0"s},  // UTF-16 text, to UTF-8
       {u"Leer", REG_SZ, "\0"s},
       {u"Blob", REG_BINARY, "\x01\xff\x10\0"s},
-      {u"Expand", REG_EXPAND_SZ, "%TEMP%\\x\0"s},                  // hex(2): UTF-16LE
-      {u"Multi", REG_MULTI_SZ, "ab\0c\0\0"s},                      // hex(7)
-      {u"Big", REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"s},               // hex(N), bytes as given
+      {u"Expand", REG_EXPAND_SZ, "%TEMP%\\x\0"s},     // hex(2): UTF-16LE
+      {u"Multi", REG_MULTI_SZ, "ab\0c\0\0"s},         // hex(7)
+      {u"Big", REG_DWORD_BIG_ENDIAN, "\0\0\0\x2a"s},  // hex(N), bytes as given
       {u"Quad", 11, "\x01\x02\x03\x04\x05\x06\x07\x08"s},
       {u"None", REG_NONE, ""},
-      {u"Old", -1, ""},                                            // "name"=- deleted it
+      {u"Old", -1, ""},  // "name"=- deleted it
   };
   for (const auto& c : cases) {
     EXPECT_EQ(Get(HK, g, c.name), std::make_pair(c.type, c.data)) << ToUtf8(c.name);
@@ -104,16 +104,16 @@ TEST_F(RegFileTest, ExportImportExportIsByteIdentical) {
   const std::u16string k = u"Software\\Round";
   Put(HK, k, u"", REG_SZ, "default");
   Put(HK, k, u"Text", REG_SZ, "Grüße \"quoted\" C:\\path");
-  Put(HK, k, u"Lines", REG_SZ, "two\r\nlines");                      // needs hex(1)
-  Put(HK, k, u"Outside1252", REG_SZ, "\xe2\x82\xac \xe4\xb8\xad");     // € and a CJK letter
+  Put(HK, k, u"Lines", REG_SZ, "two\r\nlines");                     // needs hex(1)
+  Put(HK, k, u"Outside1252", REG_SZ, "\xe2\x82\xac \xe4\xb8\xad");  // € and a CJK letter
   Put(HK, k, u"Count", REG_DWORD, "\x2a\0\0\0"s);
-  Put(HK, k, u"Short", REG_DWORD, "\x01\x02"s);                       // not 4 bytes
+  Put(HK, k, u"Short", REG_DWORD, "\x01\x02"s);  // not 4 bytes
   Put(HK, k, u"Expand", REG_EXPAND_SZ, "%APPDATA%\\x");
   Put(HK, k, u"Multi", REG_MULTI_SZ, "a\0b\0\0"s);
   Put(HK, k, u"Empty", REG_BINARY, "");
   std::string big;
   for (int i = 0; i < 300; ++i) big.push_back(static_cast<char>(i * 7));
-  Put(HK, k, u"Big", REG_BINARY, big);                                  // wrapped lines
+  Put(HK, k, u"Big", REG_BINARY, big);  // wrapped lines
   Put(HK, k, u"Qword", 11, "12345678");
   Put(HK, k + u"\\Child\\Grand", u"v", REG_SZ, "deep");
   Put(HK, k + u"\\äBC", u"v", REG_SZ, "umlaut key");
@@ -141,7 +141,9 @@ TEST_F(RegFileTest, ExportImportExportIsByteIdentical) {
 
 TEST_F(RegFileTest, WritesTheEditorsLayout) {
   RegFile file;
-  file.keys.push_back({HKEY_CURRENT_USER, u"Software\\X", false,
+  file.keys.push_back({HKEY_CURRENT_USER,
+                       u"Software\\X",
+                       false,
                        {{u"", false, REG_SZ, "d\0"s},
                         {u"N", false, REG_DWORD, "\x2a\0\0\0"s},
                         {u"B", false, REG_BINARY, "\x01\xab"s},
@@ -195,7 +197,8 @@ TEST(RegFileParseTest, LenientWhereTheEditorIs) {
   // LF-only lines, short root names, spaces around "=" and in hex lists, a
   // trailing comma, a UTF-8 version 5 file.
   const auto f = ParseRegFile(
-      "Windows Registry Editor Version 5.00\n[HKCU\\A]\n\"x\" = hex: 01, 02,\n\"\xc3\xa4\"=\"\xc3\xb6\"\n",
+      "Windows Registry Editor Version 5.00\n[HKCU\\A]\n\"x\" = hex: 01, "
+      "02,\n\"\xc3\xa4\"=\"\xc3\xb6\"\n",
       error);
   ASSERT_TRUE(f) << error.message;
   ASSERT_EQ(f->keys.size(), 1u);

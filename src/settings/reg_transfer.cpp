@@ -61,7 +61,8 @@ int32_t ImportKeys(RegistryStore& store, const RegFile& file, std::u16string& fa
     }
     int32_t code = ERROR_SUCCESS;
     for (const RegFileValue& v : k.values) {
-      code = v.remove ? store.DeleteValue(key, v.name) : store.SetValue(key, v.name, v.type, v.data);
+      code =
+          v.remove ? store.DeleteValue(key, v.name) : store.SetValue(key, v.name, v.type, v.data);
       if (v.remove && code == 2) code = ERROR_SUCCESS;
       if (code != ERROR_SUCCESS) break;
     }

@@ -37,8 +37,7 @@ Variant RegReadValue(RegistryStore& store, int32_t root, std::u16string_view sub
 // Never raises; unexpected failures go to `report` with source
 // "LIB:tkrSetValue()" and give False.
 bool RegWriteValue(RegistryStore& store, int32_t root, std::u16string_view sub_key,
-                   std::u16string_view value_name, const Variant& data,
-                   const ErrorReport& report);
+                   std::u16string_view value_name, const Variant& data, const ErrorReport& report);
 
 // Deletes `sub_key`, first with all its sub-keys when `kill_all_sub_keys`.
 // The store's code: 0 done, 2 missing, 5 refused (a key with sub-keys).

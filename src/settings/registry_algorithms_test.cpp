@@ -60,8 +60,7 @@ TEST_F(RegistryAlgorithmsTest, ReadFallsBackOnEveryKindOfFailure) {
     SqliteStore real;
     FaultStore store(real);
     store.Fail(FaultStore::kQuery, code);
-    EXPECT_EQ(RegReadValue(store, HK, u"R", u"v", Variant(int32_t{3}), false, report_).as_long(),
-              3)
+    EXPECT_EQ(RegReadValue(store, HK, u"R", u"v", Variant(int32_t{3}), false, report_).as_long(), 3)
         << code;
     EXPECT_EQ(store.open_handles, 0);
   }

@@ -70,8 +70,8 @@ TEST_P(RegistryMembersTest, FractionalNumbersAreStoredAsLocaleText) {
     Variant value;
     std::u16string english, german;
   } cases[] = {
-      {Variant(1234.5), u"1,234.50", u"1.234,50"},        // thousands separators
-      {Variant(0.125f), u"0.13", u"0,13"},                 // Single, half away from zero
+      {Variant(1234.5), u"1,234.50", u"1.234,50"},               // thousands separators
+      {Variant(0.125f), u"0.13", u"0,13"},                       // Single, half away from zero
       {Variant(Currency::FromScaled(-35)), u"-0.00", u"-0,00"},  // Currency -0.0035
       {Variant(-2.345), u"-2.35", u"-2,35"},
   };
@@ -91,7 +91,10 @@ TEST_P(RegistryMembersTest, ValueTypesWrittenBySetValue) {
       {"Integer -1", Variant(int16_t{-1}), REG_DWORD, std::string("\xff\xff\xff\xff", 4)},
       {"Long", Variant(int32_t{0x01020304}), REG_DWORD, std::string("\x04\x03\x02\x01", 4)},
       {"Byte", Variant(uint8_t{200}), REG_DWORD, std::string("\xc8\0\0\0", 4)},
-      {"String", Variant(u"Grüße"), REG_SZ, std::string("Gr\xc3\xbc\xc3\x9f" "e\0", 8)},
+      {"String", Variant(u"Grüße"), REG_SZ,
+       std::string("Gr\xc3\xbc\xc3\x9f"
+                   "e\0",
+                   8)},
       {"empty String", Variant(u""), REG_SZ, std::string("\0", 1)},
       {"True is not kept", Variant(true), REG_SZ, std::string("\0", 1)},
       {"Date is not kept", Variant(Date{45000.5}), REG_SZ, std::string("\0", 1)},
@@ -135,8 +138,10 @@ TEST_P(RegistryMembersTest, ReadingEachStoredType) {
     ASSERT_EQ(store->SetValue(key, FromUtf8(c.name), c.type, c.bytes), 0);
     const Variant v = lib_.tkrGetValue(HK, kKey, FromUtf8(c.name), Variant(u"default"));
     ASSERT_EQ(v.type(), c.expected.type()) << c.name;
-    if (v.is_string()) EXPECT_EQ(v.as_string(), c.expected.as_string()) << c.name;
-    else EXPECT_EQ(v.as_long(), c.expected.as_long()) << c.name;
+    if (v.is_string())
+      EXPECT_EQ(v.as_string(), c.expected.as_string()) << c.name;
+    else
+      EXPECT_EQ(v.as_long(), c.expected.as_long()) << c.name;
   }
   store->CloseKey(key);
   // Typed getters convert: DWORD to text, text that is no number to 0.
@@ -188,10 +193,10 @@ TEST_P(RegistryMembersTest, CountListAndDeleteTrees) {
   EXPECT_TRUE(keys.is_bounded());
   EXPECT_EQ(keys.size(), 0u);  // a leaf: bounded, no elements
   lib_.tkrFindRegKeys(HK, u"T\\missing", keys);
-  EXPECT_FALSE(keys.is_bounded());  // erased
-  EXPECT_EQ(lib_.tkrDeleteKey(HK, u"T\\c"), 5);         // has sub-keys
-  EXPECT_EQ(lib_.tkrDeleteKey(HK, u"T\\c", true), 0);   // with them
-  EXPECT_EQ(lib_.tkrDeleteKey(HK, u"T\\c", true), 2);   // already gone
+  EXPECT_FALSE(keys.is_bounded());                     // erased
+  EXPECT_EQ(lib_.tkrDeleteKey(HK, u"T\\c"), 5);        // has sub-keys
+  EXPECT_EQ(lib_.tkrDeleteKey(HK, u"T\\c", true), 0);  // with them
+  EXPECT_EQ(lib_.tkrDeleteKey(HK, u"T\\c", true), 2);  // already gone
   EXPECT_EQ(lib_.tkrSubKeyCount(HK, u"T"), 3);
   EXPECT_EQ(lib_.tkrDeleteKey(HK, u"T", true), 0);
   EXPECT_EQ(lib_.tkrSubKeyCount(HK, u"T"), 0);
@@ -206,8 +211,9 @@ TEST_P(RegistryMembersTest, PipeInAKeyNameSplitsTheList) {
 }
 
 TEST_P(RegistryMembersTest, ThroughTheDispatch) {
-  auto r = Invoke(lib_, "tkrGetLong", Args{Variant(HK), Variant(kKey), Variant(u"D"),
-                                           Variant(int32_t{9}), Variant(true)});
+  auto r =
+      Invoke(lib_, "tkrGetLong",
+             Args{Variant(HK), Variant(kKey), Variant(u"D"), Variant(int32_t{9}), Variant(true)});
   EXPECT_EQ(r.result->as_long(), 9);
   r = Invoke(lib_, "tkrGetValue", Args{Variant(HK), Variant(kKey), Variant(u"D")});
   EXPECT_EQ(r.result->as_long(), 9);

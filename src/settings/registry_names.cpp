@@ -89,9 +89,8 @@ std::optional<std::pair<int32_t, std::u16string>> SplitFullKeyName(std::u16strin
   const std::size_t slash = text.find(u'\\');
   const auto root = ParseRootKeyName(text.substr(0, slash));
   if (!root) return std::nullopt;
-  std::u16string rest = slash == std::u16string_view::npos
-                            ? std::u16string()
-                            : std::u16string(text.substr(slash + 1));
+  std::u16string rest = slash == std::u16string_view::npos ? std::u16string()
+                                                           : std::u16string(text.substr(slash + 1));
   return std::make_pair(*root, std::move(rest));
 }
 

@@ -122,8 +122,7 @@ Variant RegReadValue(RegistryStore& store, int32_t root, std::u16string_view sub
 }
 
 bool RegWriteValue(RegistryStore& store, int32_t root, std::u16string_view sub_key,
-                   std::u16string_view value_name, const Variant& data,
-                   const ErrorReport& report) {
+                   std::u16string_view value_name, const Variant& data, const ErrorReport& report) {
   RegKey key = 0;
   bool open = false;
   int32_t code = -1;
@@ -162,8 +161,7 @@ bool RegWriteValue(RegistryStore& store, int32_t root, std::u16string_view sub_k
             // decimals in the current locale ("2,50" under German settings)
             // and come back as text. Deliberate: settings files were meant
             // to be read by people, and hosts parse these texts themselves.
-            code = store.SetValue(key, value_name, REG_SZ,
-                                  ToUtf8(FormatValue(data, u"#,##0.00")));
+            code = store.SetValue(key, value_name, REG_SZ, ToUtf8(FormatValue(data, u"#,##0.00")));
             break;
           case VarType::kString:
             code = store.SetValue(key, value_name, REG_SZ, ToUtf8(data.as_string()));

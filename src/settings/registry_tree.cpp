@@ -43,8 +43,7 @@ int32_t RegCountKeys(RegistryStore& store, int32_t root, std::u16string_view sub
   for (uint32_t index = 0;; ++index) {
     std::u16string name;
     if (store.EnumKey(key, index, kNameBufferSize, name) != ERROR_SUCCESS) break;
-    const int32_t n = RegCountKeys(
-        store, root, path.empty() ? name : path + u"\\" + name);
+    const int32_t n = RegCountKeys(store, root, path.empty() ? name : path + u"\\" + name);
     // A sub-key that cannot be opened (deleted meanwhile) ends the count.
     if (n <= 0) break;
     count += n;

@@ -58,8 +58,8 @@ struct RootDatabase::Statements {
                   "ON CONFLICT(key, fold) DO UPDATE SET type=excluded.type, data=excluded.data"),
         remove_value(db, "DELETE FROM vals WHERE key=?1 AND fold=?2"),
         child_at(db, "SELECT name, fold FROM keys WHERE parent=?1 ORDER BY fold LIMIT 1 OFFSET ?2"),
-        child_after(db,
-                    "SELECT name, fold FROM keys WHERE parent=?1 AND fold>?2 ORDER BY fold LIMIT 1"),
+        child_after(
+            db, "SELECT name, fold FROM keys WHERE parent=?1 AND fold>?2 ORDER BY fold LIMIT 1"),
         value_at(db,
                  "SELECT name, type, data FROM vals WHERE key=?1 ORDER BY fold LIMIT 1 OFFSET ?2"),
         remove_values(db, "DELETE FROM vals WHERE key=?1"),
@@ -171,8 +171,7 @@ std::optional<StoredValue> RootDatabase::GetValue(int64_t key, const std::string
   s->bind(1, key);
   s->bind(2, fold);
   if (!s->executeStep()) return std::nullopt;
-  return StoredValue{s->getColumn(0).getString(), s->getColumn(1).getInt(),
-                     Blob(s->getColumn(2))};
+  return StoredValue{s->getColumn(0).getString(), s->getColumn(1).getInt(), Blob(s->getColumn(2))};
 }
 
 bool RootDatabase::PutValue(int64_t key, const std::string& name, const std::string& fold,
@@ -217,8 +216,7 @@ std::optional<StoredValue> RootDatabase::ValueAt(int64_t key, int64_t index) {
   s->bind(1, key);
   s->bind(2, index);
   if (!s->executeStep()) return std::nullopt;
-  return StoredValue{s->getColumn(0).getString(), s->getColumn(1).getInt(),
-                     Blob(s->getColumn(2))};
+  return StoredValue{s->getColumn(0).getString(), s->getColumn(1).getInt(), Blob(s->getColumn(2))};
 }
 
 void RootDatabase::RemoveKey(int64_t id) {

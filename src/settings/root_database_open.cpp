@@ -81,16 +81,16 @@ std::string CheckHeader(const std::string& path, off_t size) {
 
 }  // namespace
 
-int32_t RootDatabase::Open(const StoreFile& file, bool create,
-                           std::unique_ptr<RootDatabase>& out, std::u16string& problem) {
+int32_t RootDatabase::Open(const StoreFile& file, bool create, std::unique_ptr<RootDatabase>& out,
+                           std::u16string& problem) {
   const mode_t file_mode = file.private_file ? 0600 : 0644;
   const mode_t folder_mode = file.private_file ? 0700 : 0755;
-  struct stat st{};
+  struct stat st {};
   if (::stat(file.path.c_str(), &st) != 0) {
     if (errno == EACCES) return 5;  // a folder this user may not look into
     if (errno != ENOENT && errno != ENOTDIR) {
-      problem = FromUtf8("settings database " + file.path + " cannot be reached: " +
-                         std::strerror(errno));
+      problem = FromUtf8("settings database " + file.path +
+                         " cannot be reached: " + std::strerror(errno));
       return 1011;
     }
     if (!create) return 2;
@@ -151,7 +151,8 @@ int32_t RootDatabase::Initialise(std::u16string& problem) {
   if (code != 0) return code;
   switch (identity) {
     case 2:
-      problem = Describe("belongs to another program (it holds tables but not ours); left untouched");
+      problem =
+          Describe("belongs to another program (it holds tables but not ours); left untouched");
       return 1011;
     case 3:
       problem = Describe("was written by a newer version of norvik50; left untouched");
@@ -164,16 +165,16 @@ int32_t RootDatabase::Initialise(std::u16string& problem) {
   }
   if (!writable_) return 0;  // read it as it is; an empty one reads as empty
   return Run(
-      false,
-      [&] {
-        // WAL lets readers go on while one process writes; NORMAL syncs at
-        // checkpoints, which keeps every commit through a crash of the
-        // process (only a power cut could cost the last commits).
-        db_->exec("PRAGMA journal_mode=WAL");
-        db_->exec("PRAGMA synchronous=NORMAL");
-        return 0;
-      },
-      problem) == 0
+             false,
+             [&] {
+               // WAL lets readers go on while one process writes; NORMAL syncs at
+               // checkpoints, which keeps every commit through a crash of the
+               // process (only a power cut could cost the last commits).
+               db_->exec("PRAGMA journal_mode=WAL");
+               db_->exec("PRAGMA synchronous=NORMAL");
+               return 0;
+             },
+             problem) == 0
              ? Write(
                    [&] {
                      // Checked again under the write lock: another process may

@@ -16,12 +16,12 @@ void RegisterSettingsMembers(MemberTable& table) {
   constexpr VarType V = VarType::kVariant;
   constexpr VarType A = VarType::kArray;
 
-  table.Add(Method("tkrDeleteKey",
-                   {In("lRegKey", L), In("sRegSubKey", S),
-                    Opt("bKillAllSubKeys", B, Variant(false))},
-                   L, [](LIB& lib, CallArgs& a) {
-                     return Variant(lib.tkrDeleteKey(a.i32(0), a.str(1), a.flag(2)));
-                   }));
+  table.Add(
+      Method("tkrDeleteKey",
+             {In("lRegKey", L), In("sRegSubKey", S), Opt("bKillAllSubKeys", B, Variant(false))}, L,
+             [](LIB& lib, CallArgs& a) {
+               return Variant(lib.tkrDeleteKey(a.i32(0), a.str(1), a.flag(2)));
+             }));
   // The typed getters share their leading parameters; an omitted default
   // arrives as 0 or "", an omitted bAutoCreate as False.
   const auto getter = [&](VarType type, Variant zero) {
@@ -35,11 +35,9 @@ void RegisterSettingsMembers(MemberTable& table) {
   table.Add(Method("tkrGetLong", getter(L, Variant(int32_t{0})), L, [](LIB& lib, CallArgs& a) {
     return Variant(lib.tkrGetLong(a.i32(0), a.str(1), a.str(2), a.i32(3), a.flag(4)));
   }));
-  table.Add(Method("tkrGetInteger", getter(I, Variant(int16_t{0})), I,
-                   [](LIB& lib, CallArgs& a) {
-                     return Variant(
-                         lib.tkrGetInteger(a.i32(0), a.str(1), a.str(2), a.i16(3), a.flag(4)));
-                   }));
+  table.Add(Method("tkrGetInteger", getter(I, Variant(int16_t{0})), I, [](LIB& lib, CallArgs& a) {
+    return Variant(lib.tkrGetInteger(a.i32(0), a.str(1), a.str(2), a.i16(3), a.flag(4)));
+  }));
   table.Add(Method("tkrGetString", getter(S, Variant(u"")), S, [](LIB& lib, CallArgs& a) {
     return Variant(lib.tkrGetString(a.i32(0), a.str(1), a.str(2), a.str(3), a.flag(4)));
   }));
@@ -52,15 +50,13 @@ void RegisterSettingsMembers(MemberTable& table) {
                      return lib.tkrGetValue(a.i32(0), a.str(1), a.str(2), fallback, a.flag(4));
                    }));
   table.Add(Method("tkrSetValue",
-                   {In("lRegKey", L), In("sRegSubKey", S), In("sValueName", S),
-                    In("vData", V)},
-                   B, [](LIB& lib, CallArgs& a) {
+                   {In("lRegKey", L), In("sRegSubKey", S), In("sValueName", S), In("vData", V)}, B,
+                   [](LIB& lib, CallArgs& a) {
                      return Variant(lib.tkrSetValue(a.i32(0), a.str(1), a.str(2), a[3]));
                    }));
-  table.Add(Method("tkrSubKeyCount", {In("lRegKey", L), In("sRegSubKey", S)}, L,
-                   [](LIB& lib, CallArgs& a) {
-                     return Variant(lib.tkrSubKeyCount(a.i32(0), a.str(1)));
-                   }));
+  table.Add(Method(
+      "tkrSubKeyCount", {In("lRegKey", L), In("sRegSubKey", S)}, L,
+      [](LIB& lib, CallArgs& a) { return Variant(lib.tkrSubKeyCount(a.i32(0), a.str(1))); }));
   table.Add(Method("tkrFindRegKeys", {In("lRegKey", L), In("sRegSubKey", S), Ref("sKeys", A)},
                    VarType::kEmpty, [](LIB& lib, CallArgs& a) {
                      SafeArray keys(VarType::kString);

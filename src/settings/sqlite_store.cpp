@@ -169,8 +169,8 @@ int32_t SqliteStore::SetValue(RegKey key, std::u16string_view name, int32_t type
   const std::string stored = StoredForm(type, data);
   const std::string utf8 = ToUtf8(name);
   const std::string fold = ToUtf8(FoldName(name));
-  return db->Write(
-      [&] { return db->PutValue(h->id, utf8, fold, type, stored) ? 0 : kBadKey; }, problem_);
+  return db->Write([&] { return db->PutValue(h->id, utf8, fold, type, stored) ? 0 : kBadKey; },
+                   problem_);
 }
 
 int32_t SqliteStore::DeleteValue(RegKey key, std::u16string_view name) {

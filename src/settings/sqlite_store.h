@@ -26,12 +26,11 @@ class SqliteStore final : public RegistryStore {
   SqliteStore();
   ~SqliteStore() override;
 
-  int32_t OpenKey(RegKey parent, std::u16string_view sub_key, int32_t access,
-                  RegKey& key) override;
+  int32_t OpenKey(RegKey parent, std::u16string_view sub_key, int32_t access, RegKey& key) override;
   int32_t CreateKey(RegKey parent, std::u16string_view sub_key, int32_t options, int32_t access,
                     RegKey& key, int32_t* disposition) override;
-  int32_t QueryValue(RegKey key, std::u16string_view name, std::size_t buffer_size,
-                     int32_t& type, std::string& data) override;
+  int32_t QueryValue(RegKey key, std::u16string_view name, std::size_t buffer_size, int32_t& type,
+                     std::string& data) override;
   int32_t SetValue(RegKey key, std::u16string_view name, int32_t type,
                    std::string_view data) override;
   int32_t DeleteValue(RegKey key, std::u16string_view name) override;

@@ -46,9 +46,9 @@ TEST_F(SqliteStoreTest, KeyNamesIgnoreCaseAcrossWindows1252AndKeepTheirCase) {
       {u"software\\äpfel\\škoda\\œuvre\\ÿes", 0},  // every letter folded, umlauts and
                                                    // the 0x80-0x9F letters included
       {u"SOFTWARE\\ÄPFEL\\ŠKODA\\ŒUVRE\\ŸES", 0},
-      {u"Software\\Apfel", 2},                      // no accent folding: another name
-      {u"Software\\Äpfel\\", 0},                    // one trailing separator is allowed
-      {u"Software\\\\Äpfel", 1010},                 // an empty name inside the path
+      {u"Software\\Apfel", 2},       // no accent folding: another name
+      {u"Software\\Äpfel\\", 0},     // one trailing separator is allowed
+      {u"Software\\\\Äpfel", 1010},  // an empty name inside the path
   };
   for (const auto& c : cases) {
     RegKey key = 0;
@@ -96,8 +96,8 @@ TEST_F(SqliteStoreTest, SubKeysEnumerateInCaseInsensitiveOrder) {
   ASSERT_EQ(store_.OpenKey(HKEY_CURRENT_USER, u"root", KEY_ENUMERATE_SUB_KEYS, root), 0);
   // Folded order: "_" sorts before letters once they are folded to lower case,
   // "ö" after every ASCII letter.
-  const std::vector<std::u16string> expected{u"_x", u"Alpha", u"ALPHA2", u"beta",
-                                             u"gamma", u"Zeta", u"Öl"};
+  const std::vector<std::u16string> expected{u"_x",    u"Alpha", u"ALPHA2", u"beta",
+                                             u"gamma", u"Zeta",  u"Öl"};
   EXPECT_EQ(Children(root), expected);
   // Index access out of order gives the same names as walking.
   std::u16string name;
@@ -112,10 +112,10 @@ TEST_F(SqliteStoreTest, DeleteKeyRules) {
   store_.CloseKey(Create(u"A\\B\\C"));
   const RegKey a = Create(u"A");
   ASSERT_EQ(store_.SetValue(a, u"v", REG_SZ, "x"), 0);
-  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"A"), 5);      // still has sub-keys
-  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"A\\X"), 2);   // missing
-  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u""), 5);       // a root stays
-  EXPECT_EQ(store_.DeleteKey(a, u"b\\c"), 0);                   // relative to a handle
+  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"A"), 5);     // still has sub-keys
+  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"A\\X"), 2);  // missing
+  EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u""), 5);      // a root stays
+  EXPECT_EQ(store_.DeleteKey(a, u"b\\c"), 0);                  // relative to a handle
   EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"a\\B"), 0);
   EXPECT_EQ(store_.DeleteKey(HKEY_CURRENT_USER, u"A"), 0);
   // The open handle now names a deleted key: writes through it are refused
@@ -170,7 +170,7 @@ TEST_F(SqliteStoreTest, TextGetsExactlyOneTerminator) {
     int32_t type;
     std::string written, stored;
   } cases[] = {
-      {REG_SZ, "", std::string("\0", 1)},             // the empty text is one zero byte
+      {REG_SZ, "", std::string("\0", 1)},  // the empty text is one zero byte
       {REG_SZ, "abc", std::string("abc\0", 4)},
       {REG_SZ, std::string("abc\0", 4), std::string("abc\0", 4)},  // not doubled
       {REG_EXPAND_SZ, "%X%", std::string("%X%\0", 4)},
@@ -204,7 +204,7 @@ TEST_F(SqliteStoreTest, OneFilePerRootCreatedPrivate) {
   store_.CloseKey(Create(u"M", HKEY_LOCAL_MACHINE));
   RegKey key = 0;
   EXPECT_EQ(store_.OpenKey(HKEY_LOCAL_MACHINE, u"U", KEY_QUERY_VALUE, key), 2);
-  struct stat st{};
+  struct stat st {};
   ASSERT_EQ(::stat(dir_.File("HKEY_CURRENT_USER.db").c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 0777, 0600u);
   ASSERT_EQ(::stat(dir_.File("HKEY_LOCAL_MACHINE.db").c_str(), &st), 0);

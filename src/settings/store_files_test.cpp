@@ -57,7 +57,7 @@ TEST(StoreLocationTest, PerUserStoreIsCreatedPrivate) {
   SqliteStore store;
   RegKey key = 0;
   ASSERT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"X", 0, 63, key, nullptr), 0);
-  struct stat st{};
+  struct stat st {};
   ASSERT_EQ(::stat(home.File("norvik50").c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 0777, 0700u);
   ASSERT_EQ(::stat(home.File("norvik50/HKEY_CURRENT_USER.db").c_str(), &st), 0);
@@ -101,8 +101,7 @@ TEST_F(StoreFilesTest, ForeignOrDamagedFilesAreReportedAndNeverWritten) {
     WriteFile(user_file_, c.bytes);
     SqliteStore store;
     RegKey key = 0;
-    EXPECT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"Software", 0, 63, key, nullptr), 1011)
-        << c.what;
+    EXPECT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"Software", 0, 63, key, nullptr), 1011) << c.what;
     const std::string problem = ToUtf8(store.TakeProblem());
     EXPECT_NE(problem.find(c.message_part), std::string::npos) << c.what << ": " << problem;
     EXPECT_NE(problem.find(user_file_), std::string::npos) << problem;

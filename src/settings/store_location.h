@@ -15,8 +15,8 @@
 namespace norvik50::settings {
 
 struct StoreFile {
-  std::string folder;  // the folder holding the file
-  std::string path;    // the database file
+  std::string folder;        // the folder holding the file
+  std::string path;          // the database file
   bool private_file = true;  // 0600 in a 0700 folder; else 0644 in 0755
 };
 

@@ -36,8 +36,7 @@ constexpr const char* kNotFound =
 
 struct Options {
   std::string key, file, value, type = "REG_SZ", data, separator = "\\0";
-  bool default_value = false, all_values = false, force = false, recurse = false,
-       regedit4 = false;
+  bool default_value = false, all_values = false, force = false, recurse = false, regedit4 = false;
 };
 
 int Fail(const std::string& message) {
@@ -62,11 +61,18 @@ bool Confirm(const std::string& question) {
 }
 
 std::string TypeName(int32_t type) {
-  static const char* const kNames[] = {"REG_NONE", "REG_SZ", "REG_EXPAND_SZ", "REG_BINARY",
-                                       "REG_DWORD", "REG_DWORD_BIG_ENDIAN", "REG_LINK",
-                                       "REG_MULTI_SZ", "REG_RESOURCE_LIST",
+  static const char* const kNames[] = {"REG_NONE",
+                                       "REG_SZ",
+                                       "REG_EXPAND_SZ",
+                                       "REG_BINARY",
+                                       "REG_DWORD",
+                                       "REG_DWORD_BIG_ENDIAN",
+                                       "REG_LINK",
+                                       "REG_MULTI_SZ",
+                                       "REG_RESOURCE_LIST",
                                        "REG_FULL_RESOURCE_DESCRIPTOR",
-                                       "REG_RESOURCE_REQUIREMENTS_LIST", "REG_QWORD"};
+                                       "REG_RESOURCE_REQUIREMENTS_LIST",
+                                       "REG_QWORD"};
   return type >= 0 && type <= 11 ? kNames[type] : "REG_UNKNOWN(" + std::to_string(type) + ")";
 }
 
@@ -187,9 +193,8 @@ std::optional<std::pair<int32_t, std::string>> DataFor(const Options& o) {
     if (!v) return std::nullopt;
     std::string bytes = settings::DwordBytes(static_cast<uint32_t>(*v));
     if (t == "REG_DWORD_BIG_ENDIAN") bytes = std::string(bytes.rbegin(), bytes.rend());
-    return std::make_pair(t == "REG_DWORD_BIG_ENDIAN" ? int32_t{REG_DWORD_BIG_ENDIAN}
-                                                      : int32_t{REG_DWORD},
-                          bytes);
+    return std::make_pair(
+        t == "REG_DWORD_BIG_ENDIAN" ? int32_t{REG_DWORD_BIG_ENDIAN} : int32_t{REG_DWORD}, bytes);
   }
   if (t == "REG_QWORD") {
     const auto v = number(~0ull);
@@ -203,7 +208,8 @@ std::optional<std::pair<int32_t, std::string>> DataFor(const Options& o) {
     std::string bytes;
     for (std::size_t i = 0; i < o.data.size(); i += 2) {
       const std::string pair = o.data.substr(i, 2);
-      if (pair.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) return std::nullopt;
+      if (pair.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
+        return std::nullopt;
       bytes.push_back(static_cast<char>(std::stoi(pair, nullptr, 16)));
     }
     return std::make_pair(t == "REG_BINARY" ? int32_t{REG_BINARY} : int32_t{REG_NONE}, bytes);
@@ -251,7 +257,8 @@ int Delete(const Options& o) {
   std::string what = one_value ? "the registry value " + (o.default_value ? "(Default)" : o.value)
                      : o.all_values ? "all values under the registry key " + o.key
                                     : "the registry key " + o.key;
-  if (!o.force && !Confirm("Delete " + what)) return Fail("The operation was canceled by the user.");
+  if (!o.force && !Confirm("Delete " + what))
+    return Fail("The operation was canceled by the user.");
   int32_t code = 0;
   if (one_value || o.all_values) {
     RegKey k = 0;
