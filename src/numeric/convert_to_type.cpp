@@ -34,12 +34,24 @@ struct Number {
   int32_t error = 0;
 };
 
-Number NumberOf(const Variant& v) {
+// `keep_text`: Currency and Decimal want the decimal form of a text.
+Number NumberOf(const Variant& v, bool keep_text = false) {
   Number n;
   switch (v.type()) {
     case VarType::kEmpty: return n;
     case VarType::kNull: n.error = kErrInvalidUseOfNull; return n;
     case VarType::kString: {
+      if (!keep_text) {
+        const std::u16string& s = v.as_string();
+        const Locale& locale = CurrentLocale();
+        if (auto d = LocaleTextToDouble(s, locale)) {
+          n.value = *d;
+        } else {
+          // Tell an overflow from a text that is no number.
+          n.error = ParseLocaleNumber(s, locale) ? kErrOverflow : kErrTypeMismatch;
+        }
+        return n;
+      }
       n.text = ParseLocaleNumber(v.as_string(), CurrentLocale());
       if (!n.text) {
         n.error = kErrTypeMismatch;
@@ -84,7 +96,7 @@ Outcome ToSingle(const Variant& v) {
 
 Outcome ToCurrency(const Variant& v) {
   if (v.type() == VarType::kCurrency) return {v};
-  const Number n = NumberOf(v);
+  const Number n = NumberOf(v, true);
   if (n.error) return Fail(n.error);
   if (n.text) {
     if (auto c = NumberTextToCurrency(*n.text)) return {Variant(*c)};
@@ -98,7 +110,7 @@ Outcome ToCurrency(const Variant& v) {
 
 Outcome ToDecimal(const Variant& v) {
   if (v.type() == VarType::kDecimal) return {v};
-  const Number n = NumberOf(v);
+  const Number n = NumberOf(v, true);
   if (n.error) return Fail(n.error);
   if (n.text) {
     if (auto d = NumberTextToDecimal(*n.text)) return {Variant(*d)};

@@ -92,7 +92,6 @@ std::optional<NumberText> ParseLocaleNumber(std::u16string_view text, const Loca
 
   // The number itself.
   bool point = false, digits = false;
-  out.mantissa.reserve(16);
   while (!in.done()) {
     const char16_t c = in.peek();
     if (IsDigit(c)) {
@@ -217,10 +216,40 @@ std::optional<Decimal> NumberTextToDecimal(const NumberText& number) {
   return Decimal::FromDouble(*value);
 }
 
-std::optional<double> LocaleTextToDouble(std::u16string_view text) {
-  const std::optional<NumberText> number = ParseLocaleNumber(text, CurrentLocale());
+std::optional<double> LocaleTextToDouble(std::u16string_view text, const Locale& locale) {
+  // The everyday form first, in one pass: a sign, digits with separators.
+  // Anything else (blanks, exponents, currency, brackets, radix forms, long
+  // texts) takes the general reading, which gives the same result.
+  char buffer[48];
+  std::size_t n = 0;
+  const char16_t* p = text.data();
+  const char16_t* const end = p + text.size();
+  bool negative = false, point = false, digits = false, simple = text.size() < 40;
+  if (simple && p != end && (*p == u'-' || *p == u'+')) negative = *p++ == u'-';
+  for (; simple && p != end; ++p) {
+    const char16_t c = *p;
+    if (c >= u'0' && c <= u'9') {
+      buffer[n++] = static_cast<char>(c);
+      digits = true;
+    } else if (c == locale.decimal && !point) {
+      buffer[n++] = '.';
+      point = true;
+    } else if (!(c == locale.thousands && digits)) {
+      simple = false;
+    }
+  }
+  if (simple && digits) {
+    double value = 0;
+    const auto [ptr, ec] = std::from_chars(buffer, buffer + n, value);
+    if (ec == std::errc() && ptr == buffer + n) return negative ? -value : value;
+  }
+  const std::optional<NumberText> number = ParseLocaleNumber(text, locale);
   if (!number) return std::nullopt;
   return NumberTextToDouble(*number);
+}
+
+std::optional<double> LocaleTextToDouble(std::u16string_view text) {
+  return LocaleTextToDouble(text, CurrentLocale());
 }
 
 bool IsLocaleNumeric(std::u16string_view text) {

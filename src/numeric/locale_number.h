@@ -47,8 +47,9 @@ std::optional<Currency> NumberTextToCurrency(const NumberText& number);
 // otherwise the Decimal of its Double. nullopt on overflow.
 std::optional<Decimal> NumberTextToDecimal(const NumberText& number);
 
-// The Double that `text` holds in the current locale, nullopt when it is
-// not a number or overflows.
+// The Double that `text` holds in `locale` (or the current locale),
+// nullopt when it is not a number or overflows.
+std::optional<double> LocaleTextToDouble(std::u16string_view text, const Locale& locale);
 std::optional<double> LocaleTextToDouble(std::u16string_view text);
 
 // Whether `text` is a number in the current locale (the runtime's

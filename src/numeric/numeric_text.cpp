@@ -1,6 +1,9 @@
 #include "numeric/numeric_text.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <optional>
 #include <exception>
 #include <string>
 
@@ -8,35 +11,44 @@
 #include "norvik50/locale.h"
 #include "numeric/convert_to_type.h"
 #include "numeric/format.h"
+#include "numeric/locale_number.h"
 
 namespace norvik50 {
 
 double Val(std::u16string_view source) {
-  const char16_t decimal = CurrentLocale().decimal;
-  std::u16string text;
-  text.reserve(source.size());
-  std::size_t separators = 0;
+  const Locale& locale = CurrentLocale();
+  const char16_t decimal = locale.decimal;
+  // The working text lives on the stack for the short texts of daily use.
+  char16_t small[64];
+  std::u16string large;
+  char16_t* text = small;
+  if (source.size() > std::size(small)) {
+    large.resize(source.size());
+    text = large.data();
+  }
+  std::size_t length = 0, separators = 0;
   for (char16_t c : source) {
     if ((c >= u'0' && c <= u'9') || c == u',' || c == u'.' || c == u'-' || c == u'+') {
-      text.push_back(c);
+      text[length++] = c;
       if (c == decimal) ++separators;
     }
   }
-  if (source.empty()) text = u"0";
+  if (source.empty()) text[length++] = u'0';
   // One decimal separator is kept: ",5," is "5," and "1,2,3" is "12,3". The
   // locale's thousands separator is left for the conversion to ignore.
   for (; separators > 1; --separators) {
-    if (text.front() == decimal) {
-      text.erase(0, 1);
-    } else if (text.back() == decimal) {
-      text.pop_back();
-    } else {
-      text.erase(text.find(decimal), 1);
+    std::size_t at = 0;  // drop a leading one, else a trailing one, else the first
+    if (text[0] != decimal) {
+      at = text[length - 1] == decimal
+               ? length - 1
+               : static_cast<std::size_t>(std::find(text, text + length, decimal) - text);
     }
+    std::copy(text + at + 1, text + length, text + at);
+    --length;
   }
-  const Variant number = ConvertToType(5, Variant(std::move(text)));
-  // The fallback is the Integer 0.
-  return number.numeric_value().value_or(0);
+  // What ConvertToType does for code 5 with a text, without the detour
+  // through a Variant; what is no number gives its fallback, 0.
+  return LocaleTextToDouble(std::u16string_view(text, length), locale).value_or(0);
 }
 
 Variant RoundValue(const Variant& value, int16_t places) {
