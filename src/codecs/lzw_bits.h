@@ -20,6 +20,15 @@ inline void StoreLE32(char* out, uint64_t value) {
   }
 }
 
+// Writes `value` to `out`, least significant byte first.
+inline void StoreLE64(char* out, uint64_t value) {
+  if constexpr (std::endian::native == std::endian::little) {
+    std::memcpy(out, &value, 8);
+  } else {
+    for (int i = 0; i < 8; ++i) out[i] = static_cast<char>(value >> (8 * i));
+  }
+}
+
 // Reads 8 bytes from `in` as a little-endian number.
 inline uint64_t LoadLE64(const unsigned char* in) {
   uint64_t v;

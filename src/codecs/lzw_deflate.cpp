@@ -11,12 +11,14 @@
 namespace norvik50::lzw {
 namespace {
 
-// slots[(prefix << 8) | byte] is the code of that string, or 0 when it is not
-// in the dictionary (0 is never a learnt code).
+// slots[(prefix << 8) | byte] is the code of that string minus 257, or 0 when
+// it is not in the dictionary. Learnt codes (258..511) fit a byte that way,
+// which halves the table: its speed is the speed of the compressor.
 constexpr std::size_t kSlots = std::size_t{kDictionarySize} << 8;
+constexpr uint32_t kSlotBias = kFirstLearnt - 1;
 
 struct ThreadTable {
-  std::unique_ptr<uint16_t[]> slots{new uint16_t[kSlots]()};
+  std::unique_ptr<uint8_t[]> slots{new uint8_t[kSlots]()};
   // Slots written since the table was last all-zero: one per learnt entry,
   // the late key of entry 258 (below) and one scratch store.
   uint32_t written[kDictionarySize];
@@ -31,56 +33,106 @@ ThreadTable& TableForThisThread() {
 // loop (the output buffer is written through char pointers, which the
 // compiler must assume alias anything reachable from outside).
 struct Dictionary {
-  uint16_t* slots;
-  uint32_t* written;
-  uint32_t written_count = 0;
+  uint8_t* slots;
+  uint32_t* written;      // start of the list of written slots
+  uint32_t* written_end;  // one past its last entry
 
   void Set(uint32_t slot, uint32_t code) {
-    slots[slot] = static_cast<uint16_t>(code);
-    written[written_count++] = slot;
+    slots[slot] = static_cast<uint8_t>(code - kSlotBias);
+    *written_end++ = slot;
   }
   void Clear() {
-    for (uint32_t i = 0; i < written_count; ++i) slots[written[i]] = 0;
-    written_count = 0;
+    for (const uint32_t* s = written; s != written_end; ++s) slots[*s] = 0;
+    written_end = written;
   }
 };
 
-// Packs 9-bit codes least-significant bit first into a buffer sized for the
-// worst case in advance (4 bytes of slack for the 32-bit stores).
-class BitWriter {
+// Packs 9-bit codes least-significant bit first into `out`, which needs 8
+// bytes of slack past the packed bytes for the 64-bit stores.
+struct BitWriter {
+  char* out;
+  uint64_t acc = 0;   // bits not yet stored whole, the first at bit 0
+  uint32_t bits = 0;  // how many; at most 7 between calls
+
+  // Appends `code`; the whole bytes are stored after every call.
+  void Put(uint32_t code) {
+    acc |= uint64_t{code} << bits;
+    bits += kCodeBits;
+    internal::StoreLE32(out, acc);
+    out += bits >> 3;
+    acc >>= bits & ~7u;
+    bits &= 7;
+  }
+
+  // Appends 8 codes: 72 bits, 9 whole bytes, so as many bits wait after as
+  // before.
+  void Put8(const uint16_t* c) {
+    const uint64_t lo = uint64_t{c[0]} | uint64_t{c[1]} << 9 | uint64_t{c[2]} << 18 |
+                        uint64_t{c[3]} << 27 | uint64_t{c[4]} << 36 | uint64_t{c[5]} << 45 |
+                        uint64_t{c[6]} << 54 | uint64_t{c[7]} << 63;
+    const uint64_t hi = c[7] >> 1;
+    internal::StoreLE64(out, acc | (lo << bits));
+    // The top `bits` bits of lo (none when bits is 0), then hi.
+    const uint64_t rest = ((lo >> 57) >> (7 - bits)) | (hi << bits);
+    out[8] = static_cast<char>(rest);
+    out += 9;
+    acc = rest >> 8;
+  }
+};
+
+// The codes of the stream, collected by the matching loop and packed in
+// batches onto the end of the output: the packing runs in a tight loop of
+// its own instead of lengthening every step of the matching, whose speed is
+// set by the chain of table lookups. The output grows by appending, so no
+// page of it is touched before it is written.
+class CodeSink {
  public:
-  explicit BitWriter(char* out) : out_(out) {}
+  static constexpr uint32_t kBatch = 1024;
 
-  // The stream always opens with the clear code, whose low 8 bits make a
-  // zero byte that the format leaves out; only its top bit is written.
-  void PutClearWithoutLeadingByte() {
-    acc_ = kClearCode >> 8;
-    bits_ = kCodeBits - 8;
+  explicit CodeSink(std::string& out) : out_(out) {
+    // The stream always opens with the clear code, whose low 8 bits make a
+    // zero byte that the format leaves out; only its top bit is kept.
+    writer_.acc = kClearCode >> 8;
+    writer_.bits = kCodeBits - 8;
   }
 
-  void Put(uint32_t code) { PutIf(code, 1); }
-
-  // Appends `code` when `put` is 1 and nothing when it is 0. The whole bytes
-  // are stored after every call, so at most 7 bits wait in the accumulator.
+  // Adds `code` when `put` is 1; nothing when it is 0.
   void PutIf(uint32_t code, uint32_t put) {
-    const uint32_t mask = 0u - put;
-    acc_ |= uint64_t{code & mask} << bits_;
-    bits_ += kCodeBits & mask;
-    internal::StoreLE32(out_ + pos_, acc_);
-    pos_ += bits_ >> 3;
-    acc_ >>= bits_ & ~7u;
-    bits_ &= 7;
+    codes_[count_] = static_cast<uint16_t>(code);
+    count_ += put;
+  }
+  void Put(uint32_t code) { PutIf(code, 1); }
+  bool full() const { return count_ >= kBatch - 2; }
+
+  // Packs the codes in groups of 8; the last few wait for the next batch.
+  void Flush() {
+    writer_.out = staging_;
+    uint32_t i = 0;
+    for (; i + 8 <= count_; i += 8) writer_.Put8(codes_ + i);
+    Append();
+    const uint32_t left = count_ - i;
+    for (uint32_t k = 0; k < left; ++k) codes_[k] = codes_[i + k];
+    count_ = left;
   }
 
-  // The stream's length. The bits still waiting form the final partial byte,
+  // Packs everything. The bits still waiting form the final partial byte,
   // which holds only top bits of the padding code and is dropped.
-  std::size_t length() const { return pos_; }
+  void Finish() {
+    Flush();
+    writer_.out = staging_;
+    for (uint32_t i = 0; i < count_; ++i) writer_.Put(codes_[i]);
+    Append();
+    count_ = 0;
+  }
 
  private:
-  char* out_;
-  std::size_t pos_ = 0;
-  uint64_t acc_ = 0;
-  uint32_t bits_ = 0;
+  void Append() { out_.append(staging_, static_cast<std::size_t>(writer_.out - staging_)); }
+
+  std::string& out_;
+  BitWriter writer_{nullptr};
+  uint32_t count_ = 0;
+  uint16_t codes_[kBatch];
+  char staging_[kBatch / 8 * kCodeBits + 16];
 };
 
 // After a clear, entry 258 is the string that failed the lookup (the old w
@@ -90,32 +142,43 @@ class BitWriter {
 // and keys entry 258 once it is complete; until then no lookup can reach it,
 // just as a search of the string dictionary would never get there.
 struct LateEntry {
+  static constexpr uint32_t kNone = 0xFFFFFFFF;  // never a slot
+
+  // The slot whose learning learns the next prefix of w: (code of w's
+  // longest prefix learnt so far, the byte that extends it). Strings are
+  // unique in the dictionary, so that prefix can only be learnt there.
+  uint32_t watch = kNone;
   const unsigned char* prefix = nullptr;  // w's bytes in the input
   std::size_t prefix_length = 0;
-  std::size_t matched = 0;    // length of w's longest prefix learnt so far
-  uint32_t matched_code = 0;  // its code
-  uint32_t next_byte = 0;
+  std::size_t matched = 0;  // length of that longest prefix
+  uint32_t next_byte = 0;   // the byte after w
 
-  bool active() const { return matched != 0; }
+  void Start(const unsigned char* w_bytes, std::size_t w_length, uint32_t byte) {
+    prefix = w_bytes;
+    prefix_length = w_length;
+    matched = 1;
+    watch = (uint32_t{w_bytes[0]} << 8) | w_bytes[1];
+    next_byte = byte;
+  }
+  void Stop() { watch = kNone; }
 
-  // Called for every entry learnt while active. Strings are unique in the
-  // dictionary, so a prefix of w can only be learnt from the previous one.
-  void Learnt(Dictionary& dict, uint32_t prefix_code, uint32_t byte,
-              uint32_t code) {
-    if (prefix_code != matched_code || byte != prefix[matched]) return;
-    matched_code = code;
+  // The watched slot was learnt as `learnt`.
+  void Advance(Dictionary& dict, uint32_t learnt) {
     if (++matched == prefix_length) {
-      dict.Set((matched_code << 8) | next_byte, kFirstLearnt);
-      matched = 0;
+      dict.Set((learnt << 8) | next_byte, kFirstLearnt);
+      Stop();
+    } else {
+      watch = (learnt << 8) | prefix[matched];
     }
   }
 };
 
-// Codes written for n input bytes: at most one data code per byte, one clear
-// code per 254 learnt entries, the leading clear, end and padding.
+// The longest stream for n input bytes, reserved up front so that appending
+// never reallocates: at most one data code per byte, one clear code per 254
+// learnt entries, the leading clear, end and padding.
 std::size_t MaxStreamBytes(std::size_t n) {
   const std::size_t codes = n + n / 254 + 4;
-  return codes / 8 * kCodeBits + kCodeBits + 4;
+  return codes / 8 * kCodeBits + kCodeBits;
 }
 
 }  // namespace
@@ -127,14 +190,15 @@ std::string Deflate(std::string_view input) {
                 u"least one character)",
                 std::u16string(kErrorSource));
   }
-  std::string out(MaxStreamBytes(input.size()), '\0');
-  BitWriter writer(out.data());
-  writer.PutClearWithoutLeadingByte();
+  std::string out;
+  out.reserve(MaxStreamBytes(input.size()));
+  CodeSink batch(out);
 
-  // Nothing below throws, so the table is always left all-zero.
+  // Nothing below allocates or throws (the output never grows past its
+  // reserve), so the table is always left all-zero.
   ThreadTable& table = TableForThisThread();
-  Dictionary dict{table.slots.get(), table.written};
-  uint16_t* const slots = dict.slots;
+  Dictionary dict{table.slots.get(), table.written, table.written};
+  uint8_t* const slots = dict.slots;
 
   const auto* const begin = reinterpret_cast<const unsigned char*>(input.data());
   const auto* const end = begin + input.size();
@@ -145,48 +209,47 @@ std::string Deflate(std::string_view input) {
 
   // The loop is written without a branch on "found": on real text whether wc
   // is in the dictionary is close to a coin toss, so the code of w is always
-  // handed to the writer (with zero width when wc was found) and the slot
-  // always stored (with its own value when found).
+  // stored in the batch (and only counted when wc was not found) and the
+  // slot always written (with its own value when found).
   for (const unsigned char* p = begin + 1; p < end; ++p) {
     const uint32_t c = *p;
     const uint32_t slot = (w << 8) | c;
-    const uint32_t code = slots[slot];
-    const uint32_t miss = code == 0;
+    const uint32_t found = slots[slot];
+    const uint32_t miss = found == 0;
     if (miss & (next == kDictionarySize)) [[unlikely]] {
       // Full: the clear code follows the code that overflowed the
       // dictionary, and the string that failed the lookup becomes entry 258
       // of the fresh one.
-      writer.Put(w);
-      writer.Put(kClearCode);
+      batch.Put(w);
+      batch.Put(kClearCode);
       dict.Clear();
-      late = LateEntry{};
       if (p - w_start == 1) {
+        late.Stop();
         dict.Set(slot, kFirstLearnt);  // a byte code means the same after a clear
       } else {
-        late = LateEntry{w_start, static_cast<std::size_t>(p - w_start), 1,
-                         *w_start, c};
+        late.Start(w_start, static_cast<std::size_t>(p - w_start), c);
       }
       next = kFirstLearnt + 1;
       w = c;
       w_start = p;
+      if (batch.full()) batch.Flush();
       continue;
     }
-    writer.PutIf(w, miss);
-    slots[slot] = static_cast<uint16_t>(code | (next & (0u - miss)));
-    dict.written[dict.written_count] = slot;  // the scratch store when found
-    dict.written_count += miss;
-    if (late.active()) [[unlikely]] {
-      if (miss) late.Learnt(dict, w, c, next);
-    }
+    batch.PutIf(w, miss);
+    slots[slot] = static_cast<uint8_t>(found | ((next - kSlotBias) & (0u - miss)));
+    *dict.written_end = slot;  // the scratch store when found
+    dict.written_end += miss;
+    if (miss & (slot == late.watch)) [[unlikely]] late.Advance(dict, next);
     next += miss;
-    w = miss ? c : code;
+    w = miss ? c : found + kSlotBias;
     w_start = miss ? p : w_start;
+    if (batch.full()) [[unlikely]] batch.Flush();
   }
-  writer.Put(w);
-  writer.Put(kEndCode);
-  writer.Put(0);  // padding; its top bits fall into the dropped partial byte
+  batch.Put(w);
+  batch.Put(kEndCode);
+  batch.Put(0);  // padding; its top bits fall into the dropped partial byte
+  batch.Finish();
   dict.Clear();
-  out.resize(writer.length());
   return out;
 }
 

@@ -105,16 +105,28 @@ std::string Inflate(std::string_view stream) {
   std::size_t prev_offset = 0;  // where the previous string was written
   std::size_t prev_length = 1;
 
-  // Decodes one code; false at the end code.
-  auto step = [&](uint32_t code) -> bool {
+  // The stream's own end code normally stops decoding; a stream cut short
+  // gives what was decoded up to its last whole code. (The format's unpacker
+  // reports the stream length minus one as its count, which is never below
+  // the index of the last whole code, so the whole codes are the real bound.)
+  const std::size_t fast_end_bit = size >= 8 ? (size - 7) * 8 : 0;
+  for (std::size_t bit = FirstBitOfCode(2);; bit += kCodeBits) {
+    uint32_t code;
+    if (bit < fast_end_bit) [[likely]] {
+      code = ReadCodeFast(in, bit);
+    } else if (bit + kCodeBits <= end_bit) {
+      code = ReadCodeSafe(in, bit);
+    } else {
+      break;
+    }
     if ((code - kClearCode < 2) | (code > next)) [[unlikely]] {
-      if (code == kEndCode) return false;
+      if (code == kEndCode) break;
       if (code == kClearCode) {
         // The previous string stays in the output, so the first entry
         // learnt after the clear is built from it, as the compressor built
         // it from the string it failed to find.
         next = kFirstLearnt;
-        return true;
+        continue;
       }
       Malformed(u"The compressed text is damaged: it uses a code that is "
                 u"not defined yet");
@@ -153,21 +165,6 @@ std::string Inflate(std::string_view stream) {
     prev_offset = pos;
     prev_length = cur_length;
     pos += cur_length;
-    return true;
-  };
-
-  // The stream's own end code normally stops decoding; a stream cut short
-  // gives what was decoded up to its last whole code. (The format's unpacker
-  // reports the stream length minus one as its count, which is never below
-  // the index of the last whole code, so the whole codes are the real bound.)
-  std::size_t bit = FirstBitOfCode(2);
-  bool more = true;
-  const std::size_t fast_end_bit = size >= 8 ? (size - 7) * 8 : 0;
-  for (; more && bit < fast_end_bit; bit += kCodeBits) {
-    more = step(ReadCodeFast(in, bit));
-  }
-  for (; more && bit + kCodeBits <= end_bit; bit += kCodeBits) {
-    more = step(ReadCodeSafe(in, bit));
   }
   out.resize(pos);
   return out;

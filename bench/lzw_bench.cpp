@@ -1,0 +1,262 @@
+// The LZW codec against zlib, measured in the same run: DEFLATE against
+// zlib's level 1 compress, INFLATE against zlib's uncompress, on 16 MiB of
+// business-like text and 16 MiB of random bytes; and the member path (text
+// of byte characters in and out) against the byte path. Every call
+// allocates its own output, as a caller of either library would.
+//
+// Targets on the text: DEFLATE at least 1.5x zlib level 1, INFLATE at least
+// 0.8x zlib, the member path within 2x of the byte path. The summary prints
+// the best of the repetitions, which is the least disturbed by other work on
+// the machine.
+#include <benchmark/benchmark.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <random>
+#include <string>
+
+#include "codecs/lzw.h"
+#include "codecs/lzw_text.h"
+#include "norvik50/encoding.h"
+
+namespace {
+
+namespace lzw = norvik50::lzw;
+
+constexpr std::size_t kCorpusSize = 16u << 20;
+
+// Invoice journal lines: numbers, dates, customers, addresses, articles,
+// quantities and amounts with German separators, in Windows-1252.
+std::string BusinessText() {
+  static const char* const kFirst[] = {"Anna", "Jonas", "Lena", "Lukas", "Marie", "Felix",
+                                       "Sophie", "Paul", "J\xFCrgen", "Ren\xE9"};
+  static const char* const kLast[] = {"M\xFCller", "Schmidt", "Schneider", "Fischer", "Weber",
+                                      "Meyer", "Wagner", "Becker", "Hoffmann", "Sch\xE4" "fer"};
+  static const char* const kForm[] = {"GmbH", "AG", "KG", "e.K.", "GmbH & Co. KG", "OHG"};
+  static const char* const kStreet[] = {"Hauptstra\xDF" "e", "Bahnhofstra\xDF" "e",
+                                        "Gartenweg", "Industriestra\xDF" "e", "Am Markt"};
+  static const char* const kCity[] = {"Hamburg", "M\xFCnchen", "K\xF6ln", "Frankfurt am Main",
+                                      "Stuttgart", "D\xFCsseldorf", "Leipzig", "Bremen"};
+  static const char* const kArticle[] = {
+      "Schrauben M8x40 verzinkt, VE 100", "Kabel NYM-J 3x1,5 mm\xB2, 50 m",
+      "Wartung Heizungsanlage (Std.)", "Kopierpapier A4 80 g/m\xB2, 500 Bl.",
+      "Toner schwarz f\xFCr Laserdrucker", "D\xFC" "bel 8 mm, VE 50",
+      "Beratung Projektplanung (Std.)", "Versandkosten Spedition"};
+  std::mt19937 rng(20240305);
+  auto pick = [&](auto& list) { return list[rng() % std::size(list)]; };
+  std::string text;
+  text.reserve(kCorpusSize + 512);
+  unsigned invoice = 2024000;
+  char line[512];
+  while (text.size() < kCorpusSize) {
+    invoice += 1 + rng() % 3;
+    const unsigned day = 1 + rng() % 28, month = 1 + rng() % 12;
+    std::snprintf(line, sizeof line, "Rechnung %u vom %02u.%02u.2024;Kunde %05u;%s %s %s;%s %u;%05u %s\r\n",
+                  invoice, day, month, 10000 + static_cast<unsigned>(rng() % 5000), pick(kFirst),
+                  pick(kLast), pick(kForm), pick(kStreet), 1 + static_cast<unsigned>(rng() % 120),
+                  10000 + static_cast<unsigned>(rng() % 89999), pick(kCity));
+    text += line;
+    const unsigned positions = 1 + rng() % 5;
+    unsigned long total_cents = 0;
+    for (unsigned p = 1; p <= positions; ++p) {
+      const unsigned quantity = 1 + rng() % 40, price = 99 + rng() % 50000;
+      total_cents += static_cast<unsigned long>(quantity) * price;
+      std::snprintf(line, sizeof line, "  Pos. %u;%s;%u St\xFC" "ck;%u,%02u EUR;%lu,%02lu EUR\r\n", p,
+                    pick(kArticle), quantity, price / 100, price % 100,
+                    static_cast<unsigned long>(quantity) * price / 100,
+                    static_cast<unsigned long>(quantity) * price % 100);
+      text += line;
+    }
+    const unsigned long vat = (total_cents * 19 + 50) / 100;
+    std::snprintf(line, sizeof line,
+                  "  Netto %lu,%02lu EUR;USt. 19 %% %lu,%02lu EUR;Brutto %lu,%02lu EUR;f\xE4llig %02u.%02u.2024\r\n",
+                  total_cents / 100, total_cents % 100, vat / 100, vat % 100,
+                  (total_cents + vat) / 100, (total_cents + vat) % 100, day, month % 12 + 1);
+    text += line;
+  }
+  text.resize(kCorpusSize);
+  return text;
+}
+
+std::string RandomBytes() {
+  std::mt19937 rng(7);
+  std::string bytes(kCorpusSize, '\0');
+  for (char& c : bytes) c = static_cast<char>(rng() >> 24);
+  return bytes;
+}
+
+const std::string& Corpus(int which) {
+  static const std::string text = BusinessText();
+  static const std::string random = RandomBytes();
+  return which == 0 ? text : random;
+}
+
+std::string ZlibCompress(const std::string& in) {
+  uLongf size = compressBound(in.size());
+  std::string out(size, '\0');
+  compress2(reinterpret_cast<Bytef*>(out.data()), &size, reinterpret_cast<const Bytef*>(in.data()),
+            in.size(), 1);
+  out.resize(size);
+  return out;
+}
+
+std::string ZlibUncompress(const std::string& in, std::size_t original_size) {
+  std::string out(original_size, '\0');
+  uLongf size = original_size;
+  uncompress(reinterpret_cast<Bytef*>(out.data()), &size, reinterpret_cast<const Bytef*>(in.data()),
+             in.size());
+  out.resize(size);
+  return out;
+}
+
+// A benchmark's key in the summary: its function name and corpus (0 text,
+// 1 random bytes).
+std::string Key(const std::string& function, int64_t corpus) {
+  return function + "/" + std::to_string(corpus);
+}
+
+// Compressed size over input size, for the summary.
+std::map<std::string, double> g_sizes;
+
+void Finish(benchmark::State& state, const char* function, std::size_t compressed) {
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * kCorpusSize);
+  g_sizes[Key(function, state.range(0))] = static_cast<double>(compressed) / kCorpusSize;
+}
+
+void BM_LzwDeflate(benchmark::State& state) {
+  const std::string& in = Corpus(static_cast<int>(state.range(0)));
+  std::size_t size = 0;
+  for (auto _ : state) {
+    std::string out = lzw::Deflate(in);
+    size = out.size();
+    benchmark::DoNotOptimize(out.data());
+  }
+  Finish(state, __func__, size);
+}
+
+void BM_ZlibCompress1(benchmark::State& state) {
+  const std::string& in = Corpus(static_cast<int>(state.range(0)));
+  std::size_t size = 0;
+  for (auto _ : state) {
+    std::string out = ZlibCompress(in);
+    size = out.size();
+    benchmark::DoNotOptimize(out.data());
+  }
+  Finish(state, __func__, size);
+}
+
+void BM_LzwInflate(benchmark::State& state) {
+  const std::string& original = Corpus(static_cast<int>(state.range(0)));
+  const std::string in = lzw::Deflate(original);
+  if (lzw::Inflate(in) != original) state.SkipWithError("LZW round trip failed");
+  for (auto _ : state) {
+    std::string out = lzw::Inflate(in);
+    benchmark::DoNotOptimize(out.data());
+  }
+  Finish(state, __func__, in.size());
+}
+
+void BM_ZlibUncompress(benchmark::State& state) {
+  const std::string& original = Corpus(static_cast<int>(state.range(0)));
+  const std::string in = ZlibCompress(original);
+  if (ZlibUncompress(in, original.size()) != original) state.SkipWithError("zlib round trip failed");
+  for (auto _ : state) {
+    std::string out = ZlibUncompress(in, original.size());
+    benchmark::DoNotOptimize(out.data());
+  }
+  Finish(state, __func__, in.size());
+}
+
+// The member path: text of byte characters in, text of byte characters out.
+void BM_MemberDeflate(benchmark::State& state) {
+  const std::u16string in = norvik50::BytesToText(Corpus(static_cast<int>(state.range(0))));
+  std::size_t size = 0;
+  for (auto _ : state) {
+    std::u16string out = lzw::DeflateText(in);
+    size = out.size();
+    benchmark::DoNotOptimize(out.data());
+  }
+  Finish(state, __func__, size);
+}
+
+void BM_MemberInflate(benchmark::State& state) {
+  const std::string& original = Corpus(static_cast<int>(state.range(0)));
+  const std::u16string in = norvik50::BytesToText(lzw::Deflate(original));
+  for (auto _ : state) {
+    std::u16string out = lzw::InflateText(in);
+    benchmark::DoNotOptimize(out.data());
+  }
+  Finish(state, __func__, in.size());
+}
+
+#define NORVIK50_LZW_BENCH(fn)                                                       \
+  BENCHMARK(fn)->ArgName("corpus")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond) \
+      ->UseRealTime()->Repetitions(5)->MinTime(0.3)
+NORVIK50_LZW_BENCH(BM_LzwDeflate);
+NORVIK50_LZW_BENCH(BM_ZlibCompress1);
+NORVIK50_LZW_BENCH(BM_LzwInflate);
+NORVIK50_LZW_BENCH(BM_ZlibUncompress);
+NORVIK50_LZW_BENCH(BM_MemberDeflate);
+NORVIK50_LZW_BENCH(BM_MemberInflate);
+
+// Keeps the best time per iteration of each benchmark over its repetitions.
+class BestOf : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& run : runs) {
+      if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+      const std::string name = run.run_name.function_name + "/" + run.run_name.args.substr(
+          run.run_name.args.find(':') + 1);
+      const double seconds = run.GetAdjustedRealTime() / 1e3;  // reported in ms
+      auto [it, fresh] = best_.emplace(name, seconds);
+      if (!fresh) it->second = std::min(it->second, seconds);
+    }
+  }
+  // MB/s (10^6 bytes of uncompressed data per second).
+  double MBps(const std::string& name) const {
+    const auto it = best_.find(name);
+    return it == best_.end() ? 0.0 : kCorpusSize / it->second / 1e6;
+  }
+
+ private:
+  std::map<std::string, double> best_;
+};
+
+void PrintSummary(const BestOf& r) {
+  for (int corpus : {0, 1}) {
+    auto mbps = [&](const char* fn) { return r.MBps(Key(fn, corpus)); };
+    auto size = [&](const char* fn) { return g_sizes[Key(fn, corpus)]; };
+    const double deflate = mbps("BM_LzwDeflate"), zlib1 = mbps("BM_ZlibCompress1");
+    const double inflate = mbps("BM_LzwInflate"), unzlib = mbps("BM_ZlibUncompress");
+    const double member_deflate = mbps("BM_MemberDeflate");
+    const double member_inflate = mbps("BM_MemberInflate");
+    const bool text = corpus == 0;
+    std::printf("\n== %s (16 MiB), best of 5, MB/s of uncompressed data ==\n",
+                text ? "business text" : "random bytes");
+    std::printf("  DEFLATE        %8.1f MB/s   zlib level 1 compress %8.1f MB/s   ratio %.2fx%s\n",
+                deflate, zlib1, deflate / zlib1, text ? "  (target >= 1.5x)" : "");
+    std::printf("  INFLATE        %8.1f MB/s   zlib uncompress       %8.1f MB/s   ratio %.2fx%s\n",
+                inflate, unzlib, inflate / unzlib, text ? "  (target >= 0.8x)" : "");
+    std::printf("  member DEFLATE %8.1f MB/s   takes %.2fx the byte path's time (target <= 2x)\n",
+                member_deflate, deflate / member_deflate);
+    std::printf("  member INFLATE %8.1f MB/s   takes %.2fx the byte path's time (target <= 2x)\n",
+                member_inflate, inflate / member_inflate);
+    std::printf("  compressed size: LZW %.3f, zlib level 1 %.3f of the input\n",
+                size("BM_LzwDeflate"), size("BM_ZlibCompress1"));
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  BestOf reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  PrintSummary(reporter);
+  benchmark::Shutdown();
+  return 0;
+}
