@@ -16,6 +16,8 @@ namespace norvik50::settings {
 // Longest key name (one path component) and value name, in characters.
 inline constexpr std::size_t kMaxKeyNameLength = 255;
 inline constexpr std::size_t kMaxValueNameLength = 16383;
+// Deepest key below a root.
+inline constexpr std::size_t kMaxKeyDepth = 512;
 
 // The folded form of a name: equal for names that differ only in case.
 // Independent of the current locale, so that a store written under one

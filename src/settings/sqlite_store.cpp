@@ -1,5 +1,6 @@
 #include "settings/sqlite_store.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "norvik50/encoding.h"
@@ -106,6 +107,12 @@ int32_t SqliteStore::CreateKey(RegKey parent, std::u16string_view sub_key, int32
   if (p == nullptr) return kBadKey;
   const auto names = SplitKeyPath(sub_key);
   if (!names) return kBadKey;
+  // Trees are walked recursively (counting, deleting, exporting): their
+  // depth is bounded as the registry bounds it, so no walk can run out of
+  // stack.
+  const std::size_t depth =
+      (p->path.empty() ? 0 : std::count(p->path.begin(), p->path.end(), '\\') + 1) + names->size();
+  if (depth > kMaxKeyDepth) return kBadKey;
   RootDatabase* db = nullptr;
   if (const int32_t code = Database(p->root, Need::kWrite, db); code != 0) return code;
   Handle h{p->root, p->id, p->path, 0, {}};

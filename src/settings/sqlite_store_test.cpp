@@ -135,6 +135,12 @@ TEST_F(SqliteStoreTest, NameLengthLimits) {
   RegKey key = 0;
   EXPECT_EQ(store_.CreateKey(HKEY_CURRENT_USER, k255, 0, 63, key, nullptr), 0);
   EXPECT_EQ(store_.CreateKey(HKEY_CURRENT_USER, k256, 0, 63, key, nullptr), 1010);
+  // Keys nest at most 512 deep, counted from the root through any handle.
+  std::u16string deep = u"d";
+  for (int i = 1; i < 512; ++i) deep += u"\\d";
+  EXPECT_EQ(store_.CreateKey(HKEY_CURRENT_CONFIG, deep, 0, 63, key, nullptr), 0);
+  EXPECT_EQ(store_.CreateKey(key, u"e", 0, 63, key, nullptr), 1010);
+  EXPECT_EQ(store_.CreateKey(HKEY_CURRENT_CONFIG, deep + u"\\e", 0, 63, key, nullptr), 1010);
   const RegKey k = Create(u"Limits");
   EXPECT_EQ(store_.SetValue(k, v16383, REG_SZ, "a"), 0);
   EXPECT_EQ(store_.SetValue(k, v16384, REG_SZ, "a"), 1010);
