@@ -1,9 +1,16 @@
 #include "core/number_text.h"
 
+#include <unicode/dtfmtsym.h>
+#include <unicode/locid.h>
+
 #include <cctype>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
+#include <memory>
+#include <mutex>
 
 #include "norvik50/locale.h"
 
@@ -16,11 +23,47 @@ std::u16string WithDecimal(const char* ascii, char16_t decimal) {
   return out;
 }
 
-std::u16string Digits(int value, int width) {
-  std::u16string out;
-  std::string s = std::to_string(value);
-  if (static_cast<int>(s.size()) < width) s.insert(0, width - s.size(), '0');
-  return std::u16string(s.begin(), s.end());
+std::u16string FromIcu(const icu::UnicodeString& s) {
+  std::u16string out(reinterpret_cast<const char16_t*>(s.getBuffer()),
+                     static_cast<std::size_t>(s.length()));
+  // Dates show "Mo" and "Jan" where ICU's abbreviations may end in a period.
+  if (!out.empty() && out.back() == u'.') out.pop_back();
+  return out;
+}
+
+std::unique_ptr<CalendarNames> LoadNames(const std::string& icu_name) {
+  auto names = std::make_unique<CalendarNames>();
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Locale locale(icu_name.empty() ? "en_US" : icu_name.c_str());
+  icu::DateFormatSymbols symbols(locale, status);
+  if (U_FAILURE(status)) {
+    status = U_ZERO_ERROR;
+    symbols = icu::DateFormatSymbols(icu::Locale("en_US"), status);
+  }
+  using S = icu::DateFormatSymbols;
+  int32_t count = 0;
+  const icu::UnicodeString* months = symbols.getMonths(count, S::FORMAT, S::WIDE);
+  for (int i = 0; i < 12 && i < count; ++i) names->months[i] = FromIcu(months[i]);
+  months = symbols.getMonths(count, S::STANDALONE, S::ABBREVIATED);
+  for (int i = 0; i < 12 && i < count; ++i) names->short_months[i] = FromIcu(months[i]);
+  // ICU's weekday arrays start at index 1 (Sunday).
+  const icu::UnicodeString* days = symbols.getWeekdays(count, S::FORMAT, S::WIDE);
+  for (int i = 0; i < 7 && i + 1 < count; ++i) names->weekdays[i] = FromIcu(days[i + 1]);
+  days = symbols.getWeekdays(count, S::STANDALONE, S::ABBREVIATED);
+  for (int i = 0; i < 7 && i + 1 < count; ++i) names->short_weekdays[i] = FromIcu(days[i + 1]);
+  return names;
+}
+
+void AppendNumber(std::u16string& out, int value, int width) {
+  char buffer[16];
+  int n = 0;
+  unsigned v = static_cast<unsigned>(value < 0 ? -value : value);
+  do {
+    buffer[n++] = static_cast<char>('0' + v % 10);
+    v /= 10;
+  } while (v != 0);
+  for (int i = n; i < width; ++i) out.push_back(u'0');
+  while (n > 0) out.push_back(static_cast<char16_t>(buffer[--n]));
 }
 
 }  // namespace
@@ -56,24 +99,106 @@ std::u16string DecimalToText(const Decimal& value, char16_t decimal) {
 }
 
 std::u16string DateToText(Date value) {
-  const CivilDateTime c = value.ToCivil();
-  const Locale& locale = CurrentLocale();
+  return GeneralDateText(value.ToCivil(), CurrentLocale());
+}
+
+const CalendarNames& NamesFor(const Locale& locale) {
+  static std::mutex mutex;
+  static std::map<std::string, std::unique_ptr<CalendarNames>> cache;
+  std::lock_guard<std::mutex> lock(mutex);
+  std::unique_ptr<CalendarNames>& slot = cache[locale.icu_name];
+  if (!slot) slot = LoadNames(locale.icu_name);
+  return *slot;
+}
+
+int WeekdayOf(const CivilDateTime& c) {
+  const std::chrono::year_month_day ymd{std::chrono::year{c.year},
+                                        std::chrono::month{static_cast<unsigned>(c.month)},
+                                        std::chrono::day{static_cast<unsigned>(c.day)}};
+  return static_cast<int>(std::chrono::weekday{std::chrono::sys_days{ymd}}.c_encoding());
+}
+
+std::u16string RenderLocalePattern(std::u16string_view pattern, const CivilDateTime& c,
+                                   const Locale& locale) {
+  const CalendarNames& names = NamesFor(locale);
   std::u16string out;
-  const std::u16string& pattern = locale.short_date;
   for (std::size_t i = 0; i < pattern.size();) {
+    const char16_t ch = pattern[i];
+    if (ch == u'\'') {  // quoted text; '' inside stands for one quote
+      std::size_t j = i + 1;
+      for (; j < pattern.size(); ++j) {
+        if (pattern[j] != u'\'') {
+          out.push_back(pattern[j]);
+        } else if (j + 1 < pattern.size() && pattern[j + 1] == u'\'') {
+          out.push_back(u'\'');
+          ++j;
+        } else {
+          break;
+        }
+      }
+      i = j + 1;
+      continue;
+    }
     std::size_t run = 1;
-    while (i + run < pattern.size() && pattern[i + run] == pattern[i]) ++run;
-    switch (pattern[i]) {
-      case u'd': out += Digits(c.day, run >= 2 ? 2 : 1); break;
-      case u'M': out += Digits(c.month, run >= 2 ? 2 : 1); break;
-      case u'y': out += run <= 2 ? Digits(c.year % 100, 2) : Digits(c.year, 4); break;
-      default: out.append(run, pattern[i]); break;
+    while (i + run < pattern.size() && pattern[i + run] == ch) ++run;
+    const int width = run >= 2 ? 2 : 1;
+    switch (ch) {
+      case u'd':
+        if (run >= 4) {
+          out += names.weekdays[WeekdayOf(c)];
+        } else if (run == 3) {
+          out += names.short_weekdays[WeekdayOf(c)];
+        } else {
+          AppendNumber(out, c.day, width);
+        }
+        break;
+      case u'M':
+        if (run >= 4) {
+          out += names.months[c.month - 1];
+        } else if (run == 3) {
+          out += names.short_months[c.month - 1];
+        } else {
+          AppendNumber(out, c.month, width);
+        }
+        break;
+      case u'y':
+        if (run <= 2) {
+          AppendNumber(out, c.year % 100, run == 1 ? 1 : 2);
+        } else {
+          AppendNumber(out, c.year, 4);
+        }
+        break;
+      case u'h': AppendNumber(out, c.hour % 12 == 0 ? 12 : c.hour % 12, width); break;
+      case u'H': AppendNumber(out, c.hour, width); break;
+      case u'm': AppendNumber(out, c.minute, width); break;
+      case u's': AppendNumber(out, c.second, width); break;
+      case u't': {
+        const std::u16string& mark = c.hour < 12 ? locale.am : locale.pm;
+        if (run == 1) {
+          if (!mark.empty()) out.push_back(mark[0]);
+        } else {
+          out += mark;
+        }
+        break;
+      }
+      case u'g': break;  // era: none in the Gregorian calendar
+      default: out.append(run, ch); break;
     }
     i += run;
   }
-  if (c.hour != 0 || c.minute != 0 || c.second != 0) {
-    out += u' ' + Digits(c.hour, 2) + locale.time_separator + Digits(c.minute, 2) +
-           locale.time_separator + Digits(c.second, 2);
+  // A locale without AM/PM marks leaves a dangling blank in "h:mm:ss tt".
+  while (!out.empty() && out.back() == u' ') out.pop_back();
+  return out;
+}
+
+std::u16string GeneralDateText(const CivilDateTime& c, const Locale& locale) {
+  const bool pure_time = c.year == 1899 && c.month == 12 && c.day == 30;
+  const bool midnight = c.hour == 0 && c.minute == 0 && c.second == 0;
+  std::u16string out;
+  if (!pure_time) out = RenderLocalePattern(locale.short_date, c, locale);
+  if (pure_time || !midnight) {
+    if (!out.empty()) out.push_back(u' ');
+    out += RenderLocalePattern(locale.time_format, c, locale);
   }
   return out;
 }

@@ -1,7 +1,9 @@
 // Numbers and dates as the host runtime writes them when it turns a value
 // into text without a pattern (CStr): 15 significant digits for a Double,
 // 7 for a Single, the locale's decimal separator, the exponent form from
-// 1E+15 up and below 1E-04.
+// 1E+15 up and below 1E-04; dates in the locale's general date form. Also
+// the locale's day and month names (from ICU) and its date patterns
+// (written with the Windows pattern letters), which the Format engine uses.
 #ifndef NORVIK50_SRC_CORE_NUMBER_TEXT_H_
 #define NORVIK50_SRC_CORE_NUMBER_TEXT_H_
 
@@ -9,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "norvik50/locale.h"
 #include "norvik50/values.h"
 
 namespace norvik50 {
@@ -17,8 +20,33 @@ std::u16string DoubleToText(double value, char16_t decimal);
 std::u16string SingleToText(float value, char16_t decimal);
 std::u16string CurrencyToText(Currency value, char16_t decimal);
 std::u16string DecimalToText(const Decimal& value, char16_t decimal);
-// The locale's short date, and the time when it is not midnight.
+// The general date form: the locale's short date, then its long time; the
+// date is left out when the day is 1899-12-30 (a pure time), the time when
+// it is midnight and the date is shown ("05.03.2024 14:07:09",
+// "3/5/2024 2:07:09 PM", "6:00:00 AM").
 std::u16string DateToText(Date value);
+std::u16string GeneralDateText(const CivilDateTime& c, const Locale& locale);
+
+// Day and month names of one locale. Abbreviations are the stand-alone
+// forms without a trailing period ("Mo", "Jan"), as dates show them.
+struct CalendarNames {
+  std::u16string months[12];
+  std::u16string short_months[12];
+  std::u16string weekdays[7];  // 0 = Sunday
+  std::u16string short_weekdays[7];
+};
+
+// The names for `locale` (English when ICU has none). Cached per locale.
+const CalendarNames& NamesFor(const Locale& locale);
+
+// Day of the week of a civil date, 0 = Sunday.
+int WeekdayOf(const CivilDateTime& c);
+
+// Renders `pattern` written with the Windows locale pattern letters
+// (d dd ddd dddd, M MM MMM MMMM, y yy yyyy, h hh H HH, m mm, s ss, t tt,
+// 'quoted' text); every other character stands for itself.
+std::u16string RenderLocalePattern(std::u16string_view pattern, const CivilDateTime& c,
+                                   const Locale& locale);
 
 // A plain numeric text: blanks around it, a sign, digits with the locale's
 // decimal separator (or '.'), an exponent, or "&H"/"&O" radix forms.

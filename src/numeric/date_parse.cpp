@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "numeric/calendar_text.h"
+#include "core/number_text.h"
 
 namespace norvik50 {
 namespace {

@@ -7,7 +7,6 @@
 #include "core/number_text.h"
 #include "norvik50/error.h"
 #include "norvik50/locale.h"
-#include "numeric/calendar_text.h"
 #include "numeric/date_parse.h"
 #include "numeric/decimal_digits.h"
 #include "numeric/format_sections.h"

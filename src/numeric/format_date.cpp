@@ -2,7 +2,7 @@
 #include <chrono>
 #include <string>
 
-#include "numeric/calendar_text.h"
+#include "core/number_text.h"
 #include "numeric/format_sections.h"
 
 namespace norvik50 {
