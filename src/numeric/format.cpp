@@ -164,6 +164,11 @@ std::optional<std::u16string> Named(const Input& in, std::u16string_view pattern
     return std::u16string(german ? (yes ? yes_de : no_de) : (yes ? yes_en : no_en));
   };
   if (EqualsNoCase(pattern, u"General Number")) {
+    // A Single shows its own 7 digits, Currency and Decimal all of theirs.
+    const VarType type = in.original->type();
+    if (type == VarType::kSingle || type == VarType::kCurrency || type == VarType::kDecimal) {
+      return PlainText(*in.original, in, locale);
+    }
     return DoubleToText(in.serial, locale.decimal);
   }
   if (EqualsNoCase(pattern, u"Currency")) return CurrencyText(in, locale);

@@ -106,6 +106,8 @@ TEST(FormatNumberTest, Sections) {
 TEST(FormatNamedTest, NamedNumberFormats) {
   const Case cases[] = {
       {Variant(1234.5), u"General Number", u"1234,5", u"1234.5"},
+      {Variant(0.1f), u"General Number", u"0,1", u"0.1"},  // a Single's own digits
+      {Variant(1e20), u"general number", u"1E+20", nullptr},
       {Variant(1234.5), u"Currency", u"1.234,50 \u20AC", u"$1,234.50"},
       {Variant(-1234.5), u"Currency", u"-1.234,50 \u20AC", u"($1,234.50)"},
       {Variant(1234.5), u"Fixed", u"1234,50", u"1234.50"},
