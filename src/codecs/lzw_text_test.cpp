@@ -40,6 +40,21 @@ TEST(LzwText, CharactersStandForWindows1252Bytes) {
   EXPECT_EQ(lzw::DeflateText(text), BytesToText(lzw::Deflate(*TextToBytes(text))));
 }
 
+TEST(LzwText, SameCodePageAsTheLibrary) {
+  // Every byte maps to the character the library's own conversion gives it,
+  // so a compressed text read back through BytesToText is the same text.
+  std::string all;
+  for (int b = 0; b < 256; ++b) all.push_back(static_cast<char>(b));
+  const std::string stream = lzw::Deflate(all);
+  EXPECT_EQ(lzw::DeflateText(BytesToText(all)), BytesToText(stream));
+  EXPECT_EQ(lzw::InflateText(BytesToText(stream)), BytesToText(all));
+  // Characters the library gives no byte are refused, one by one.
+  for (char16_t ch : {u'\u0100', u'\u20AD', u'\u2121', u'\uFFFF'}) {
+    ASSERT_FALSE(TextToBytes(std::u16string(1, ch)).has_value());
+    EXPECT_THROW((void)lzw::DeflateText(std::u16string(1, ch)), Error);
+  }
+}
+
 TEST(LzwText, DefinedErrors) {
   const struct {
     const char* what;
