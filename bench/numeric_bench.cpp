@@ -209,8 +209,8 @@ int main(int argc, char** argv) {
     const double convert = reporter.Ns(std::string("BM_ConvertToDouble/") + locale);
     std::printf("  tklVal %s              %7.1f  %5.2fx from_chars (target <= 4)\n", name, val,
                 val / from_chars);
-    std::printf("  ConvertToType %s       %7.1f  %5.2fx from_chars (target <= 4)\n", name,
-                convert, convert / from_chars);
+    std::printf("  ConvertToType %s       %7.1f  %5.2fx from_chars (target <= 4)\n", name, convert,
+                convert / from_chars);
   }
   std::printf("  snprintf %%.2f               %7.1f\n", snprintf_ns);
   for (const char* grouped : {"1", "0"}) {

@@ -38,8 +38,11 @@ struct Number {
 Number NumberOf(const Variant& v, bool keep_text = false) {
   Number n;
   switch (v.type()) {
-    case VarType::kEmpty: return n;
-    case VarType::kNull: n.error = kErrInvalidUseOfNull; return n;
+    case VarType::kEmpty:
+      return n;
+    case VarType::kNull:
+      n.error = kErrInvalidUseOfNull;
+      return n;
     case VarType::kString: {
       if (!keep_text) {
         const std::u16string& s = v.as_string();
@@ -80,9 +83,12 @@ Outcome ToWhole(const Variant& v, double min, double max, VarType type) {
   const double r = std::nearbyint(n.value);
   if (!(r >= min && r <= max)) return Fail(kErrOverflow);
   switch (type) {
-    case VarType::kInteger: return {Variant(static_cast<int16_t>(r))};
-    case VarType::kByte: return {Variant(static_cast<uint8_t>(r))};
-    default: return {Variant(static_cast<int32_t>(r))};
+    case VarType::kInteger:
+      return {Variant(static_cast<int16_t>(r))};
+    case VarType::kByte:
+      return {Variant(static_cast<uint8_t>(r))};
+    default:
+      return {Variant(static_cast<int32_t>(r))};
   }
 }
 
@@ -138,23 +144,36 @@ Outcome ToDate(const Variant& v) {
 Outcome ToText(const Variant& v) {
   const char16_t decimal = CurrentLocale().decimal;
   switch (v.type()) {
-    case VarType::kEmpty: return {Variant(u"")};
-    case VarType::kNull: return Fail(kErrInvalidUseOfNull);
-    case VarType::kString: return {v};
-    case VarType::kInteger: return {Variant(DoubleToText(v.as_integer(), decimal))};
-    case VarType::kLong: return {Variant(DoubleToText(v.as_long(), decimal))};
-    case VarType::kByte: return {Variant(DoubleToText(v.as_byte(), decimal))};
-    case VarType::kSingle: return {Variant(SingleToText(v.as_single(), decimal))};
-    case VarType::kDouble: return {Variant(DoubleToText(v.as_double(), decimal))};
-    case VarType::kCurrency: return {Variant(CurrencyToText(v.as_currency(), decimal))};
-    case VarType::kDecimal: return {Variant(DecimalToText(v.as_decimal(), decimal))};
-    case VarType::kBoolean: return {Variant(v.as_boolean() ? u"True" : u"False")};
-    case VarType::kDate: return {Variant(FormatValue(v, u""))};
+    case VarType::kEmpty:
+      return {Variant(u"")};
+    case VarType::kNull:
+      return Fail(kErrInvalidUseOfNull);
+    case VarType::kString:
+      return {v};
+    case VarType::kInteger:
+      return {Variant(DoubleToText(v.as_integer(), decimal))};
+    case VarType::kLong:
+      return {Variant(DoubleToText(v.as_long(), decimal))};
+    case VarType::kByte:
+      return {Variant(DoubleToText(v.as_byte(), decimal))};
+    case VarType::kSingle:
+      return {Variant(SingleToText(v.as_single(), decimal))};
+    case VarType::kDouble:
+      return {Variant(DoubleToText(v.as_double(), decimal))};
+    case VarType::kCurrency:
+      return {Variant(CurrencyToText(v.as_currency(), decimal))};
+    case VarType::kDecimal:
+      return {Variant(DecimalToText(v.as_decimal(), decimal))};
+    case VarType::kBoolean:
+      return {Variant(v.as_boolean() ? u"True" : u"False")};
+    case VarType::kDate:
+      return {Variant(FormatValue(v, u""))};
     case VarType::kError: {
       const std::string text = "Error " + std::to_string(v.as_error().code);
       return {Variant(std::u16string(text.begin(), text.end()))};
     }
-    default: return Fail(kErrTypeMismatch);
+    default:
+      return Fail(kErrTypeMismatch);
   }
 }
 
@@ -189,30 +208,44 @@ Outcome ToBoolean(const Variant& v) {
 
 Outcome Convert(int32_t var_type, const Variant& value) {
   switch (var_type) {
-    case 2: return ToWhole(value, -32768, 32767, VarType::kInteger);
-    case 3: return ToWhole(value, -2147483648.0, 2147483647.0, VarType::kLong);
-    case 4: return ToSingle(value);
+    case 2:
+      return ToWhole(value, -32768, 32767, VarType::kInteger);
+    case 3:
+      return ToWhole(value, -2147483648.0, 2147483647.0, VarType::kLong);
+    case 4:
+      return ToSingle(value);
     case 5: {
       const Number n = NumberOf(value);
       if (n.error) return Fail(n.error);
       return {Variant(n.value)};
     }
-    case 6: return ToCurrency(value);
-    case 7: return ToDate(value);
-    case 8: return ToText(value);
-    case 11: return ToBoolean(value);
-    case 14: return ToDecimal(value);
-    case 17: return ToWhole(value, 0, 255, VarType::kByte);
-    default: return {value};
+    case 6:
+      return ToCurrency(value);
+    case 7:
+      return ToDate(value);
+    case 8:
+      return ToText(value);
+    case 11:
+      return ToBoolean(value);
+    case 14:
+      return ToDecimal(value);
+    case 17:
+      return ToWhole(value, 0, 255, VarType::kByte);
+    default:
+      return {value};
   }
 }
 
 Variant Fallback(int32_t var_type) {
   switch (var_type) {
-    case 7: return Variant(Date{std::floor(Date::Now().serial)});
-    case 8: return Variant(u"");
-    case 11: return Variant(false);
-    default: return Variant(int16_t{0});
+    case 7:
+      return Variant(Date{std::floor(Date::Now().serial)});
+    case 8:
+      return Variant(u"");
+    case 11:
+      return Variant(false);
+    default:
+      return Variant(int16_t{0});
   }
 }
 

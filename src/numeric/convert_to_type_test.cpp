@@ -28,15 +28,15 @@ TEST(LocaleNumberTest, TextToDoubleInBothLocales) {
   } cases[] = {
       {u"1.234,56", 1234.56, 1.23456},  // grouping is ignored wherever it stands
       {u"1,234.56", 1.23456, 1234.56},
-      {u"12,5", 12.5, 125},                  // English ignores the grouping comma
-      {u"12.5", 125, 12.5},                  // German ignores the grouping point
-      {u"  -7 ", -7, -7},                    // blanks and a sign
-      {u"7-", -7, -7},                       // a trailing sign
-      {u"(7)", -7, -7},                      // brackets for a negative amount
+      {u"12,5", 12.5, 125},  // English ignores the grouping comma
+      {u"12.5", 125, 12.5},  // German ignores the grouping point
+      {u"  -7 ", -7, -7},    // blanks and a sign
+      {u"7-", -7, -7},       // a trailing sign
+      {u"(7)", -7, -7},      // brackets for a negative amount
       {u"1E3", 1000, 1000},
       {u"&HFF", 255, 255},
-      {u"&HFFFFFFFF", -1, -1},               // radix forms are 32-bit patterns
-      {u",5", 0.5, std::nullopt},            // a leading thousands separator is no number
+      {u"&HFFFFFFFF", -1, -1},     // radix forms are 32-bit patterns
+      {u",5", 0.5, std::nullopt},  // a leading thousands separator is no number
       {u"5,", 5, 5},
       {u"1e400", std::nullopt, std::nullopt},  // overflow
       {u"1-2", std::nullopt, std::nullopt},
@@ -79,8 +79,7 @@ TEST(ConvertToTypeTest, NumbersInBothLocales) {
     EXPECT_EQ(ConvertToType(2, Variant(half)).as_integer(), 2) << tag;
     EXPECT_EQ(ConvertToType(3, Variant(3.5)).as_long(), 4) << tag;
     EXPECT_EQ(ConvertToType(17, Variant(-0.5)).as_byte(), 0) << tag;
-    EXPECT_EQ(ConvertToType(5, Variant(german ? u"1.234,56" : u"1,234.56")).as_double(),
-              1234.56)
+    EXPECT_EQ(ConvertToType(5, Variant(german ? u"1.234,56" : u"1,234.56")).as_double(), 1234.56)
         << tag;
     // Currency and Decimal from text are exact, not via a Double.
     EXPECT_EQ(ConvertToType(6, Variant(german ? u"0,1" : u"0.1")).as_currency().scaled, 1000);
@@ -99,16 +98,12 @@ TEST(ConvertToTypeTest, FailuresGiveTheFallback) {
       int32_t code;
       Variant value;
     } numeric[] = {
-        {2, Variant(u"abc")},       // type mismatch
-        {2, Variant(32767.5)},      // rounds to 32768: overflow
-        {3, Variant(3e9)},
-        {4, Variant(1e300)},
-        {5, Variant(u"1-2")},
-        {5, Variant::Null()},       // invalid use of Null
-        {6, Variant(1e300)},
-        {14, Variant(1e30)},
-        {17, Variant(int32_t{256})},
-        {5, Variant(SafeArray())},
+        {2, Variant(u"abc")},   // type mismatch
+        {2, Variant(32767.5)},  // rounds to 32768: overflow
+        {3, Variant(3e9)},           {4, Variant(1e300)},
+        {5, Variant(u"1-2")},        {5, Variant::Null()},  // invalid use of Null
+        {6, Variant(1e300)},         {14, Variant(1e30)},
+        {17, Variant(int32_t{256})}, {5, Variant(SafeArray())},
     };
     for (const Case& c : numeric) {
       const Variant out = ConvertToType(c.code, c.value);
@@ -168,17 +163,17 @@ TEST(ConvertToTypeTest, TextToDateInBothLocales) {
     const char16_t* text;
     std::optional<CivilDateTime> german, english;
   } cases[] = {
-      {u"2024-03-05", march5, march5},                 // ISO in every locale
+      {u"2024-03-05", march5, march5},  // ISO in every locale
       {u"2024-03-05T14:07:09", march5_time, march5_time},
       // The locale's field order decides; "." is accepted in English too.
       {u"5.3.2024", march5, CivilDateTime{2024, 5, 3, 0, 0, 0}},
       {u"05.03.2024 14:07:09", march5_time, CivilDateTime{2024, 5, 3, 14, 7, 9}},
       {u"3/5/2024 2:07:09 PM", CivilDateTime{2024, 5, 3, 14, 7, 9}, march5_time},
-      {u"5. M\u00E4rz 2024", march5, std::nullopt},    // German month name
-      {u"March 5, 2024", march5, march5},              // English names always
+      {u"5. M\u00E4rz 2024", march5, std::nullopt},  // German month name
+      {u"March 5, 2024", march5, march5},            // English names always
       {u"Tuesday, March 5, 2024", march5, march5},
       {u"13/5/2024", CivilDateTime{2024, 5, 13, 0, 0, 0},
-       CivilDateTime{2024, 5, 13, 0, 0, 0}},            // month 13 swaps with the day
+       CivilDateTime{2024, 5, 13, 0, 0, 0}},                    // month 13 swaps with the day
       {u"5.3.24", march5, CivilDateTime{2024, 5, 3, 0, 0, 0}},  // two-digit year
       {u"5.3.75", CivilDateTime{1975, 3, 5, 0, 0, 0}, CivilDateTime{1975, 5, 3, 0, 0, 0}},
       {u"31.02.2024", std::nullopt, std::nullopt},
@@ -202,12 +197,17 @@ TEST(ConvertToTypeTest, TextToDateInBothLocales) {
 }
 
 TEST(ConvertStrictTest, RaisesTheRuntimeErrors) {
-  testing::ScopedLocale locale("en-US");
-  EXPECT_EQ(ErrorOf([] { ConvertStrict(5, Variant(u"abc")); }), 13);
-  EXPECT_EQ(ErrorOf([] { ConvertStrict(3, Variant(3e9)); }), 6);
-  EXPECT_EQ(ErrorOf([] { ConvertStrict(8, Variant::Null()); }), 94);
-  EXPECT_EQ(ErrorOf([] { ConvertStrict(7, Variant(1e10)); }), 6);
-  EXPECT_EQ(ConvertStrict(5, Variant()).as_double(), 0);  // Empty is 0
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    EXPECT_EQ(ErrorOf([] { ConvertStrict(5, Variant(u"abc")); }), 13) << tag;
+    EXPECT_EQ(ErrorOf([] { ConvertStrict(5, Variant(u"1e999")); }), 6) << tag;  // overflow, not 13
+    EXPECT_EQ(ErrorOf([] { ConvertStrict(3, Variant(3e9)); }), 6) << tag;
+    EXPECT_EQ(ErrorOf([] { ConvertStrict(2, Variant(u"40000")); }), 6) << tag;
+    EXPECT_EQ(ErrorOf([] { ConvertStrict(8, Variant::Null()); }), 94) << tag;
+    EXPECT_EQ(ErrorOf([] { ConvertStrict(7, Variant(1e10)); }), 6) << tag;
+    EXPECT_EQ(ErrorOf([] { ConvertStrict(6, Variant(u"1e300")); }), 6) << tag;
+    EXPECT_EQ(ConvertStrict(5, Variant()).as_double(), 0) << tag;  // Empty is 0
+  }
 }
 
 }  // namespace

@@ -12,9 +12,9 @@ namespace {
 
 struct Token {
   enum Kind { kNumber, kWord, kSeparator } kind;
-  int value = 0;            // kNumber
-  int digits = 0;           // kNumber
-  std::u16string text;      // kWord (lower case) or kSeparator
+  int value = 0;        // kNumber
+  int digits = 0;       // kNumber
+  std::u16string text;  // kWord (lower case) or kSeparator
 };
 
 std::u16string Lower(std::u16string_view s) {
@@ -124,10 +124,10 @@ std::optional<Date> ParseDateText(std::u16string_view text, const Locale& locale
   const std::u16string am_mark = Lower(locale.am), pm_mark = Lower(locale.pm);
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const Token& t = tokens[i];
-    const bool time_follows = i + 2 < tokens.size() && tokens[i + 1].kind == Token::kSeparator &&
-                              (tokens[i + 1].text[0] == u':' ||
-                               tokens[i + 1].text[0] == locale.time_separator) &&
-                              tokens[i + 2].kind == Token::kNumber;
+    const bool time_follows =
+        i + 2 < tokens.size() && tokens[i + 1].kind == Token::kSeparator &&
+        (tokens[i + 1].text[0] == u':' || tokens[i + 1].text[0] == locale.time_separator) &&
+        tokens[i + 2].kind == Token::kNumber;
     if (t.kind == Token::kNumber && time_follows) {
       if (has_time) return std::nullopt;
       has_time = true;
@@ -187,9 +187,15 @@ std::optional<Date> ParseDateText(std::u16string_view text, const Locale& locale
     c.year = current_year;
     for (std::size_t i = 0; i < numbers.size(); ++i) {
       switch (order[i]) {
-        case u'd': c.day = numbers[i].value; break;
-        case u'M': c.month = numbers[i].value; break;
-        default: c.year = FullYear(numbers[i]); break;
+        case u'd':
+          c.day = numbers[i].value;
+          break;
+        case u'M':
+          c.month = numbers[i].value;
+          break;
+        default:
+          c.year = FullYear(numbers[i]);
+          break;
       }
     }
     if (c.month > 12 && c.day <= 12) std::swap(c.month, c.day);

@@ -31,8 +31,8 @@ void RewriteFormatCalls(u16string& text) {
     if (p == 0) return;
     start = p + 1;
     u16string term, before, after;
-    if (!ExtractBrackets(u16string_view(text).substr(static_cast<std::size_t>(p - 1)), term,
-                         before, after)) {
+    if (!ExtractBrackets(u16string_view(text).substr(static_cast<std::size_t>(p - 1)), term, before,
+                         after)) {
       continue;
     }
     const int16_t q2 = FindLastSubString(term, u"\"");
@@ -46,8 +46,8 @@ void RewriteFormatCalls(u16string& text) {
       }
     }
     // Always ") " with one blank after the bracket, then the whole trimmed.
-    const u16string rebuilt = text.substr(0, static_cast<std::size_t>(p - 1)) + before + u"(" +
-                              term + u") " + after;
+    const u16string rebuilt =
+        text.substr(0, static_cast<std::size_t>(p - 1)) + before + u"(" + term + u") " + after;
     text = u16string(TrimBlanks(rebuilt));
   }
 }

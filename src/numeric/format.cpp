@@ -33,19 +33,36 @@ Input Classify(const Variant& value) {
   in.original = &value;
   in.kind = Input::kNumber;
   switch (value.type()) {
-    case VarType::kEmpty: break;  // 0
-    case VarType::kNull: in.kind = Input::kNothing; break;
-    case VarType::kInteger: in.digits = DigitsOfInteger(value.as_integer()); break;
-    case VarType::kLong: in.digits = DigitsOfInteger(value.as_long()); break;
-    case VarType::kByte: in.digits = DigitsOfInteger(value.as_byte()); break;
-    case VarType::kBoolean: in.digits = DigitsOfInteger(value.as_boolean() ? -1 : 0); break;
+    case VarType::kEmpty:
+      break;  // 0
+    case VarType::kNull:
+      in.kind = Input::kNothing;
+      break;
+    case VarType::kInteger:
+      in.digits = DigitsOfInteger(value.as_integer());
+      break;
+    case VarType::kLong:
+      in.digits = DigitsOfInteger(value.as_long());
+      break;
+    case VarType::kByte:
+      in.digits = DigitsOfInteger(value.as_byte());
+      break;
+    case VarType::kBoolean:
+      in.digits = DigitsOfInteger(value.as_boolean() ? -1 : 0);
+      break;
     case VarType::kSingle:
       if (!std::isfinite(value.as_single())) Raise(kErrOverflow);
       in.digits = DigitsOfSingle(value.as_single());
       break;
-    case VarType::kDouble: in.digits = CheckedDigitsOfDouble(value.as_double()); break;
-    case VarType::kCurrency: in.digits = DigitsOfCurrency(value.as_currency()); break;
-    case VarType::kDecimal: in.digits = DigitsOfDecimal(value.as_decimal()); break;
+    case VarType::kDouble:
+      in.digits = CheckedDigitsOfDouble(value.as_double());
+      break;
+    case VarType::kCurrency:
+      in.digits = DigitsOfCurrency(value.as_currency());
+      break;
+    case VarType::kDecimal:
+      in.digits = DigitsOfDecimal(value.as_decimal());
+      break;
     case VarType::kDate:
       in.kind = Input::kDate;
       in.digits = CheckedDigitsOfDouble(value.as_date().serial);
@@ -64,7 +81,8 @@ Input Classify(const Variant& value) {
       }
       return in;
     }
-    default: Raise(kErrTypeMismatch);
+    default:
+      Raise(kErrTypeMismatch);
   }
   if (in.kind != Input::kNothing) in.serial = value.numeric_value().value_or(0);
   return in;
@@ -91,14 +109,22 @@ std::u16string PlainText(const Variant& value, const Input& in, const Locale& lo
   const char16_t decimal = locale.decimal;
   switch (value.type()) {
     case VarType::kEmpty:
-    case VarType::kNull: return u"";
-    case VarType::kString: return value.as_string();
-    case VarType::kBoolean: return value.as_boolean() ? u"True" : u"False";
-    case VarType::kSingle: return SingleToText(value.as_single(), decimal);
-    case VarType::kCurrency: return CurrencyToText(value.as_currency(), decimal);
-    case VarType::kDecimal: return DecimalToText(value.as_decimal(), decimal);
-    case VarType::kDate: return GeneralDateText(CivilOf(in), locale);
-    default: return DoubleToText(in.serial, decimal);
+    case VarType::kNull:
+      return u"";
+    case VarType::kString:
+      return value.as_string();
+    case VarType::kBoolean:
+      return value.as_boolean() ? u"True" : u"False";
+    case VarType::kSingle:
+      return SingleToText(value.as_single(), decimal);
+    case VarType::kCurrency:
+      return CurrencyToText(value.as_currency(), decimal);
+    case VarType::kDecimal:
+      return DecimalToText(value.as_decimal(), decimal);
+    case VarType::kDate:
+      return GeneralDateText(CivilOf(in), locale);
+    default:
+      return DoubleToText(in.serial, decimal);
   }
 }
 
@@ -141,10 +167,18 @@ std::u16string CurrencyText(const Input& in, const Locale& locale) {
   const std::u16string& symbol = locale.currency_symbol;
   std::u16string out;
   switch (locale.currency_position) {
-    case 1: out = number + symbol; break;
-    case 2: out = symbol + u' ' + number; break;
-    case 3: out = number + u' ' + symbol; break;
-    default: out = symbol + number; break;
+    case 1:
+      out = number + symbol;
+      break;
+    case 2:
+      out = symbol + u' ' + number;
+      break;
+    case 3:
+      out = number + u' ' + symbol;
+      break;
+    default:
+      out = symbol + number;
+      break;
   }
   if (in.digits.negative && !in.digits.is_zero()) {
     // United States custom writes a negative amount in brackets.
@@ -235,8 +269,15 @@ bool IsDateSection(std::u16string_view section) {
     if (c == u'0' || c == u'#') return false;
     if (c >= u'A' && c <= u'Z') c += 32;
     switch (c) {
-      case u'c': case u'd': case u'w': case u'm': case u'q': case u'y':
-      case u'h': case u'n': case u's':
+      case u'c':
+      case u'd':
+      case u'w':
+      case u'm':
+      case u'q':
+      case u'y':
+      case u'h':
+      case u'n':
+      case u's':
         return true;
       case u'a':  // AM/PM, A/P, AMPM
         if (EqualsNoCase(section.substr(i, 5), u"am/pm") ||
@@ -248,7 +289,8 @@ bool IsDateSection(std::u16string_view section) {
       case u't':
         if (EqualsNoCase(section.substr(i, 5), u"ttttt")) return true;
         break;
-      default: break;
+      default:
+        break;
     }
   }
   return false;

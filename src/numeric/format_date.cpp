@@ -57,8 +57,16 @@ void Scan(std::u16string_view s, Sink&& sink) {
     }
     const char16_t lower = LowerAscii(c);
     switch (lower) {
-      case u'c': case u'd': case u'w': case u'm': case u'q': case u'y':
-      case u'h': case u'n': case u's': case u't': {
+      case u'c':
+      case u'd':
+      case u'w':
+      case u'm':
+      case u'q':
+      case u'y':
+      case u'h':
+      case u'n':
+      case u's':
+      case u't': {
         std::size_t run = 1;
         while (i + run < s.size() && LowerAscii(s[i + run]) == lower) ++run;
         // A run of t shorter than five is plain text.
@@ -99,8 +107,8 @@ int WeekOfYear(const CivilDateTime& c) {
 
 }  // namespace
 
-void FormatDateSection(const CivilDateTime& c, std::u16string_view section,
-                       const Locale& locale, std::u16string& out) {
+void FormatDateSection(const CivilDateTime& c, std::u16string_view section, const Locale& locale,
+                       std::u16string& out) {
   bool twelve_hour = false;
   Scan(section, [&](DTok t, std::u16string_view, char16_t, std::size_t) {
     if (t == DTok::kAmPm) twelve_hour = true;
@@ -116,8 +124,7 @@ void FormatDateSection(const CivilDateTime& c, std::u16string_view section,
     if (t == DTok::kRaw) {
       // Unless quoted or escaped, "/" and ":" are the locale's separators.
       const char16_t ch = text[0];
-      out.push_back(ch == u'/' ? locale.date_separator
-                               : ch == u':' ? locale.time_separator : ch);
+      out.push_back(ch == u'/' ? locale.date_separator : ch == u':' ? locale.time_separator : ch);
       return;
     }
     if (t == DTok::kAmPm) {
@@ -134,7 +141,9 @@ void FormatDateSection(const CivilDateTime& c, std::u16string_view section,
     const bool was_after_hour = after_hour;
     after_hour = false;
     switch (f) {
-      case u'c': out += GeneralDateText(c, locale); break;
+      case u'c':
+        out += GeneralDateText(c, locale);
+        break;
       case u'd':
         if (run <= 2) {
           AppendNumber(out, c.day, width);
@@ -162,7 +171,9 @@ void FormatDateSection(const CivilDateTime& c, std::u16string_view section,
           out += names.months[c.month - 1];
         }
         break;
-      case u'q': AppendNumber(out, (c.month - 1) / 3 + 1, 1); break;
+      case u'q':
+        AppendNumber(out, (c.month - 1) / 3 + 1, 1);
+        break;
       case u'y':
         if (run == 1) {
           AppendNumber(out, DayOfYear(c), 1);
@@ -178,9 +189,15 @@ void FormatDateSection(const CivilDateTime& c, std::u16string_view section,
         after_hour = true;
         break;
       }
-      case u'n': AppendNumber(out, c.minute, width); break;
-      case u's': AppendNumber(out, c.second, width); break;
-      case u't': out += RenderLocalePattern(locale.time_format, c, locale); break;
+      case u'n':
+        AppendNumber(out, c.minute, width);
+        break;
+      case u's':
+        AppendNumber(out, c.second, width);
+        break;
+      case u't':
+        out += RenderLocalePattern(locale.time_format, c, locale);
+        break;
     }
   });
 }

@@ -29,7 +29,9 @@ void Scan(std::u16string_view s, Sink&& sink) {
         if (i + 1 < s.size()) sink(Tok::kLiteral, s.substr(++i, 1), u'\0');
         break;
       case u'0':
-      case u'#': sink(Tok::kDigit, s.substr(i, 1), c); break;
+      case u'#':
+        sink(Tok::kDigit, s.substr(i, 1), c);
+        break;
       case u'.':
         if (!point && !exponent) {
           point = true;
@@ -38,8 +40,12 @@ void Scan(std::u16string_view s, Sink&& sink) {
           sink(Tok::kLiteral, s.substr(i, 1), u'\0');
         }
         break;
-      case u',': sink(Tok::kComma, s.substr(i, 1), c); break;
-      case u'%': sink(Tok::kPercent, s.substr(i, 1), c); break;
+      case u',':
+        sink(Tok::kComma, s.substr(i, 1), c);
+        break;
+      case u'%':
+        sink(Tok::kPercent, s.substr(i, 1), c);
+        break;
       case u'E':
       case u'e':
         if (!exponent && i + 1 < s.size() && (s[i + 1] == u'+' || s[i + 1] == u'-')) {
@@ -49,7 +55,9 @@ void Scan(std::u16string_view s, Sink&& sink) {
           break;
         }
         [[fallthrough]];
-      default: sink(Tok::kLiteral, s.substr(i, 1), u'\0'); break;
+      default:
+        sink(Tok::kLiteral, s.substr(i, 1), u'\0');
+        break;
     }
   }
 }
@@ -107,8 +115,11 @@ Layout Analyse(std::u16string_view section) {
           l.exp_sign = c;
         }
         break;
-      case Tok::kPercent: ++l.percents; break;
-      case Tok::kLiteral: break;
+      case Tok::kPercent:
+        ++l.percents;
+        break;
+      case Tok::kLiteral:
+        break;
     }
   });
   if (!l.exponent) l.scale_commas += pending_commas + pending_fraction_commas;
@@ -119,8 +130,8 @@ void AppendAscii(std::u16string& out, char c) { out.push_back(static_cast<char16
 
 }  // namespace
 
-void FormatNumberSection(DecimalDigits number, std::u16string_view section,
-                         const Locale& locale, std::u16string& out) {
+void FormatNumberSection(DecimalDigits number, std::u16string_view section, const Locale& locale,
+                         std::u16string& out) {
   const Layout l = Analyse(section);
   const int64_t int_count = static_cast<int64_t>(l.int_kinds.size());
   const int64_t frac_count = static_cast<int64_t>(l.frac_kinds.size());
@@ -166,8 +177,8 @@ void FormatNumberSection(DecimalDigits number, std::u16string_view section,
 
   std::string exp_text;
   if (l.exponent) {
-    uint64_t magnitude = exponent < 0 ? static_cast<uint64_t>(-exponent)
-                                      : static_cast<uint64_t>(exponent);
+    uint64_t magnitude =
+        exponent < 0 ? static_cast<uint64_t>(-exponent) : static_cast<uint64_t>(exponent);
     exp_text = std::to_string(magnitude);
     if (static_cast<int>(exp_text.size()) < l.exp_zeros) {
       exp_text.insert(0, static_cast<std::size_t>(l.exp_zeros) - exp_text.size(), '0');
@@ -178,8 +189,12 @@ void FormatNumberSection(DecimalDigits number, std::u16string_view section,
   bool after_point = false, in_exponent = false, exp_written = false;
   Scan(section, [&](Tok t, std::u16string_view text, char16_t c) {
     switch (t) {
-      case Tok::kLiteral: out.append(text); break;
-      case Tok::kPercent: out.push_back(u'%'); break;
+      case Tok::kLiteral:
+        out.append(text);
+        break;
+      case Tok::kPercent:
+        out.push_back(u'%');
+        break;
       case Tok::kComma:
         // A comma before any placeholder means nothing to the number.
         if (int_index == 0 && !after_point && !in_exponent) out.push_back(u',');

@@ -44,8 +44,7 @@ TEST(FormatRandomTest, TwoPlacesAgainstIntegerArithmetic) {
     const char thousands = tag[0] == 'd' ? '.' : ',';
     for (int i = 0; i < 20000; ++i) {
       // Up to twelve digits: the Double's shortest form is the decimal itself.
-      const int64_t thousandths =
-          static_cast<int64_t>(rng() % 2000000000000ull) - 1000000000000ll;
+      const int64_t thousandths = static_cast<int64_t>(rng() % 2000000000000ull) - 1000000000000ll;
       const double value = static_cast<double>(thousandths) / 1000;
       ASSERT_EQ(ToUtf8(FormatValue(Variant(value), u"0.00")),
                 Reference(thousandths, false, decimal, thousands))
@@ -69,7 +68,8 @@ TEST(FormatRandomTest, WrittenTextReadsBackInTheLocale) {
       ASSERT_EQ(ConvertToType(5, Variant(grouped)).as_double(), value) << tag << " " << value;
       ASSERT_EQ(Val(FormatValue(Variant(value), u"0.00")), value) << tag << " " << value;
       // And the plain text form reads back exactly for any Double.
-      const double any = std::ldexp(static_cast<double>(rng() >> 11), static_cast<int>(rng() % 200) - 150);
+      const double any =
+          std::ldexp(static_cast<double>(rng() >> 11), static_cast<int>(rng() % 200) - 150);
       const std::u16string text = ConvertToType(8, Variant(any)).as_string();
       const double back = ConvertToType(5, Variant(text)).as_double();
       // 15 significant digits: equal within one part in 10^14.
@@ -85,11 +85,11 @@ TEST(DecimalDigitsTest, RoundingCarriesAndSigns) {
     const char* digits;
     int64_t point;
   } cases[] = {
-      {9.995, 2, "1", 2},        // 10.00
-      {0.05, 0, "", 0},          // 0.05 -> 0
-      {0.5, 0, "1", 1},          // half away from zero
-      {1234.5, -2, "12", 4},     // to hundreds: 1200
-      {1250.0, -2, "13", 4},     // 1300
+      {9.995, 2, "1", 2},     // 10.00
+      {0.05, 0, "", 0},       // 0.05 -> 0
+      {0.5, 0, "1", 1},       // half away from zero
+      {1234.5, -2, "12", 4},  // to hundreds: 1200
+      {1250.0, -2, "13", 4},  // 1300
       {0.000123456, 5, "12", -3},
   };
   for (const Case& c : cases) {
@@ -101,7 +101,7 @@ TEST(DecimalDigitsTest, RoundingCarriesAndSigns) {
   DecimalDigits negative = DigitsOfDouble(-0.001);
   RoundToPlaces(negative, 2);
   EXPECT_TRUE(negative.is_zero());
-  EXPECT_TRUE(negative.negative);  // the sign outlives the digits
+  EXPECT_TRUE(negative.negative);                    // the sign outlives the digits
   EXPECT_EQ(DigitsOfDouble(0.1 + 0.2).digits, "3");  // 15 digits: no binary tail
   EXPECT_EQ(DigitsOfSingle(0.1f).digits, "1");
   // Currency keeps all its digits, beyond the 15 of a Double.

@@ -24,12 +24,12 @@ bool IsDateSection(std::u16string_view section);
 
 // Appends the magnitude of `number` written through the number section
 // `section` (the caller writes any sign). Rounds `number` in place.
-void FormatNumberSection(DecimalDigits number, std::u16string_view section,
-                         const Locale& locale, std::u16string& out);
+void FormatNumberSection(DecimalDigits number, std::u16string_view section, const Locale& locale,
+                         std::u16string& out);
 
 // Appends the date `c` written through the date section `section`.
-void FormatDateSection(const CivilDateTime& c, std::u16string_view section,
-                       const Locale& locale, std::u16string& out);
+void FormatDateSection(const CivilDateTime& c, std::u16string_view section, const Locale& locale,
+                       std::u16string& out);
 
 }  // namespace norvik50
 

@@ -46,10 +46,10 @@ TEST(FormatNumberTest, RoundsHalfAwayFromZeroOnDecimalDigits) {
       {Variant(-0.125), u"0.00", u"-0,13", u"-0.13"},
       {Variant(2.675), u"0.00", u"2,68", u"2.68"},
       {Variant(1.005), u"0.00", u"1,01", u"1.01"},
-      {Variant(2.675f), u"0.00", u"2,68", u"2.68"},  // a Single by its 7 digits
+      {Variant(2.675f), u"0.00", u"2,68", u"2.68"},           // a Single by its 7 digits
       {Variant(Currency{25}), u"0.000", u"0,003", u"0.003"},  // Currency exactly
-      {Variant(9.995), u"0.00", u"10,00", u"10.00"},  // the carry reaches a new digit
-      {Variant(-0.001), u"0.00", u"-0,00", u"-0.00"},  // the sign stays
+      {Variant(9.995), u"0.00", u"10,00", u"10.00"},          // the carry reaches a new digit
+      {Variant(-0.001), u"0.00", u"-0,00", u"-0.00"},         // the sign stays
       {Variant(0.1 + 0.2), u"0.000000000000000000", u"0,300000000000000000",
        u"0.300000000000000000"},  // 15 significant digits, no binary tail
       {Variant(123456789.0), u"0", u"123456789", nullptr},
@@ -64,28 +64,28 @@ TEST(FormatNumberTest, PlaceholdersGroupingAndLiterals) {
       {Variant(0.0), u"#,##0.00", u"0,00", u"0.00"},
       {Variant(-1234.5), u"#,##0.00", u"-1.234,50", u"-1,234.50"},
       {Variant(5.0), u"00000", u"00005", nullptr},
-      {Variant(1.0), u"0,000", u"0.001", u"0,001"},  // padding zeros are grouped too
-      {Variant(0.5), u"#.##", u",5", u".5"},         // '#' shows no leading zero
-      {Variant(5.0), u"#.##", u"5,", u"5."},          // the point always shows
-      {Variant(5.1), u"0.0#", u"5,1", u"5.1"},        // trailing '#' drop zeros
-      {Variant(1234.0), u"00-00", u"12-34", nullptr}, // literals between digits
+      {Variant(1.0), u"0,000", u"0.001", u"0,001"},        // padding zeros are grouped too
+      {Variant(0.5), u"#.##", u",5", u".5"},               // '#' shows no leading zero
+      {Variant(5.0), u"#.##", u"5,", u"5."},               // the point always shows
+      {Variant(5.1), u"0.0#", u"5,1", u"5.1"},             // trailing '#' drop zeros
+      {Variant(1234.0), u"00-00", u"12-34", nullptr},      // literals between digits
       {Variant(123456.0), u"00-00", u"1234-56", nullptr},  // extra digits go first
       {Variant(0.256), u"0.0%", u"25,6%", u"25.6%"},
       {Variant(1234567.0), u"#,##0,", u"1.235", u"1,235"},  // thousands scaling
-      {Variant(1234567.0), u"0.0,,", u"1,2", u"1.2"},      // millions
+      {Variant(1234567.0), u"0.0,,", u"1,2", u"1.2"},       // millions
       {Variant(5.0), u"\"Nr. \"0", u"Nr. 5", nullptr},
       {Variant(5.0), u"\\#0", u"#5", nullptr},
       {Variant(5.0), u"$0.00", u"$5,00", u"$5.00"},
-      {Variant(-5.0), u"$0.00", u"-$5,00", u"-$5.00"},   // the sign goes first
-      {Variant(12.5), u".00", u"12,50", u"12.50"},       // no integer placeholder
+      {Variant(-5.0), u"$0.00", u"-$5,00", u"-$5.00"},  // the sign goes first
+      {Variant(12.5), u".00", u"12,50", u"12.50"},      // no integer placeholder
       {Variant(1234.5), u"0.00E+00", u"1,23E+03", u"1.23E+03"},
       {Variant(0.00012), u"0.0E-0", u"1,2E-4", u"1.2E-4"},
       {Variant(12345.0), u"0.0e+000", u"1,2e+004", u"1.2e+004"},
       {Variant(0.0), u"0.00E+00", u"0,00E+00", u"0.00E+00"},
       {Variant(99999.0), u"0.0E+0", u"1,0E+5", u"1.0E+5"},  // rounding carries
       {Variant(int32_t{-7}), u"0.00", u"-7,00", u"-7.00"},
-      {Variant(true), u"0", u"-1", nullptr},             // Booleans are -1 and 0
-      {Variant(), u"0.00", u"0,00", u"0.00"},            // Empty is 0
+      {Variant(true), u"0", u"-1", nullptr},   // Booleans are -1 and 0
+      {Variant(), u"0.00", u"0,00", u"0.00"},  // Empty is 0
   };
   Check(cases, std::size(cases));
 }
@@ -96,9 +96,9 @@ TEST(FormatNumberTest, Sections) {
       {Variant(-5.0), u"0.0;(0.0);\"zero\"", u"(5,0)", u"(5.0)"},  // no automatic sign
       {Variant(0.0), u"0.0;(0.0);\"zero\"", u"zero", nullptr},
       {Variant(0.001), u"0.0;(0.0);\"zero\"", u"0,0", u"0.0"},  // zero before rounding only
-      {Variant(-5.0), u"0.0;;\"zero\"", u"-5,0", u"-5.0"},     // empty section: the first
+      {Variant(-5.0), u"0.0;;\"zero\"", u"-5,0", u"-5.0"},      // empty section: the first
       {Variant(0.0), u"0.0;-0.0;", u"0,0", u"0.0"},
-      {Variant(5.0), u"\"a;b\"0", u"a;b5", nullptr},           // ";" quoted is no section
+      {Variant(5.0), u"\"a;b\"0", u"a;b5", nullptr},  // ";" quoted is no section
   };
   Check(cases, std::size(cases));
 }
@@ -127,9 +127,9 @@ TEST(FormatDateTest, PatternsAndSeparators) {
   const Case cases[] = {
       {when, u"dd.mm.yyyy", u"05.03.2024", nullptr},
       {when, u"dd/mm/yyyy", u"05.03.2024", u"05/03/2024"},  // "/" is the locale's
-      {when, u"d\\/m\\/yy", u"5/3/24", nullptr},             // unless escaped
+      {when, u"d\\/m\\/yy", u"5/3/24", nullptr},            // unless escaped
       {when, u"hh:nn:ss", u"14:07:09", nullptr},
-      {when, u"h:mm", u"14:07", nullptr},                    // m after h is the minute
+      {when, u"h:mm", u"14:07", nullptr},  // m after h is the minute
       {when, u"hh:nn AM/PM", u"02:07 PM", nullptr},
       {when, u"h a/p", u"2 p", nullptr},
       {when, u"dddd, d. mmmm yyyy", u"Dienstag, 5. M\u00E4rz 2024", u"Tuesday, 5. March 2024"},
@@ -142,7 +142,7 @@ TEST(FormatDateTest, PatternsAndSeparators) {
       {when, u"c", u"05.03.2024 14:07:09", u"3/5/2024 2:07:09 PM"},
       {when, u"\"Am \"dd.mm.", u"Am 05.03.", nullptr},
       {when, u"yyyy\\-mm\\-dd\\ hh\\:nn\\:ss", u"2024-03-05 14:07:09", nullptr},
-      {Variant(45356.0), u"yyyy-mm-dd", u"2024-03-05", nullptr},  // a number as a date
+      {Variant(45356.0), u"yyyy-mm-dd", u"2024-03-05", nullptr},    // a number as a date
       {Variant(u"2024-03-05"), u"dd.mm.yy", u"05.03.24", nullptr},  // a text as a date
   };
   Check(cases, std::size(cases));
@@ -164,27 +164,27 @@ TEST(FormatDateTest, NamedDateFormats) {
 
 TEST(FormatValueTest, TextNullAndNoPattern) {
   const Case cases[] = {
-      {Variant(u"abc"), u"0.00", u"abc", nullptr},     // no number: unchanged
-      {Variant(u"1,5"), u"0.00", u"1,50", u"15.00"},   // numeric text in the locale
-      {Variant::Null(), u"0.00", u"", nullptr},
-      {Variant(), u"", u"", nullptr},
-      {Variant(0.1), u"", u"0,1", u"0.1"},
-      {Variant(true), u"", u"True", nullptr},
+      {Variant(u"abc"), u"0.00", u"abc", nullptr},    // no number: unchanged
+      {Variant(u"1,5"), u"0.00", u"1,50", u"15.00"},  // numeric text in the locale
+      {Variant::Null(), u"0.00", u"", nullptr},      {Variant(), u"", u"", nullptr},
+      {Variant(0.1), u"", u"0,1", u"0.1"},           {Variant(true), u"", u"True", nullptr},
       {Variant(u"x"), u"", u"x", nullptr},
   };
   Check(cases, std::size(cases));
 }
 
 TEST(FormatValueTest, Errors) {
-  testing::ScopedLocale locale("en-US");
-  EXPECT_EQ(ErrorOf([] { FormatValue(Variant(SafeArray()), u"0"); }), 13);
-  EXPECT_EQ(ErrorOf([] { FormatValue(Variant(ErrorValue{5}), u"0"); }), 13);
-  EXPECT_EQ(ErrorOf([] { FormatValue(Variant(std::numeric_limits<double>::infinity()), u"0"); }),
-            6);
-  EXPECT_EQ(ErrorOf([] { FormatValue(Variant(1e10), u"dd.mm.yyyy"); }), 6);
-  // Malformed patterns are text, never an error.
-  for (const char16_t* pattern : {u"\"", u"\\", u"0.0.0", u"E+", u";;;;", u"%,,.", u"0E-"}) {
-    EXPECT_EQ(ErrorOf([&] { FormatValue(Variant(12.5), pattern); }), 0) << ToUtf8(pattern);
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    EXPECT_EQ(ErrorOf([] { FormatValue(Variant(SafeArray()), u"0"); }), 13);
+    EXPECT_EQ(ErrorOf([] { FormatValue(Variant(ErrorValue{5}), u"0"); }), 13);
+    EXPECT_EQ(ErrorOf([] { FormatValue(Variant(std::numeric_limits<double>::infinity()), u"0"); }),
+              6);
+    EXPECT_EQ(ErrorOf([] { FormatValue(Variant(1e10), u"dd.mm.yyyy"); }), 6);
+    // Malformed patterns are text, never an error.
+    for (const char16_t* pattern : {u"\"", u"\\", u"0.0.0", u"E+", u";;;;", u"%,,.", u"0E-"}) {
+      EXPECT_EQ(ErrorOf([&] { FormatValue(Variant(12.5), pattern); }), 0) << ToUtf8(pattern);
+    }
   }
 }
 

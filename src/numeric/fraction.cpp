@@ -37,8 +37,8 @@ void ApproximateFraction(float value, int32_t& numerator, int32_t& denominator) 
       denominator = i;
       return;
     }
-    const float frac = static_cast<float>(static_cast<double>(product_single) -
-                                          std::floor(product));
+    const float frac =
+        static_cast<float>(static_cast<double>(product_single) - std::floor(product));
     if (frac < best) {
       best = frac;
       best_denominator = i;

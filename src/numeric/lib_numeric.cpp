@@ -28,8 +28,7 @@ bool LIB::tklCompare(float nSource, float nTarget, float nTolerance) {
 
 bool LIB::tklAND(int32_t lVal1, int32_t lVal2) { return HasAllBits(lVal1, lVal2); }
 
-std::u16string LIB::tklReplaceDecimalChars(std::u16string_view sSource,
-                                           bool bGermanToEnglish) {
+std::u16string LIB::tklReplaceDecimalChars(std::u16string_view sSource, bool bGermanToEnglish) {
   return ReplaceDecimalChars(sSource, bGermanToEnglish);
 }
 
@@ -37,9 +36,7 @@ int32_t LIB::tklHexToDec(const Variant& vHexVal) { return HexTextToLong(vHexVal)
 
 double LIB::tklHex2Dbl(std::u16string_view sValue) { return Hex2Dbl(sValue); }
 
-std::u16string LIB::tklDbl2Hex(double dValue, int16_t iMinLen) {
-  return Dbl2Hex(dValue, iMinLen);
-}
+std::u16string LIB::tklDbl2Hex(double dValue, int16_t iMinLen) { return Dbl2Hex(dValue, iMinLen); }
 
 std::u16string LIB::tklLng2Str(int32_t Value) { return Lng2Str(Value); }
 

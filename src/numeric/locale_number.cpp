@@ -178,10 +178,9 @@ std::optional<double> NumberTextToDouble(const NumberText& number) {
     const std::size_t point = number.mantissa.find('.');
     const std::size_t first_digit = number.mantissa.find_first_of("123456789");
     if (first_digit == std::string::npos) return 0.0;
-    const int64_t int_len = static_cast<int64_t>(point == std::string::npos
-                                                     ? number.mantissa.size()
-                                                     : point) -
-                            static_cast<int64_t>(first_digit);
+    const int64_t int_len =
+        static_cast<int64_t>(point == std::string::npos ? number.mantissa.size() : point) -
+        static_cast<int64_t>(first_digit);
     if (int_len + number.exponent > 0) return std::nullopt;
     return number.negative ? -0.0 : 0.0;
   }

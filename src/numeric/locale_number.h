@@ -2,8 +2,8 @@
 // applies when a text becomes a number (CDbl, CCur, IsNumeric).
 //
 // The locale's decimal separator is the point; its thousands separator is
-// accepted anywhere after the first digit and ignored (German "1.234,56" is 1234.56; English "1,234.56" is 1234.56 and
-// "12,5" is 125). Blanks around the number, one sign before or after it,
+// accepted anywhere after the first digit and ignored (German "1.234,56" is 1234.56; English
+// "1,234.56" is 1234.56 and "12,5" is 125). Blanks around the number, one sign before or after it,
 // brackets for a negative amount, the locale's currency symbol at either end
 // and an exponent (E or D) are accepted, as are the radix forms "&H1F" and
 // "&O17" (32-bit patterns: "&HFFFFFFFF" is -1).

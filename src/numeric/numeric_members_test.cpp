@@ -29,8 +29,8 @@ class NumericMembersTest : public ::testing::TestWithParam<const char*> {
 TEST_P(NumericMembersTest, EveryMemberIsInTheTable) {
   for (const char* name :
        {"tklVal", "tklCVal", "tklRound", "tklCompare", "tklAND", "tklReplaceDecimalChars",
-        "tklHexToDec", "tklHex2Dbl", "tklDbl2Hex", "tklLng2Str", "tklStr2Lng",
-        "tklBruchrechnung", "tklSQLDate", "tklSQLDouble", "tklSQLFilter"}) {
+        "tklHexToDec", "tklHex2Dbl", "tklDbl2Hex", "tklLng2Str", "tklStr2Lng", "tklBruchrechnung",
+        "tklSQLDate", "tklSQLDouble", "tklSQLFilter"}) {
     EXPECT_TRUE(Members().Has(name)) << name;
   }
 }
@@ -48,16 +48,16 @@ TEST_P(NumericMembersTest, ExamplesThroughTheDispatch) {
   // tklCVal takes the type code as a Long.
   EXPECT_EQ(Invoke(lib_, "tklCVal", Args{Variant(int32_t{2}), Variant(2.5)}).result->as_integer(),
             2);
-  EXPECT_EQ(Invoke(lib_, "tklAND", Args{Variant(int32_t{6}), Variant(int32_t{2})})
-                .result->as_boolean(),
-            -1);
-  EXPECT_EQ(Invoke(lib_, "tklDbl2Hex", Args{Variant(255.0), Variant(int16_t{4})})
-                .result->as_string(),
-            u"00FF");
+  EXPECT_EQ(
+      Invoke(lib_, "tklAND", Args{Variant(int32_t{6}), Variant(int32_t{2})}).result->as_boolean(),
+      -1);
+  EXPECT_EQ(
+      Invoke(lib_, "tklDbl2Hex", Args{Variant(255.0), Variant(int16_t{4})}).result->as_string(),
+      u"00FF");
   EXPECT_EQ(Invoke(lib_, "tklDbl2Hex", Args{Variant(255.0)}).result->as_string(), u"FF");
   EXPECT_EQ(Invoke(lib_, "tklHexToDec", Args{Variant(u"FF")}).result->as_long(), 255);
-  EXPECT_EQ(Invoke(lib_, "tklSQLDate", Args{Variant(Date::FromCivil({2024, 3, 5, 14, 7, 9})),
-                                              Variant(true)})
+  EXPECT_EQ(Invoke(lib_, "tklSQLDate",
+                   Args{Variant(Date::FromCivil({2024, 3, 5, 14, 7, 9})), Variant(true)})
                 .result->as_string(),
             u"CONVERT(DATETIME, '2024-03-05 14:07:09', 102)");
   EXPECT_EQ(Invoke(lib_, "tklSQLDouble", Args{Variant(1234.5)}).result->as_string(), u"1234.5");
@@ -80,8 +80,8 @@ TEST_P(NumericMembersTest, BruchrechnungWritesBothOutputs) {
 }
 
 TEST_P(NumericMembersTest, FilterThroughTheDispatch) {
-  const SafeArray params(0, {Variant(u"Name"), Variant(u"Meier"), Variant(u"Betrag"),
-                             Variant(12.5)});
+  const SafeArray params(0,
+                         {Variant(u"Name"), Variant(u"Meier"), Variant(u"Betrag"), Variant(12.5)});
   EXPECT_EQ(Invoke(lib_, "tklSQLFilter", Args{Variant(params)}).result->as_string(),
             u"Name=\"Meier\" AND Betrag=12.5");
   EXPECT_EQ(Invoke(lib_, "tklSQLFilter", Args{Variant(SafeArray())}).result->as_string(), u"");

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <iterator>
 #include <optional>
-#include <exception>
 #include <string>
 
 #include "norvik50/error.h"

@@ -127,7 +127,7 @@ std::u16string Dbl2Hex(double value, int16_t min_length) {
 std::u16string Lng2Str(int32_t value) {
   const int64_t v = value;
   const int64_t b1 = (v >= 0 ? v : v - 16777215) / 16777216;  // floor division
-  if (b1 < 0) Raise(kErrInvalidCall);  // a negative byte has no character
+  if (b1 < 0) Raise(kErrInvalidCall);                         // a negative byte has no character
   const int64_t r1 = v - b1 * 16777216;
   const int64_t b2 = r1 / 65536, r2 = r1 - b2 * 65536;
   const int64_t b3 = r2 / 256, b4 = r2 - b3 * 256;

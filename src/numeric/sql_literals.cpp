@@ -18,9 +18,8 @@ std::u16string SqlDate(const Variant& value, bool server) {
   const double as_double = ConvertStrict(5, value).as_double();
   const int32_t as_long = ConvertStrict(3, value).as_long();
   // Slashes escaped: the literal wants "/" and not the locale's separator.
-  const std::u16string_view pattern = as_double != as_long
-                                          ? u"\\#yyyy\\/mm\\/dd hh\\:nn\\:ss\\#"
-                                          : u"\\#yyyy\\/mm\\/dd\\#";
+  const std::u16string_view pattern =
+      as_double != as_long ? u"\\#yyyy\\/mm\\/dd hh\\:nn\\:ss\\#" : u"\\#yyyy\\/mm\\/dd\\#";
   return FormatValue(ConvertToType(7, value), pattern);
 }
 
@@ -51,10 +50,18 @@ std::u16string SqlFilter(const SafeArray& params) {
     step([&] {
       const Variant& value = params.at(i + 1);
       switch (value.type()) {
-        case VarType::kDate: filter += SqlDate(value, false); break;
-        case VarType::kString: filter += u"\"" + value.as_string() + u"\""; break;
-        case VarType::kBoolean: filter += value.as_boolean() ? u"TRUE" : u"FALSE"; break;
-        default: filter += SqlDouble(value); break;
+        case VarType::kDate:
+          filter += SqlDate(value, false);
+          break;
+        case VarType::kString:
+          filter += u"\"" + value.as_string() + u"\"";
+          break;
+        case VarType::kBoolean:
+          filter += value.as_boolean() ? u"TRUE" : u"FALSE";
+          break;
+        default:
+          filter += SqlDouble(value);
+          break;
       }
     });
   }

@@ -32,9 +32,9 @@ TEST(SqlDateTest, BothDialectsInBothLocales) {
       {At(2024, 3, 5), false, u"#2024/03/05#"},
       {At(2024, 3, 5, 14, 7, 9), false, u"#2024/03/05 14:07:09#"},
       {At(2024, 3, 5, 12), false, u"#2024/03/05 12:00:00#"},  // x.5 rounds to even: differs
-      {Variant(45356.0), false, u"#2024/03/05#"},              // a number is a serial date
+      {Variant(45356.0), false, u"#2024/03/05#"},             // a number is a serial date
       {Variant(u"2024-03-05 14:07:09"), true,
-       u"CONVERT(DATETIME, '2024-03-05 14:07:09', 102)"},     // server: the text formatted
+       u"CONVERT(DATETIME, '2024-03-05 14:07:09', 102)"},  // server: the text formatted
       {Variant(u"abc"), true, u"CONVERT(DATETIME, 'abc', 102)"},
   };
   for (const char* tag : {"de-DE", "en-US"}) {
@@ -87,28 +87,28 @@ TEST(SqlDoubleTest, PointInEveryLocale) {
 TEST(SqlFilterTest, PairsAndEdgeCases) {
   for (const char* tag : {"de-DE", "en-US"}) {
     testing::ScopedLocale locale(tag);
-    const SafeArray params(0, {Variant(u"Name"), Variant(u"Meier"), Variant(u"Aktiv"),
-                               Variant(true), Variant(u"Betrag"), Variant(12.5),
-                               Variant(u"Datum"), At(2024, 3, 5)});
+    const SafeArray params(0,
+                           {Variant(u"Name"), Variant(u"Meier"), Variant(u"Aktiv"), Variant(true),
+                            Variant(u"Betrag"), Variant(12.5), Variant(u"Datum"), At(2024, 3, 5)});
     EXPECT_EQ(ToUtf8(SqlFilter(params)),
               "Name=\"Meier\" AND Aktiv=TRUE AND Betrag=12.5 AND Datum=#2024/03/05#")
         << tag;
     // Null is 0, not IS NULL; quotes inside texts are not escaped.
-    EXPECT_EQ(SqlFilter(SafeArray(0, {Variant(u"a"), Variant::Null(), Variant(u"b"),
-                                      Variant(u"x\"y")})),
-              u"a=0 AND b=\"x\"y\"");
-    EXPECT_EQ(SqlFilter(SafeArray(0, {Variant(u"a")})), u"");       // one element
-    EXPECT_EQ(SqlFilter(SafeArray()), u"");                          // no bounds
-    EXPECT_EQ(SqlFilter(SafeArray(0, {})), u"");                     // bounds 0 to -1
+    EXPECT_EQ(
+        SqlFilter(SafeArray(0, {Variant(u"a"), Variant::Null(), Variant(u"b"), Variant(u"x\"y")})),
+        u"a=0 AND b=\"x\"y\"");
+    EXPECT_EQ(SqlFilter(SafeArray(0, {Variant(u"a")})), u"");  // one element
+    EXPECT_EQ(SqlFilter(SafeArray()), u"");                    // no bounds
+    EXPECT_EQ(SqlFilter(SafeArray(0, {})), u"");               // bounds 0 to -1
     // An odd count leaves the last name without a value.
     EXPECT_EQ(SqlFilter(SafeArray(0, {Variant(u"a"), Variant(false), Variant(u"b")})),
               u"a=FALSE AND b=");
     // The lower bound is taken as it is.
     EXPECT_EQ(SqlFilter(SafeArray(5, {Variant(int32_t{1}), Variant(int16_t{2})})), u"1=2");
     // A value that fails is skipped, the filter goes on.
-    EXPECT_EQ(SqlFilter(SafeArray(0, {Variant(u"a"), Variant(Date{1e7}), Variant(u"b"),
-                                      Variant(1.0)})),
-              u"a= AND b=1");
+    EXPECT_EQ(
+        SqlFilter(SafeArray(0, {Variant(u"a"), Variant(Date{1e7}), Variant(u"b"), Variant(1.0)})),
+        u"a= AND b=1");
   }
 }
 
