@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 
+#include "norvik50/error.h"
 #include "norvik50/locale.h"
 
 namespace norvik50 {
@@ -99,6 +100,10 @@ std::u16string DecimalToText(const Decimal& value, char16_t decimal) {
 }
 
 std::u16string DateToText(Date value) {
+  // A serial outside the Date range has no calendar day (and NaN none at all).
+  if (!(value.serial >= Date::kMinSerial && value.serial <= Date::kMaxSerial)) {
+    Raise(kErrOverflow);
+  }
   return GeneralDateText(value.ToCivil(), CurrentLocale());
 }
 

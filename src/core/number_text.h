@@ -23,7 +23,8 @@ std::u16string DecimalToText(const Decimal& value, char16_t decimal);
 // The general date form: the locale's short date, then its long time; the
 // date is left out when the day is 1899-12-30 (a pure time), the time when
 // it is midnight and the date is shown ("05.03.2024 14:07:09",
-// "3/5/2024 2:07:09 PM", "6:00:00 AM").
+// "3/5/2024 2:07:09 PM", "6:00:00 AM"). DateToText raises overflow (6) for
+// a serial outside the Date range.
 std::u16string DateToText(Date value);
 std::u16string GeneralDateText(const CivilDateTime& c, const Locale& locale);
 

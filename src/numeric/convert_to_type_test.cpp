@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 
+#include "core/number_text.h"
 #include "norvik50/encoding.h"
 #include "norvik50/error.h"
 #include "numeric/convert_to_type.h"
@@ -153,6 +154,15 @@ TEST(ConvertToTypeTest, NumbersToText) {
       EXPECT_EQ(ConvertToType(8, c.value).as_string(), tag[0] == 'd' ? c.german : c.english)
           << tag << " " << ToUtf8(c.german);
     }
+  }
+}
+
+TEST(ConvertToTypeTest, DatesOutsideTheRangeHaveNoText) {
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    EXPECT_EQ(ErrorOf([] { DateToText(Date{1e10}); }), 6) << tag;
+    EXPECT_EQ(ErrorOf([] { DateToText(Date{std::nan("")}); }), 6) << tag;
+    EXPECT_EQ(ConvertToType(8, Variant(Date{-1e9})).as_string(), u"") << tag;  // the fallback
   }
 }
 
