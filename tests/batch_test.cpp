@@ -145,3 +145,24 @@ TEST_F(BatchTest, ToolAnswersTheDocumentedExample) {
 
 }  // namespace
 }  // namespace norvik50::cli
+
+namespace norvik50::cli {
+namespace {
+
+TEST(BatchObjectsTest, CollectionsTravelAndComeBackCleared) {
+  testing::TempFolder temp;
+  testing::ScopedEnv tmpdir("TMPDIR", temp.path());
+  LIB lib;
+  using json = nlohmann::ordered_json;
+  json answer = AnswerRequest(lib, R"({"member":"tklClearCollection","args":[{"vt":"Object","type":"Collection","v":[1,"two",3]}]})");
+  ASSERT_EQ(answer["ok"], true) << answer.dump();
+  EXPECT_EQ(answer["byref"]["0"], json({{"vt", "Object"}, {"type", "Collection"}, {"v", json::array()}}));
+  answer = AnswerRequest(lib, R"({"member":"tklClearCollection","args":[{"vt":"Object","type":"Collection","v":[1]},true]})");
+  EXPECT_EQ(answer["byref"]["0"], json({{"vt", "Object"}, {"v", nullptr}}));  // Nothing
+  // Nothing in: the member recovers silently.
+  EXPECT_EQ(AnswerRequest(lib, R"({"member":"tklClearCollection","args":[{"vt":"Object","v":null}]})")["ok"], true);
+  EXPECT_EQ(AnswerRequest(lib, R"({"member":"tklClearCollection","args":[{"vt":"Object","v":5}]})")["error"]["number"], 5);
+}
+
+}  // namespace
+}  // namespace norvik50::cli

@@ -132,7 +132,9 @@ void RegisterTextMembers(MemberTable& table) {
                    [](LIB& lib, CallArgs& a) {
                      std::shared_ptr<HostObject> object = a[0].as_object();
                      lib.tklClearCollection(object, a.flag(1));
-                     if (!object && a[0].as_object()) WriteBack(a, 0, Variant(object));
+                     // Written back always: a caller by name sees the emptied
+                     // collection, or Nothing after bSetToNothing.
+                     WriteBack(a, 0, Variant(object));
                      return Variant();
                    }));
   table.Add(Method("tklBubbleSort", {Ref("sList", A)}, kNone, [](LIB& lib, CallArgs& a) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "norvik50/collection.h"
 #include "norvik50/encoding.h"
 #include "norvik50/error.h"
 
@@ -88,6 +89,17 @@ Variant Typed(const json& value) {
     for (const json& item : v) items.push_back(VariantFromJson(item));
     return Variant(SafeArray(static_cast<int32_t>(lb), std::move(items)));
   }
+  if (vt == "Object") {
+    // Nothing, or a new Collection holding the listed items.
+    const json& v = Payload(value);
+    if (v.is_null()) return Variant(std::shared_ptr<HostObject>());
+    if (value.value("type", "") != "Collection" || !v.is_array()) {
+      throw JsonValueError("Object must be null (Nothing) or {\"type\":\"Collection\",\"v\":[...]}");
+    }
+    auto collection = std::make_shared<Collection>();
+    for (const json& item : v) collection->Add(VariantFromJson(item));
+    return Variant(std::shared_ptr<HostObject>(std::move(collection)));
+  }
   if (vt == "Record") {
     const auto type_it = value.find("type");
     const json& v = Payload(value);
@@ -150,7 +162,18 @@ json VariantToJson(const Variant& value) {
       return {{"vt", "Boolean"}, {"v", b}};
     }
     case VarType::kError: return {{"vt", "Error"}, {"v", value.as_error().code}};
-    case VarType::kObject: return {{"vt", "Object"}, {"v", value.as_object() ? "object" : nullptr}};
+    case VarType::kObject: {
+      const auto& object = value.as_object();
+      if (!object) return {{"vt", "Object"}, {"v", nullptr}};
+      if (const auto* collection = dynamic_cast<const Collection*>(object.get())) {
+        json items = json::array();
+        for (int32_t i = 1; i <= collection->Count(); ++i) {
+          items.push_back(VariantToJson(collection->Item(i)));
+        }
+        return {{"vt", "Object"}, {"type", "Collection"}, {"v", std::move(items)}};
+      }
+      return {{"vt", "Object"}, {"type", "HostObject"}, {"v", json::object()}};
+    }
     case VarType::kArray: {
       const SafeArray& array = value.as_array();
       if (!array.is_bounded()) return {{"vt", "Array"}, {"v", nullptr}};

@@ -1,7 +1,9 @@
 // Typed values of the batch protocol: a Variant as JSON and back.
 //   {"vt":"Integer","v":3}, {"vt":"String","v":"text"}, {"vt":"Null"},
 //   {"vt":"Array","lb":0,"v":[...]}, {"vt":"Array","v":null} (unbounded),
-//   {"vt":"Record","type":"typFileInfo","v":{"lpDrive":"C",...}}.
+//   {"vt":"Record","type":"typFileInfo","v":{"lpDrive":"C",...}},
+//   {"vt":"Object","v":null} (Nothing),
+//   {"vt":"Object","type":"Collection","v":[...]} (a collection of items).
 // Shorthand in requests: a JSON string is a String, true/false a Boolean,
 // null a Null, a whole number a Long (a Double when out of range), any
 // other number a Double.
