@@ -3,6 +3,8 @@
 #define NORVIK50_TOOLS_NORVIK50_COMMANDS_H_
 
 #include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
 
 namespace norvik50::cli {
 
@@ -13,6 +15,11 @@ void AddCallCommand(CLI::App& app);   // call_command.cpp
 void AddDemoCommand(CLI::App& app);   // demo_command.cpp
 void AddLzwCommand(CLI::App& app);    // lzw_command.cpp
 void AddRegCommand(CLI::App& app);    // reg_command.cpp
+
+// The Windows-style switches of `reg` (/v, /ve, /t, /d, /f, /s, /y, ...)
+// as the options the parser knows; every other argument, such as an
+// absolute path "/tmp/x.reg", passes unchanged. args[0] is the program.
+std::vector<std::string> TranslateRegSwitches(std::vector<std::string> args);
 
 // The exit code the chosen subcommand wants (0 unless it set one).
 int& ExitCode();

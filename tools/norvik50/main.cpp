@@ -16,6 +16,14 @@ int main(int argc, char** argv) {
   norvik50::cli::AddCallCommand(app);
   norvik50::cli::AddLzwCommand(app);
   norvik50::cli::AddRegCommand(app);
-  CLI11_PARSE(app, argc, argv);
+  std::vector<std::string> args =
+      norvik50::cli::TranslateRegSwitches(std::vector<std::string>(argv, argv + argc));
+  // CLI11 takes the arguments after the program name, last one first.
+  std::vector<std::string> reversed(args.rbegin(), args.rend() - 1);
+  try {
+    app.parse(reversed);
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e);
+  }
   return norvik50::cli::ExitCode();
 }

@@ -345,6 +345,22 @@ void AddValueOptions(CLI::App* cmd, Options& o) {
 
 }  // namespace
 
+std::vector<std::string> TranslateRegSwitches(std::vector<std::string> args) {
+  // Only the switch words themselves: "/tmp/x.reg" stays a path.
+  static const std::pair<const char*, const char*> kSwitches[] = {
+      {"/v", "-v"}, {"/ve", "--ve"}, {"/va", "--va"}, {"/t", "-t"},     {"/d", "-d"},
+      {"/s", "-s"}, {"/f", "-f"},    {"/y", "-y"},    {"/reg4", "--reg4"}, {"/?", "--help"}};
+  if (args.size() < 2 || args[1] != "reg") return args;
+  for (std::size_t i = 2; i < args.size(); ++i) {
+    std::string lower = args[i];
+    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (const auto& [windows, posix] : kSwitches) {
+      if (lower == windows) args[i] = posix;
+    }
+  }
+  return args;
+}
+
 void AddRegCommand(CLI::App& app) {
   CLI::App* reg = app.add_subcommand(
       "reg", "The settings store: query, add, delete, export and import keys and values");
@@ -356,14 +372,12 @@ void AddRegCommand(CLI::App& app) {
   auto run = [o](int (*fn)(const Options&)) { return [o, fn] { ExitCode() = fn(*o); }; };
 
   CLI::App* query = reg->add_subcommand("query", "Show a key's values and sub-keys");
-  query->allow_windows_style_options();
   query->add_option("key", o->key, "The key")->required();
   AddValueOptions(query, *o);
   query->add_flag("-s", o->recurse, "All sub-keys and values, recursively")->ignore_case();
   query->callback(run(Query));
 
   CLI::App* add = reg->add_subcommand("add", "Create a key, or set a value");
-  add->allow_windows_style_options();
   add->add_option("key", o->key, "The key")->required();
   AddValueOptions(add, *o);
   add->add_option("-t", o->type,
@@ -382,7 +396,6 @@ void AddRegCommand(CLI::App& app) {
   add->callback(run(Add));
 
   CLI::App* del = reg->add_subcommand("delete", "Delete a key with its sub-keys, or values");
-  del->allow_windows_style_options();
   del->add_option("key", o->key, "The key")->required();
   AddValueOptions(del, *o);
   del->add_flag("--va", o->all_values, "All values of the key")->ignore_case();
@@ -390,7 +403,6 @@ void AddRegCommand(CLI::App& app) {
   del->callback(run(Delete));
 
   CLI::App* exp = reg->add_subcommand("export", "Write a key and its subtree to a .reg file");
-  exp->allow_windows_style_options();
   exp->add_option("key", o->key, "The key")->required();
   exp->add_option("file", o->file, "The .reg file")->required();
   exp->add_flag("-y", o->force, "Overwrite an existing file without asking")->ignore_case();
@@ -398,7 +410,6 @@ void AddRegCommand(CLI::App& app) {
   exp->callback(run(Export));
 
   CLI::App* imp = reg->add_subcommand("import", "Apply a .reg file (either format)");
-  imp->allow_windows_style_options();
   imp->add_option("file", o->file, "The .reg file")->required();
   imp->callback(run(Import));
 }
