@@ -148,7 +148,9 @@ TEST_F(TextMembersTest, ClearCollectionByName) {
   items->Add(Variant(u"y"));
   InvokeResult r = Invoke(lib_, "tklClearCollection", Args{Variant(items)});
   EXPECT_EQ(items->Count(), 0);
-  EXPECT_TRUE(r.by_ref.empty());  // the caller keeps its reference
+  // The caller keeps its reference: the same, now empty, collection comes back.
+  ASSERT_EQ(r.by_ref.count(0), 1u);
+  EXPECT_EQ(r.by_ref.at(0).as_object(), items);
   items->Add(Variant(u"z"));
   r = Invoke(lib_, "tklClearCollection", Args{Variant(items), Variant(true)});
   EXPECT_EQ(items->Count(), 0);
