@@ -74,6 +74,27 @@ TEST_F(BatchTest, ArgumentCoercionAndSixteenBitOverflow) {
   }
 }
 
+TEST_F(BatchTest, ArgumentsConvertInTheCurrentLocale) {
+  LIB lib;
+  // tklRound(vSourceValue Variant, iDecimalPlaces Integer): the places come
+  // as text and convert with the locale's separators; "1,6" rounds to 2 in
+  // German (1.6) and is 16 in English, where "," groups thousands.
+  const std::string request =
+      R"({"member":"tklRound","args":[{"vt":"Double","v":1.23456789},"1,6"]})";
+  {
+    testing::ScopedLocale german("de-DE");
+    EXPECT_EQ(Ask(lib, request)["result"]["v"], 1.23);
+  }
+  {
+    testing::ScopedLocale english("en-US");
+    EXPECT_EQ(Ask(lib, request)["result"]["v"], 1.23456789);  // 16 places
+  }
+  // A String parameter given a Double writes it with the locale's separator.
+  testing::ScopedLocale german("de-DE");
+  EXPECT_EQ(Ask(lib, R"({"member":"tklGetFullPath","args":["a",{"vt":"Double","v":1.5}]})")["result"]["v"],
+            "a\\1,5");
+}
+
 TEST_F(BatchTest, IntegerParameterOverflowsAtSixteenBits) {
   // A parameter declared Integer overflows with 6 past 32767, never wraps.
   EXPECT_EQ(CoerceTo(Variant(32767), VarType::kInteger).as_integer(), 32767);

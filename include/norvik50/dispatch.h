@@ -103,6 +103,8 @@ struct InvokeResult {
 // (trailing optionals omitted); an element that is nullopt is an omitted
 // optional. With `let`, the property's let form is called and the new value
 // is the last argument.
+// Arguments convert to their parameters' types in the current locale, as
+// the runtime converts them ("1.234,56" is 1234.56 in German).
 // Raises 438 for an unknown member, 449 for an omitted required argument,
 // 450 for too many arguments, 13 or 6 when an argument cannot be coerced,
 // and whatever the member itself raises.
@@ -110,7 +112,8 @@ NORVIK50_EXPORT InvokeResult Invoke(LIB& lib, std::string_view member,
                                     std::vector<std::optional<Variant>> args,
                                     bool let = false);
 
-// Coerces `value` to `type` as the automation argument conversion does:
+// The locale-independent part of the argument conversion, for callers that
+// hold a value of unknown type: coerces `value` to `type`:
 // numbers between numeric types (rounding half to even into Integer, Long
 // and Byte; overflow 6 outside the range), Booleans and numbers both ways,
 // numeric text to numbers (13 when it is not a number), numbers to text.

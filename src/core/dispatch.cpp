@@ -162,7 +162,8 @@ Variant CoerceTo(const Variant& value, VarType type) {
 // ---- Invoke ---------------------------------------------------------------
 
 InvokeResult InvokeMember(const MemberTable& table, LIB& lib, std::string_view member,
-                          std::vector<std::optional<Variant>> args, bool let) {
+                          std::vector<std::optional<Variant>> args, bool let,
+                          ArgumentCoercion coerce) {
   const MemberInfo* info = nullptr;
   if (let) {
     info = table.Find(member, MemberKind::kPropertyLet);
@@ -182,7 +183,7 @@ InvokeResult InvokeMember(const MemberTable& table, LIB& lib, std::string_view m
       if (param.default_value) arg = *param.default_value;
       continue;
     }
-    arg = CoerceTo(*arg, param.type);
+    arg = coerce(*arg, param.type);
     if (!param.record_type.empty() && arg->as_record().type_name() != param.record_type) {
       Raise(kErrTypeMismatch);
     }

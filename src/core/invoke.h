@@ -8,8 +8,13 @@
 
 namespace norvik50 {
 
+// Converts an argument to its parameter's type; raises as CoerceTo does.
+using ArgumentCoercion = Variant (*)(const Variant& value, VarType type);
+
+// Calls `member` from `table`, converting each argument with `coerce`.
 InvokeResult InvokeMember(const MemberTable& table, LIB& lib, std::string_view member,
-                          std::vector<std::optional<Variant>> args, bool let);
+                          std::vector<std::optional<Variant>> args, bool let,
+                          ArgumentCoercion coerce = &CoerceTo);
 
 }  // namespace norvik50
 
