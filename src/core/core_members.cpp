@@ -8,9 +8,6 @@ namespace norvik50 {
 
 void RegisterCoreMembers(MemberTable& table) {
   using namespace members;
-  constexpr VarType S = VarType::kString;
-  constexpr VarType L = VarType::kLong;
-  constexpr VarType B = VarType::kBoolean;
 
   table.Add(Method("tklSystemDir", {}, S, [](LIB& lib, CallArgs&) {
     return Variant(lib.tklSystemDir());
@@ -61,8 +58,7 @@ void RegisterCoreMembers(MemberTable& table) {
                    [](LIB& lib, CallArgs& a) {
                      typFileInfo info = FileInfoFromRecord(a[1].as_record());
                      const bool split = lib.tklSeparateFile(a.str(0), info);
-                     a.at(1) = Variant(ToRecord(info));
-                     a.MarkWritten(1);
+                     WriteBack(a, 1, Variant(ToRecord(info)));
                      return Variant(split);
                    }));
 }

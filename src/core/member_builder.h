@@ -10,6 +10,25 @@
 
 namespace norvik50::members {
 
+// Parameter and result types as the tables write them.
+inline constexpr VarType S = VarType::kString;
+inline constexpr VarType I = VarType::kInteger;
+inline constexpr VarType L = VarType::kLong;
+inline constexpr VarType F = VarType::kSingle;
+inline constexpr VarType D = VarType::kDouble;
+inline constexpr VarType B = VarType::kBoolean;
+inline constexpr VarType V = VarType::kVariant;
+inline constexpr VarType A = VarType::kArray;
+inline constexpr VarType O = VarType::kObject;
+inline constexpr VarType kNone = VarType::kEmpty;  // no result
+
+// Writes `value` back to by-reference argument `i`, so a caller by name
+// sees it.
+inline void WriteBack(CallArgs& a, std::size_t i, Variant value) {
+  a.at(i) = std::move(value);
+  a.MarkWritten(i);
+}
+
 // A required argument passed by value.
 inline ParamInfo In(std::string name, VarType type) {
   return {std::move(name), type, false, false, std::nullopt, {}};

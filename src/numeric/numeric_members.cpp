@@ -7,15 +7,6 @@ namespace norvik50 {
 
 void RegisterNumericMembers(MemberTable& table) {
   using namespace members;
-  constexpr VarType S = VarType::kString;
-  constexpr VarType I = VarType::kInteger;
-  constexpr VarType L = VarType::kLong;
-  constexpr VarType F = VarType::kSingle;
-  constexpr VarType D = VarType::kDouble;
-  constexpr VarType B = VarType::kBoolean;
-  constexpr VarType V = VarType::kVariant;
-  constexpr VarType A = VarType::kArray;
-  constexpr VarType kNone = VarType::kEmpty;
 
   table.Add(Method("tklVal", {In("sSource", S)}, D,
                    [](LIB& lib, CallArgs& a) { return Variant(lib.tklVal(a.str(0))); }));
@@ -50,10 +41,8 @@ void RegisterNumericMembers(MemberTable& table) {
                    kNone, [](LIB& lib, CallArgs& a) {
                      int32_t numerator = 0, denominator = 0;
                      lib.tklBruchrechnung(a[0].as_single(), numerator, denominator);
-                     a.at(1) = Variant(numerator);
-                     a.MarkWritten(1);
-                     a.at(2) = Variant(denominator);
-                     a.MarkWritten(2);
+                     WriteBack(a, 1, Variant(numerator));
+                     WriteBack(a, 2, Variant(denominator));
                      return Variant();
                    }));
 

@@ -9,12 +9,6 @@ namespace norvik50 {
 
 void RegisterSettingsMembers(MemberTable& table) {
   using namespace members;
-  constexpr VarType S = VarType::kString;
-  constexpr VarType I = VarType::kInteger;
-  constexpr VarType L = VarType::kLong;
-  constexpr VarType B = VarType::kBoolean;
-  constexpr VarType V = VarType::kVariant;
-  constexpr VarType A = VarType::kArray;
 
   table.Add(
       Method("tkrDeleteKey",
@@ -61,8 +55,7 @@ void RegisterSettingsMembers(MemberTable& table) {
                    VarType::kEmpty, [](LIB& lib, CallArgs& a) {
                      SafeArray keys(VarType::kString);
                      lib.tkrFindRegKeys(a.i32(0), a.str(1), keys);
-                     a.at(2) = Variant(std::move(keys));
-                     a.MarkWritten(2);
+                     WriteBack(a, 2, Variant(std::move(keys)));
                      return Variant();
                    }));
 }

@@ -8,26 +8,8 @@
 #include "norvik50/lib.h"
 
 namespace norvik50 {
-namespace {
-
-// Writes `value` back to by-reference argument `i`.
-void WriteBack(CallArgs& a, std::size_t i, Variant value) {
-  a.at(i) = std::move(value);
-  a.MarkWritten(i);
-}
-
-}  // namespace
-
 void RegisterTextMembers(MemberTable& table) {
   using namespace members;
-  constexpr VarType S = VarType::kString;
-  constexpr VarType I = VarType::kInteger;
-  constexpr VarType L = VarType::kLong;
-  constexpr VarType B = VarType::kBoolean;
-  constexpr VarType V = VarType::kVariant;
-  constexpr VarType A = VarType::kArray;
-  constexpr VarType O = VarType::kObject;
-  constexpr VarType kNone = VarType::kEmpty;
 
   // The search members share their leading parameters.
   const auto search_params = [&] {
