@@ -19,8 +19,8 @@ constexpr uint32_t kSlotBias = kFirstLearnt - 1;
 
 struct ThreadTable {
   std::unique_ptr<uint8_t[]> slots{new uint8_t[kSlots]()};
-  // Slots written since the table was last all-zero: one per learnt entry,
-  // the late key of entry 258 (below) and one scratch store.
+  // Slots written since the table was last all-zero: one per learnt entry
+  // and the late key of entry 258 (below).
   uint32_t written[kDictionarySize];
 };
 
@@ -96,12 +96,7 @@ class CodeSink {
     writer_.bits = kCodeBits - 8;
   }
 
-  // Adds `code` when `put` is 1; nothing when it is 0.
-  void PutIf(uint32_t code, uint32_t put) {
-    codes_[count_] = static_cast<uint16_t>(code);
-    count_ += put;
-  }
-  void Put(uint32_t code) { PutIf(code, 1); }
+  void Put(uint32_t code) { codes_[count_++] = static_cast<uint16_t>(code); }
   bool full() const { return count_ >= kBatch - 2; }
 
   // Packs the codes in groups of 8; the last few wait for the next batch.
@@ -207,16 +202,16 @@ std::string Deflate(std::string_view input) {
   uint32_t next = kFirstLearnt;
   LateEntry late;
 
-  // The loop is written without a branch on "found": on real text whether wc
-  // is in the dictionary is close to a coin toss, so the code of w is always
-  // stored in the batch (and only counted when wc was not found) and the
-  // slot always written (with its own value when found).
+  // A found string only extends w; all the work is on the other path, where
+  // w's code is written and wc learnt.
   for (const unsigned char* p = begin + 1; p < end; ++p) {
     const uint32_t c = *p;
     const uint32_t slot = (w << 8) | c;
-    const uint32_t found = slots[slot];
-    const uint32_t miss = found == 0;
-    if (miss & (next == kDictionarySize)) [[unlikely]] {
+    if (const uint32_t found = slots[slot]) {
+      w = found + kSlotBias;
+      continue;
+    }
+    if (next == kDictionarySize) [[unlikely]] {
       // Full: the clear code follows the code that overflowed the
       // dictionary, and the string that failed the lookup becomes entry 258
       // of the fresh one.
@@ -235,14 +230,12 @@ std::string Deflate(std::string_view input) {
       if (batch.full()) batch.Flush();
       continue;
     }
-    batch.PutIf(w, miss);
-    slots[slot] = static_cast<uint8_t>(found | ((next - kSlotBias) & (0u - miss)));
-    *dict.written_end = slot;  // the scratch store when found
-    dict.written_end += miss;
-    if (miss & (slot == late.watch)) [[unlikely]] late.Advance(dict, next);
-    next += miss;
-    w = miss ? c : found + kSlotBias;
-    w_start = miss ? p : w_start;
+    batch.Put(w);
+    dict.Set(slot, next);
+    if (slot == late.watch) [[unlikely]] late.Advance(dict, next);
+    ++next;
+    w = c;
+    w_start = p;
     if (batch.full()) [[unlikely]] batch.Flush();
   }
   batch.Put(w);
