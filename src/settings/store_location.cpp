@@ -21,7 +21,9 @@ std::string WithoutTrailingSlash(std::string folder) {
 
 }  // namespace
 
-std::optional<StoreFile> StoreFileFor(int32_t root) {
+namespace {
+
+std::optional<StoreFile> BuildStoreFile(int32_t root) {
   const std::u16string_view name = RootKeyName(root);
   if (name.empty() || root == HKEY_PERFORMANCE_DATA) return std::nullopt;
   const std::string file_name = ToUtf8(name) + ".db";
@@ -45,6 +47,39 @@ std::optional<StoreFile> StoreFileFor(int32_t root) {
   }
   file.path = file.folder + "/" + file_name;
   return file;
+}
+
+}  // namespace
+
+// Every store operation asks for its file; the answer only changes when the
+// environment does, so the last answer per root is kept together with the
+// variables it was built from, and comparing those is all a call costs.
+std::optional<StoreFile> StoreFileFor(int32_t root) {
+  struct Cached {
+    int32_t root = 0;
+    std::string registry_dir, config_home, home;
+    std::optional<StoreFile> file;
+    bool valid = false;
+  };
+  thread_local Cached cache[4];
+  const char* registry_dir = std::getenv("NORVIK50_REGISTRY_DIR");
+  const char* config_home = std::getenv("XDG_CONFIG_HOME");
+  const char* home = std::getenv("HOME");
+  auto same = [](const std::string& kept, const char* now) {
+    return now == nullptr ? kept.empty() : kept == now;
+  };
+  Cached& slot = cache[static_cast<uint32_t>(root) % 4];
+  if (slot.valid && slot.root == root && same(slot.registry_dir, registry_dir) &&
+      same(slot.config_home, config_home) && same(slot.home, home)) {
+    return slot.file;
+  }
+  slot.root = root;
+  slot.registry_dir = registry_dir != nullptr ? registry_dir : "";
+  slot.config_home = config_home != nullptr ? config_home : "";
+  slot.home = home != nullptr ? home : "";
+  slot.file = BuildStoreFile(root);
+  slot.valid = true;
+  return slot.file;
 }
 
 }  // namespace norvik50::settings
