@@ -1,6 +1,7 @@
 #include "norvik50/encoding.h"
 
 #include <array>
+#include <memory>
 
 namespace norvik50 {
 namespace {
@@ -15,6 +16,19 @@ constexpr std::array<char16_t, 32> kHighControls = {
     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 constexpr char16_t kReplacement = 0xFFFD;
+
+// Character -> byte + 1 (0: no byte), for every UTF-16 unit. Texts of byte
+// characters (compressed streams, binary values) are full of the 0x80..0x9F
+// characters, so each must cost one lookup, not a search. Built by the
+// compiler, so it costs neither a heap block nor a first-use check.
+constexpr std::array<uint16_t, 0x10000> kByteOfChar = [] {
+  std::array<uint16_t, 0x10000> t{};
+  for (int b = 0; b < 256; ++b) {
+    const char16_t ch = b >= 0x80 && b <= 0x9F ? kHighControls[b - 0x80] : char16_t(b);
+    t[ch] = static_cast<uint16_t>(b + 1);
+  }
+  return t;
+}();
 
 void AppendUtf8(std::string& out, char32_t cp) {
   if (cp < 0x80) {
@@ -117,28 +131,34 @@ char16_t Cp1252ToChar(uint8_t byte) noexcept {
 }
 
 std::optional<uint8_t> CharToCp1252(char16_t ch) noexcept {
-  if (ch < 0x80 || (ch >= 0xA0 && ch <= 0xFF)) return static_cast<uint8_t>(ch);
-  for (std::size_t i = 0; i < kHighControls.size(); ++i) {
-    if (kHighControls[i] == ch) return static_cast<uint8_t>(0x80 + i);
-  }
-  return std::nullopt;
+  const uint16_t b = kByteOfChar[ch];
+  if (b == 0) return std::nullopt;
+  return static_cast<uint8_t>(b - 1);
 }
 
 std::u16string BytesToText(std::string_view bytes) {
+  static const std::array<char16_t, 256> char_of = [] {
+    std::array<char16_t, 256> t{};
+    for (int b = 0; b < 256; ++b) t[b] = Cp1252ToChar(static_cast<uint8_t>(b));
+    return t;
+  }();
   std::u16string out(bytes.size(), u'\0');
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    out[i] = Cp1252ToChar(static_cast<uint8_t>(bytes[i]));
+    out[i] = char_of[static_cast<uint8_t>(bytes[i])];
   }
   return out;
 }
 
 std::optional<std::string> TextToBytes(std::u16string_view text) {
+  const uint16_t* byte_of = kByteOfChar.data();
   std::string out(text.size(), '\0');
+  uint32_t missing = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto b = CharToCp1252(text[i]);
-    if (!b) return std::nullopt;
-    out[i] = static_cast<char>(*b);
+    const uint32_t b = byte_of[text[i]];
+    missing |= static_cast<uint32_t>(b == 0);  // checked once, after the loop
+    out[i] = static_cast<char>(b - 1);
   }
+  if (missing != 0) return std::nullopt;
   return out;
 }
 
