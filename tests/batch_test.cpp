@@ -7,6 +7,7 @@
 
 #include "batch.h"
 #include "norvik50/dispatch.h"
+#include "norvik50/encoding.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50::cli {
@@ -183,6 +184,29 @@ TEST(BatchObjectsTest, CollectionsTravelAndComeBackCleared) {
   // Nothing in: the member recovers silently.
   EXPECT_EQ(AnswerRequest(lib, R"({"member":"tklClearCollection","args":[{"vt":"Object","v":null}]})")["ok"], true);
   EXPECT_EQ(AnswerRequest(lib, R"({"member":"tklClearCollection","args":[{"vt":"Object","v":5}]})")["error"]["number"], 5);
+}
+
+}  // namespace
+}  // namespace norvik50::cli
+
+namespace norvik50::cli {
+namespace {
+
+TEST(BatchCodecTest, DeflateAndInflateByName) {
+  testing::TempFolder temp;
+  testing::ScopedEnv tmpdir("TMPDIR", temp.path());
+  LIB lib;
+  using json = nlohmann::ordered_json;
+  // One character compresses to three.
+  json answer = AnswerRequest(lib, R"({"member":"tklGlobalVar","args":["Deflate","A"]})");
+  ASSERT_EQ(answer["ok"], true) << answer.dump();
+  const std::string packed = answer["result"]["v"].get<std::string>();
+  EXPECT_EQ(FromUtf8(packed).size(), 3u);
+  const json request = {{"member", "tklGlobalVar"}, {"args", {"INFLATE", packed}}};
+  answer = AnswerRequest(lib, request.dump());
+  EXPECT_EQ(answer["result"]["v"], "A");
+  EXPECT_EQ(AnswerRequest(lib, R"({"member":"tklGlobalVar","args":["SHRINK","A"]})")["error"]["number"], 5);
+  EXPECT_EQ(AnswerRequest(lib, R"({"member":"tklGlobalVar","args":["DEFLATE",""]})")["error"]["number"], 5);
 }
 
 }  // namespace
