@@ -41,7 +41,6 @@ std::u16string RuntimeErrorText(int32_t number) {
     case 93: return u"Invalid pattern string";
     case 94: return u"Invalid use of Null";
     case 424: return u"Object required";
-    case 429: return u"ActiveX component can't create object";
     case 438: return u"Object doesn't support this property or method";
     case 440: return u"Automation error";
     case 445: return u"Object doesn't support this action";

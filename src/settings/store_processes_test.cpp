@@ -26,9 +26,9 @@ constexpr std::u16string_view kKey = u"Software\\Shared";
 // into kKey and prints "i" on stdout once each is stored; then exits
 // without returning to the test runner.
 [[maybe_unused]] const bool kWriterRan = [] {
-  const char* spec = std::getenv("NORVIK50_SETTINGS_WRITER");
-  if (spec == nullptr) return false;
-  const std::string s(spec);
+  const char* job = std::getenv("NORVIK50_SETTINGS_WRITER");
+  if (job == nullptr) return false;
+  const std::string s(job);
   const std::size_t colon = s.find(':');
   const std::u16string prefix = FromUtf8(s.substr(0, colon));
   const int count = std::atoi(s.c_str() + colon + 1);
@@ -58,8 +58,8 @@ Writer StartWriter(const std::string& prefix, int count) {
     ::dup2(fds[1], STDOUT_FILENO);
     ::close(fds[0]);
     ::close(fds[1]);
-    const std::string spec = prefix + ":" + std::to_string(count);
-    ::setenv("NORVIK50_SETTINGS_WRITER", spec.c_str(), 1);
+    const std::string job = prefix + ":" + std::to_string(count);
+    ::setenv("NORVIK50_SETTINGS_WRITER", job.c_str(), 1);
     char* const args[] = {const_cast<char*>("settings_tests"), nullptr};
     ::execv("/proc/self/exe", args);
     std::_Exit(127);
