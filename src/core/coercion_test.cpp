@@ -8,6 +8,7 @@
 #include "norvik50/dispatch.h"
 #include "norvik50/encoding.h"
 #include "norvik50/error.h"
+#include "norvik50/locale.h"
 #include "testing/error_number.h"
 #include "testing/temp_folder.h"
 
@@ -81,6 +82,34 @@ TEST(CoercionTest, TextBothWays) {
   EXPECT_EQ(ErrorOf(Variant::Null(), VarType::kString), 94);
   EXPECT_EQ(ErrorOf(Variant(SafeArray()), VarType::kString), 13);
   EXPECT_EQ(ErrorOf(Variant(u"x"), VarType::kArray), 13);
+}
+
+}  // namespace
+}  // namespace norvik50
+
+namespace norvik50 {
+namespace {
+
+TEST(CalendarNamesTest, GermanAndEnglishAsWindowsWritesThem) {
+  const CivilDateTime tuesday{2024, 3, 5, 0, 0, 0};
+  struct Case {
+    const char* tag;
+    const char16_t* text;
+  } cases[] = {
+      // "Mrz" and "Di" where ICU would write "Mär." and "Di.".
+      {"de-DE", u"Di Dienstag, 5. Mrz M\u00E4rz 2024"},
+      {"de-AT", u"Di Dienstag, 5. Mrz M\u00E4rz 2024"},
+      {"en-US", u"Tue Tuesday, 5. Mar March 2024"},
+      // "Sep", not ICU's British "Sept".
+      {"en-GB", u"Tue Tuesday, 5. Mar March 2024"},
+  };
+  for (const Case& c : cases) {
+    const Locale locale = LocaleForTag(c.tag);
+    EXPECT_EQ(RenderLocalePattern(u"ddd dddd, d. MMM MMMM yyyy", tuesday, locale), c.text)
+        << c.tag;
+  }
+  EXPECT_EQ(NamesFor(LocaleForTag("en-GB")).short_months[8], u"Sep");
+  EXPECT_EQ(NamesFor(LocaleForTag("de-DE")).short_months[9], u"Okt");
 }
 
 }  // namespace

@@ -107,7 +107,34 @@ std::u16string DateToText(Date value) {
   return GeneralDateText(value.ToCivil(), CurrentLocale());
 }
 
+// German and English names as Windows writes them; ICU's differ in places
+// ("Mär." and "Mo." in German, "Sept" in British English), and hosts compare
+// formatted dates with what they always got.
+const CalendarNames& GermanNames() {
+  static const CalendarNames names{
+      {u"Januar", u"Februar", u"M\u00E4rz", u"April", u"Mai", u"Juni", u"Juli", u"August",
+       u"September", u"Oktober", u"November", u"Dezember"},
+      {u"Jan", u"Feb", u"Mrz", u"Apr", u"Mai", u"Jun", u"Jul", u"Aug", u"Sep", u"Okt", u"Nov",
+       u"Dez"},
+      {u"Sonntag", u"Montag", u"Dienstag", u"Mittwoch", u"Donnerstag", u"Freitag", u"Samstag"},
+      {u"So", u"Mo", u"Di", u"Mi", u"Do", u"Fr", u"Sa"}};
+  return names;
+}
+
+const CalendarNames& EnglishNames() {
+  static const CalendarNames names{
+      {u"January", u"February", u"March", u"April", u"May", u"June", u"July", u"August",
+       u"September", u"October", u"November", u"December"},
+      {u"Jan", u"Feb", u"Mar", u"Apr", u"May", u"Jun", u"Jul", u"Aug", u"Sep", u"Oct", u"Nov",
+       u"Dec"},
+      {u"Sunday", u"Monday", u"Tuesday", u"Wednesday", u"Thursday", u"Friday", u"Saturday"},
+      {u"Sun", u"Mon", u"Tue", u"Wed", u"Thu", u"Fri", u"Sat"}};
+  return names;
+}
+
 const CalendarNames& NamesFor(const Locale& locale) {
+  if (locale.is_german()) return GermanNames();
+  if (locale.tag == "en-US" || locale.tag == "en-GB") return EnglishNames();
   static std::mutex mutex;
   static std::map<std::string, std::unique_ptr<CalendarNames>> cache;
   std::lock_guard<std::mutex> lock(mutex);
