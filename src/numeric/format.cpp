@@ -268,17 +268,8 @@ bool IsDateSection(std::u16string_view section) {
     }
     if (c == u'0' || c == u'#') return false;
     if (c >= u'A' && c <= u'Z') c += 32;
+    if (IsDateFieldLetter(c)) return true;
     switch (c) {
-      case u'c':
-      case u'd':
-      case u'w':
-      case u'm':
-      case u'q':
-      case u'y':
-      case u'h':
-      case u'n':
-      case u's':
-        return true;
       case u'a':  // AM/PM, A/P, AMPM
         if (EqualsNoCase(section.substr(i, 5), u"am/pm") ||
             EqualsNoCase(section.substr(i, 3), u"a/p") ||

@@ -56,32 +56,20 @@ void Scan(std::u16string_view s, Sink&& sink) {
       continue;
     }
     const char16_t lower = LowerAscii(c);
-    switch (lower) {
-      case u'c':
-      case u'd':
-      case u'w':
-      case u'm':
-      case u'q':
-      case u'y':
-      case u'h':
-      case u'n':
-      case u's':
-      case u't': {
-        std::size_t run = 1;
-        while (i + run < s.size() && LowerAscii(s[i + run]) == lower) ++run;
-        // A run of t shorter than five is plain text.
-        if (lower == u't' && run < 5) {
-          sink(DTok::kLiteral, s.substr(i, run), u'\0', 0);
-        } else {
-          sink(DTok::kField, s.substr(i, run), lower, run);
-        }
-        i += run;
-        continue;
+    if (IsDateFieldLetter(lower) || lower == u't') {
+      std::size_t run = 1;
+      while (i + run < s.size() && LowerAscii(s[i + run]) == lower) ++run;
+      // A run of t shorter than five is plain text.
+      if (lower == u't' && run < 5) {
+        sink(DTok::kLiteral, s.substr(i, run), u'\0', 0);
+      } else {
+        sink(DTok::kField, s.substr(i, run), lower, run);
       }
-      default:
-        sink(DTok::kRaw, s.substr(i, 1), u'\0', 0);
-        ++i;
+      i += run;
+      continue;
     }
+    sink(DTok::kRaw, s.substr(i, 1), u'\0', 0);
+    ++i;
   }
 }
 

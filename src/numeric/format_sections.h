@@ -18,6 +18,13 @@ namespace norvik50 {
 // is not used. Returns the number of sections (at least 1).
 int SplitSections(std::u16string_view pattern, std::u16string_view (&sections)[3]);
 
+// Whether `lower` (a lower-case letter) starts a date field: c d w m q y h n
+// s (and t, as ttttt). One list for telling sections apart and for writing
+// them, so the two never disagree.
+constexpr bool IsDateFieldLetter(char16_t lower) {
+  return std::u16string_view(u"cdwmqyhns").find(lower) != std::u16string_view::npos;
+}
+
 // Whether the first placeholder of `section` is a date letter rather than
 // a digit placeholder.
 bool IsDateSection(std::u16string_view section);
