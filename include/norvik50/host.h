@@ -23,8 +23,7 @@ NORVIK50_EXPORT std::u16string HostApplicationName();
 // The title dialogs use when the caller gives none: NORVIK50_APP_TITLE, or
 // what the host set, or the application name.
 NORVIK50_EXPORT std::u16string HostApplicationTitle();
-NORVIK50_EXPORT void SetHostApplication(std::u16string_view name,
-                                        std::u16string_view title = u"");
+NORVIK50_EXPORT void SetHostApplication(std::u16string_view name, std::u16string_view title = u"");
 
 // ---- User interface seam ------------------------------------------------------
 
@@ -38,9 +37,8 @@ class NORVIK50_EXPORT UserInterface {
   // message-box style word (buttons in the low 3 bits, 16/32/48/64 symbol)
   // and a title that is never empty. Returns the answer code (1 OK ... 7 No)
   // or 10 when the dialog could not be shown.
-  virtual int32_t ShowStandardMessage(std::u16string_view prompt,
-                                      std::u16string_view detail, int32_t style,
-                                      std::u16string_view title) = 0;
+  virtual int32_t ShowStandardMessage(std::u16string_view prompt, std::u16string_view detail,
+                                      int32_t style, std::u16string_view title) = 0;
 };
 
 // The headless implementation (the default).
@@ -63,8 +61,15 @@ NORVIK50_EXPORT std::map<char16_t, std::string> DriveRoots();
 
 // The Linux path for a Windows-style path: "X:\a\b" -> root(X) + "/a/b";
 // "\a" -> the current folder's drive root + "/a"; "a\b" (relative) -> "a/b";
-// an absolute POSIX path ("/etc/x") passes unchanged. nullopt for an
-// unmapped drive, a UNC path or an empty path.
+// an absolute POSIX path ("/etc/x") passes unchanged. Below the drive root
+// (or the current folder), the path is found as Windows finds it whatever
+// the case it is written in: the exact spelling when it exists, else each
+// component matched against the folder's entries without regard to case
+// ("C:\PROG\RES_DE.DLL" -> root(C) + "/Prog/Res_DE.dll"); the exact name
+// wins over names that differ only in case. A name that does not exist
+// keeps its spelling under the folder found, so a file created there gets
+// the name the caller gave. nullopt for an unmapped drive, a UNC path, an
+// empty path and a path with a NUL character: none of them names a file.
 NORVIK50_EXPORT std::optional<std::string> ToLinuxPath(std::u16string_view windows_path);
 // The inverse for absolute Linux paths: the drive whose root is the longest
 // prefix of `linux_path` ("/tmp" -> "Z:\tmp"). A relative path is taken

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <mutex>
 
+#include "core/path_lookup.h"
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
 
@@ -87,25 +88,53 @@ std::map<char16_t, std::string> DriveRoots() {
   return State().roots;
 }
 
-std::optional<std::string> ToLinuxPath(std::u16string_view path) {
-  if (path.empty()) return std::nullopt;
-  if (path.front() == u'/') return ToUtf8(path);
+namespace {
+
+// The root of one drive letter, without copying the whole map.
+std::optional<std::string> RootOf(char16_t letter) {
+  std::lock_guard lock(State().mutex);
+  const auto it = State().roots.find(UpperLetter(letter));
+  if (it == State().roots.end()) return std::nullopt;
+  return it->second;
+}
+
+}  // namespace
+
+std::optional<std::string> MapWindowsPath(std::u16string_view path, PathStatus* status) {
+  if (status != nullptr) *status = {};
+  // The file system ends a name at its first NUL; "/etc/passwd" NUL ".txt"
+  // must not name /etc/passwd, so a path with a NUL names no file at all.
+  if (path.empty() || path.find(u'\0') != std::u16string_view::npos) return std::nullopt;
+  if (path.front() == u'/') {
+    // An absolute Linux path is already what the disk calls it.
+    std::string linux_path = ToUtf8(path);
+    const std::size_t fixed = linux_path.size();
+    return FindPathIgnoringCase(std::move(linux_path), fixed, status);
+  }
   if (path.size() >= 2 && path[0] == u'\\' && path[1] == u'\\') return std::nullopt;
-  const auto roots = DriveRoots();
+  std::u16string_view rest = path;
+  std::optional<std::string> root;
   if (path.size() >= 2 && path[1] == u':' && IsLetter(path[0])) {
-    const auto it = roots.find(UpperLetter(path[0]));
-    if (it == roots.end()) return std::nullopt;
     // "C:file" is relative to the drive's current folder; with one folder
     // per drive root that is the root itself.
-    return JoinUnderRoot(it->second, BackslashesToSlashes(path.substr(2)));
+    root = RootOf(path[0]);
+    rest.remove_prefix(2);
+  } else if (path.front() == u'\\') {
+    root = RootOf(CurrentFolder().front());
+  } else {
+    // Relative: looked up from the current folder, and kept relative.
+    return FindPathIgnoringCase(BackslashesToSlashes(path), 0, status);
   }
-  if (path.front() == u'\\') {
-    const std::u16string current = CurrentFolder();
-    const auto it = roots.find(UpperLetter(current.front()));
-    if (it == roots.end()) return std::nullopt;
-    return JoinUnderRoot(it->second, BackslashesToSlashes(path));
-  }
-  return BackslashesToSlashes(path);  // relative: the OS resolves it
+  if (!root) return std::nullopt;
+  std::string linux_path = JoinUnderRoot(*root, BackslashesToSlashes(rest));
+  // The root is a Linux folder the host named; only what lies below it is
+  // the Windows path's own spelling.
+  const std::size_t fixed = *root == "/" ? 1 : root->size() + 1;
+  return FindPathIgnoringCase(std::move(linux_path), fixed, status);
+}
+
+std::optional<std::string> ToLinuxPath(std::u16string_view path) {
+  return MapWindowsPath(path, nullptr);
 }
 
 std::optional<std::u16string> ToWindowsPath(std::string_view linux_path) {
@@ -115,10 +144,9 @@ std::optional<std::u16string> ToWindowsPath(std::string_view linux_path) {
   const std::pair<const char16_t, std::string>* best = nullptr;
   for (const auto& entry : roots) {
     const std::string& root = entry.second;
-    const bool covers =
-        root == "/" || path == root ||
-        (path.compare(0, root.size(), root) == 0 && path.size() > root.size() &&
-         path[root.size()] == '/');
+    const bool covers = root == "/" || path == root ||
+                        (path.compare(0, root.size(), root) == 0 && path.size() > root.size() &&
+                         path[root.size()] == '/');
     if (covers && (best == nullptr || root.size() > best->second.size())) best = &entry;
   }
   if (best == nullptr) return std::nullopt;
@@ -129,8 +157,6 @@ std::optional<std::u16string> ToWindowsPath(std::string_view linux_path) {
   return out;
 }
 
-std::u16string CurrentFolder() {
-  return ToWindowsPath(CurrentLinuxFolder()).value_or(u"Z:\\");
-}
+std::u16string CurrentFolder() { return ToWindowsPath(CurrentLinuxFolder()).value_or(u"Z:\\"); }
 
 }  // namespace norvik50

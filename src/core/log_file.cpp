@@ -1,5 +1,10 @@
 #include "core/log_file.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
 
 #include "norvik50/encoding.h"
@@ -15,8 +20,8 @@ std::u16string Ascii(std::string_view text) { return std::u16string(text.begin()
 
 std::string FormatLogLine(std::u16string_view message, const CivilDateTime& when) {
   char stamp[32];
-  std::snprintf(stamp, sizeof stamp, "%02d.%02d.%04d %02d:%02d", when.day, when.month,
-                when.year, when.hour, when.minute);
+  std::snprintf(stamp, sizeof stamp, "%02d.%02d.%04d %02d:%02d", when.day, when.month, when.year,
+                when.hour, when.minute);
   std::string line(stamp);
   // The message starts in the next print zone after the stamp, as printing
   // two items separated by a comma places it: 16 characters -> column 29.
@@ -45,10 +50,26 @@ std::u16string ErrorNumberText(int32_t number) {
 }
 
 bool WriteLogBytes(const std::string& path, std::string_view bytes, bool truncate) {
-  std::FILE* file = std::fopen(path.c_str(), truncate ? "wb" : "ab");
-  if (file == nullptr) return false;
-  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  return std::fclose(file) == 0 && written;
+  // The log usually lies in a temporary folder that other users share. A
+  // link planted there under the log's name must not lead the write (or the
+  // truncation) to another file, so the last component is never followed;
+  // and a FIFO planted there must not block the host, so the open does not
+  // wait and anything but a regular file is refused.
+  const int fd = ::open(path.c_str(),
+                        O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
+  if (fd < 0) return false;
+  struct stat st {};
+  bool ok = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode);
+  // Starting a log afresh empties it; a file of another user is never
+  // emptied (the line is lost instead, as any line the log cannot write).
+  if (ok && truncate) ok = st.st_uid == ::geteuid() && ::ftruncate(fd, 0) == 0;
+  for (std::size_t done = 0; ok && done < bytes.size();) {
+    const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    ok = n > 0;
+    if (ok) done += static_cast<std::size_t>(n);
+  }
+  return ::close(fd) == 0 && ok;
 }
 
 }  // namespace norvik50

@@ -24,7 +24,9 @@ std::u16string FormatErrorLine(int32_t number, std::u16string_view description,
 std::u16string ErrorNumberText(int32_t number);
 
 // Writes `bytes` to the Linux file `path`, truncating it first when
-// `truncate` is set and appending otherwise. False on any failure.
+// `truncate` is set and appending otherwise; creates a missing file. False
+// (and nothing written) when `path` is a symbolic link, not a regular file,
+// or, for `truncate`, a file of another user; false on any other failure.
 bool WriteLogBytes(const std::string& path, std::string_view bytes, bool truncate);
 
 }  // namespace norvik50

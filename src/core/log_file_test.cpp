@@ -1,7 +1,13 @@
 #include "core/log_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <filesystem>
+#include <fstream>
+
+#include "norvik50/lib.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50 {
@@ -34,6 +40,59 @@ TEST(LogFileTest, TruncateOrAppend) {
   EXPECT_EQ(temp.Read("a.LOG"), "three\r\n");
   EXPECT_FALSE(WriteLogBytes(temp.path(), "x", true));  // a folder
   EXPECT_FALSE(WriteLogBytes(temp.File("no/such/x"), "x", false));
+}
+
+// Another user plants a link under the log's name in a shared temporary
+// folder: neither the link's target nor the link may change.
+TEST(LogFileTest, APlantedLinkIsNeverFollowed) {
+  testing::TempFolder temp;
+  std::ofstream(temp.File("victim")) << "precious";
+  std::filesystem::create_symlink(temp.File("victim"), temp.File("a.LOG"));
+  EXPECT_FALSE(WriteLogBytes(temp.File("a.LOG"), "x\r\n", true));
+  EXPECT_FALSE(WriteLogBytes(temp.File("a.LOG"), "x\r\n", false));
+  // A dangling link must not create its target either.
+  std::filesystem::create_symlink(temp.File("made"), temp.File("b.LOG"));
+  EXPECT_FALSE(WriteLogBytes(temp.File("b.LOG"), "x\r\n", false));
+  EXPECT_EQ(temp.Read("victim"), "precious");
+  EXPECT_FALSE(std::filesystem::exists(temp.File("made")));
+  EXPECT_TRUE(std::filesystem::is_symlink(temp.File("a.LOG")));
+}
+
+TEST(LogFileTest, APlantedFifoNeitherBlocksNorTakesTheLine) {
+  testing::TempFolder temp;
+  ASSERT_EQ(::mkfifo(temp.File("p.LOG").c_str(), 0666), 0);
+  EXPECT_FALSE(WriteLogBytes(temp.File("p.LOG"), "x\r\n", false));  // returns at once
+  EXPECT_FALSE(WriteLogBytes(temp.File("p.LOG"), "x\r\n", true));
+}
+
+TEST(LogFileTest, AFileOfAnotherUserIsNeverEmptied) {
+  if (::geteuid() != 0) {
+    GTEST_SKIP() << "needs root to give a file to another user";
+  }
+  testing::TempFolder temp;
+  std::ofstream(temp.File("theirs.LOG")) << "their lines\r\n";
+  ::chmod(temp.File("theirs.LOG").c_str(), 0666);
+  ASSERT_EQ(::chown(temp.File("theirs.LOG").c_str(), 65534, 65534), 0);
+  EXPECT_FALSE(WriteLogBytes(temp.File("theirs.LOG"), "mine\r\n", true));
+  EXPECT_EQ(temp.Read("theirs.LOG"), "their lines\r\n");
+  // A shared log that its owner opened to everyone still takes lines.
+  EXPECT_TRUE(WriteLogBytes(temp.File("theirs.LOG"), "mine\r\n", false));
+  EXPECT_EQ(temp.Read("theirs.LOG"), "their lines\r\nmine\r\n");
+}
+
+// The whole way in: a LIB object starts its log afresh in the temporary
+// folder, where the planted link sits; the line is lost, silently.
+TEST(LogFileTest, ALibObjectLeavesALinkedLogsTargetAlone) {
+  testing::TempFolder temp;
+  testing::ScopedEnv tmpdir("TMPDIR", temp.path());
+  std::ofstream(temp.File("victim")) << "precious";
+  std::filesystem::create_symlink(temp.File("victim"), temp.File("nvk50err.LOG"));
+  {
+    LIB lib;
+    lib.tklLogAction(u"more");
+  }
+  EXPECT_EQ(temp.Read("victim"), "precious");
+  EXPECT_TRUE(std::filesystem::is_symlink(temp.File("nvk50err.LOG")));
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "core/paths.h"
 
-#include <sys/stat.h>
 #include <unicode/uchar.h>
 
+#include "core/path_lookup.h"
 #include "norvik50/host.h"
 
 namespace norvik50 {
@@ -11,9 +11,13 @@ namespace {
 // UCase of one character; drive letters outside A-Z are rare but legal text.
 char16_t ToUpper(char16_t c) { return static_cast<char16_t>(u_toupper(c)); }
 
-bool StatPath(std::u16string_view path, struct stat& st) {
-  const auto linux_path = ToLinuxPath(path);
-  return linux_path && ::stat(linux_path->c_str(), &st) == 0;
+// The resolution of the path has looked it up already; its answer is the
+// test's answer, so a file test costs one look-up when the path is spelt as
+// on disk.
+PathStatus StatPath(std::u16string_view path) {
+  PathStatus status;
+  MapWindowsPath(path, &status);
+  return status;
 }
 
 }  // namespace
@@ -27,13 +31,12 @@ std::u16string GetFullPath(std::u16string_view path, std::u16string_view file) {
 }
 
 bool FileExists(std::u16string_view name) {
-  struct stat st {};
-  return StatPath(name, st) && !S_ISDIR(st.st_mode);
+  const PathStatus status = StatPath(name);
+  return status.exists && !status.directory;
 }
 
 int16_t PathIsDirectory(std::u16string_view path) {
-  struct stat st {};
-  return StatPath(path, st) && S_ISDIR(st.st_mode) ? kFolderAttribute : 0;
+  return StatPath(path).directory ? kFolderAttribute : 0;
 }
 
 bool SplitPath(std::u16string_view full_name, typFileInfo& info) {

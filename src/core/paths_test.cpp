@@ -7,6 +7,7 @@
 
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
+#include "norvik50/lib.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50 {
@@ -21,7 +22,7 @@ TEST(GetFullPathTest, ExactlyOneSeparatorAtTheJoint) {
       {u"C:\\Temp", u"x.LOG", u"C:\\Temp\\x.LOG"},
       {u"C:\\Temp\\", u"x.LOG", u"C:\\Temp\\x.LOG"},
       {u"C:\\Temp\\", u"\\x.LOG", u"C:\\Temp\\x.LOG"},
-      {u"", u"x", u"\\x"},        // an empty path becomes "\"
+      {u"", u"x", u"\\x"},  // an empty path becomes "\"
       {u"C:\\Temp", u"", u"C:\\Temp\\"},
       {u"C:\\Temp\\", u"\\\\x", u"C:\\Temp\\\\x"},  // only one "\" is dropped
   };
@@ -75,7 +76,7 @@ TEST_F(DrivesTest, WindowsPathsToLinux) {
       {u"c:", temp_.path()},
       {u"rel\\a.txt", "rel/a.txt"},
       {u"/etc/hosts", "/etc/hosts"},  // already a Linux path
-      {u"Q:\\x", std::nullopt},          // no root for Q
+      {u"Q:\\x", std::nullopt},       // no root for Q
       {u"\\\\server\\share", std::nullopt},
       {u"", std::nullopt},
   };
@@ -107,6 +108,140 @@ TEST_F(DrivesTest, FileAndFolderTests) {
   EXPECT_EQ(PathIsDirectory(u"C:\\dir.d\\"), 16);
   EXPECT_EQ(PathIsDirectory(u"C:\\file.txt"), 0);
   EXPECT_EQ(PathIsDirectory(u""), 0);
+}
+
+// A tree as a host's files lie on a Linux disk, in the case their
+// installer gave them, while the host's stored paths use another.
+class CaseTest : public DrivesTest {
+ protected:
+  testing::TempFolder log_folder_;  // where the LIB objects' own log goes
+  testing::ScopedEnv tmpdir_{"TMPDIR", log_folder_.path()};
+  void SetUp() override {
+    SetDriveRoot(u'C', temp_.path());
+    Make("Prog/Res_DE.dll");
+    Make("Prog/Data/");
+    Make("Mixed/README.txt");  // two names that differ only in case
+    Make("Mixed/readme.TXT");
+    Make("Mixed/Notes.txt");
+    Make(
+        "\xC3\x9C"
+        "ber/\xC3\x84pfel \xC5\x93uvre.txt");  // "Über/Äpfel œuvre.txt"
+    Make(
+        "Stra\xC3\x9F"
+        "e.txt");  // "Straße.txt"
+  }
+  // Creates a file, or a folder for a name ending in "/", with its parents.
+  void Make(const std::string& relative) {
+    const std::filesystem::path path = temp_.File(relative);
+    if (relative.back() == '/') {
+      std::filesystem::create_directories(path);
+    } else {
+      std::filesystem::create_directories(path.parent_path());
+      std::ofstream(path) << relative;
+    }
+  }
+  std::string Disk(const std::string& relative) { return temp_.File(relative); }
+};
+
+TEST_F(CaseTest, ComponentsAreFoundWhateverTheirCase) {
+  struct Case {
+    const char16_t* windows;
+    std::string found;  // below the root of C:
+  } cases[] = {
+      {u"C:\\PROG\\RES_DE.DLL", "Prog/Res_DE.dll"},
+      {u"c:\\prog\\res_de.dll", "Prog/Res_DE.dll"},
+      {u"C:\\Prog\\Res_DE.dll", "Prog/Res_DE.dll"},  // exact
+      {u"C:\\pRoG\\DATA\\", "Prog/Data/"},           // a trailing "\" stays
+      {u"C:\\prog\\\\data", "Prog//Data"},           // so does an empty component
+      {u"C:\\prog\\.\\data\\..\\RES_de.dll", "Prog/./Data/../Res_DE.dll"},
+      // The exact name wins over one that differs only in case ...
+      {u"C:\\MIXED\\readme.TXT", "Mixed/readme.TXT"},
+      {u"C:\\MIXED\\README.txt", "Mixed/README.txt"},
+      // ... and without one the smallest name, so every run picks the same.
+      {u"C:\\MIXED\\ReadMe.Txt", "Mixed/README.txt"},
+      // Windows-1252 letters fold as the registry's names do.
+      {u"C:\\\u00FCBER\\\u00E4PFEL \u0152UVRE.TXT",
+       "\xC3\x9C"
+       "ber/\xC3\x84pfel \xC5\x93uvre.txt"},
+      // One unit folds to one unit: "SS" is not "ß".
+      {u"C:\\STRASSE.TXT", "STRASSE.TXT"},
+      {u"C:\\STRA\u00DF"
+       "E.TXT",
+       "Stra\xC3\x9F"
+       "e.txt"},
+      // A name that is not there keeps its spelling under the folder found:
+      // a file created there gets the name the caller gave.
+      {u"C:\\PROG\\New.LOG", "Prog/New.LOG"},
+      {u"C:\\PROG\\NoSuch\\Deeper\\x.txt", "Prog/NoSuch/Deeper/x.txt"},
+      {u"C:\\nothing\\PROG", "nothing/PROG"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(ToLinuxPath(c.windows), Disk(c.found)) << ToUtf8(c.windows);
+  }
+}
+
+TEST_F(CaseTest, FileMembersFindFilesWhateverTheirCase) {
+  LIB lib;
+  EXPECT_TRUE(lib.tklFileExists(u"C:\\PROG\\RES_DE.DLL"));
+  EXPECT_TRUE(lib.tklFileExists(u"c:\\prog\\res_de.dll"));
+  EXPECT_FALSE(lib.tklFileExists(u"C:\\PROG\\RES_FR.DLL"));
+  EXPECT_FALSE(lib.tklFileExists(u"C:\\PROG\\DATA"));  // a folder is not a file
+  EXPECT_EQ(lib.tklPathExists(u"c:\\prog\\data"), 16);
+  EXPECT_EQ(lib.tklPathExists(u"C:\\PROG\\DATA\\"), 16);
+  EXPECT_EQ(lib.tklPathExists(u"C:\\PROG\\RES_DE.DLL"), 0);
+  EXPECT_EQ(lib.tklPathExists(u"C:\\PROG\\NONE"), 0);
+}
+
+TEST_F(CaseTest, LinuxFoldersKeepTheirOwnCase) {
+  // An absolute Linux path and a drive's root are Linux names, spelt as
+  // the disk has them; only the Windows part of a path is looked up
+  // without case.
+  EXPECT_EQ(ToLinuxPath(FromUtf8(Disk("PROG/RES_DE.DLL"))), Disk("PROG/RES_DE.DLL"));
+  EXPECT_FALSE(FileExists(FromUtf8(Disk("PROG/RES_DE.DLL"))));
+  SetDriveRoot(u'C', Disk("PROG"));
+  EXPECT_FALSE(FileExists(u"C:\\Res_DE.dll"));
+  SetDriveRoot(u'C', Disk("Prog"));
+  EXPECT_TRUE(FileExists(u"C:\\RES_DE.DLL"));
+}
+
+TEST_F(CaseTest, RelativePathsAreFoundFromTheCurrentFolder) {
+  const auto saved = std::filesystem::current_path();
+  std::filesystem::current_path(temp_.path());
+  const auto relative = ToLinuxPath(u"prog\\RES_de.DLL");
+  const bool exists = FileExists(u"PROG\\RES_DE.DLL");
+  std::filesystem::current_path(saved);
+  EXPECT_EQ(relative, "Prog/Res_DE.dll");
+  EXPECT_TRUE(exists);
+}
+
+TEST_F(CaseTest, ALogCreatedThroughAFoldedFolderKeepsItsName) {
+  LIB lib;
+  lib.tklLogAction(u"one", u"C:\\PROG\\App.LOG");
+  EXPECT_TRUE(std::filesystem::is_regular_file(Disk("Prog/App.LOG")));
+  // Named again in another case, the same file is found: truncated, then
+  // appended to.
+  lib.tklLogAction(u"two", u"c:\\prog\\app.log");
+  lib.tklLogAction(u"three");
+  const std::string log = temp_.Read("Prog/App.LOG");
+  EXPECT_EQ(log.find("one"), std::string::npos);
+  EXPECT_EQ(log.size(), (28u + 3 + 2) + (28u + 5 + 2)) << log;  // "two", "three"
+  EXPECT_FALSE(std::filesystem::exists(Disk("Prog/app.log")));
+}
+
+// The file system ends a name at its first NUL, so a path with one would
+// name another file than the text says: it names none.
+TEST_F(CaseTest, APathWithANulNamesNoFile) {
+  const std::u16string passwd = std::u16string(u"/etc/passwd") + u'\0' + u".txt";
+  ASSERT_TRUE(FileExists(u"/etc/passwd"));
+  EXPECT_FALSE(FileExists(passwd));
+  EXPECT_EQ(ToLinuxPath(passwd), std::nullopt);
+  EXPECT_EQ(PathIsDirectory(std::u16string(u"C:\\Prog") + u'\0' + u"\\x"), 0);
+  EXPECT_EQ(PathIsDirectory(std::u16string(u"C:\\Prog\\Data\\") + u'\0'), 0);
+  LIB lib;
+  EXPECT_FALSE(lib.tklFileExists(std::u16string(u"C:\\Prog\\Res_DE.dll") + u'\0'));
+  lib.tklLogAction(u"lost", std::u16string(u"C:\\Prog\\cut.txt") + u'\0' + u".LOG");
+  EXPECT_FALSE(std::filesystem::exists(Disk("Prog/cut.txt")));
+  EXPECT_FALSE(std::filesystem::exists(Disk("Prog/cut.txt.LOG")));
 }
 
 }  // namespace

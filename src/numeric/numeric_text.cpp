@@ -27,24 +27,37 @@ double Val(std::u16string_view source) {
     text = large.data();
   }
   std::size_t length = 0, separators = 0;
+  std::size_t leading = 0;   // separators before the first other character
+  std::size_t trailing = 0;  // separators after the last other character
   for (char16_t c : source) {
     if ((c >= u'0' && c <= u'9') || c == u',' || c == u'.' || c == u'-' || c == u'+') {
       text[length++] = c;
-      if (c == decimal) ++separators;
+      if (c == decimal) {
+        ++separators;
+        ++trailing;
+        if (separators == length) ++leading;
+      } else {
+        trailing = 0;
+      }
     }
   }
   if (source.empty()) text[length++] = u'0';
-  // One decimal separator is kept: ",5," is "5," and "1,2,3" is "12,3". The
-  // locale's thousands separator is left for the conversion to ignore.
-  for (; separators > 1; --separators) {
-    std::size_t at = 0;  // drop a leading one, else a trailing one, else the first
-    if (text[0] != decimal) {
-      at = text[length - 1] == decimal
-               ? length - 1
-               : static_cast<std::size_t>(std::find(text, text + length, decimal) - text);
+  // One decimal separator is kept, as removing them one at a time would
+  // leave it: while more than one is left, a leading one goes, else a
+  // trailing one, else the first. The leading run goes first (the text keeps
+  // its first other character from then on), then the trailing run, then
+  // the first ones in order, so the survivor is the last separator not
+  // removed from the end: ",5," is "5,", "1,2,3" is "12,3". The locale's
+  // thousands separator is left for the conversion to ignore.
+  if (separators > 1) {
+    const std::size_t from_front = std::min(leading, separators - 1);
+    const std::size_t from_back = std::min(trailing, separators - 1 - from_front);
+    const std::size_t survivor = separators - 1 - from_back;  // its rank among them
+    std::size_t kept = 0, rank = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+      if (text[i] != decimal || rank++ == survivor) text[kept++] = text[i];
     }
-    std::copy(text + at + 1, text + length, text + at);
-    --length;
+    length = kept;
   }
   // What ConvertToType does for code 5 with a text, without the detour
   // through a Variant; what is no number gives its fallback, 0.

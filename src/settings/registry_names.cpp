@@ -1,7 +1,5 @@
 #include "settings/registry_names.h"
 
-#include <unicode/uchar.h>
-
 #include <array>
 
 #include "norvik50/registry.h"
@@ -37,19 +35,6 @@ bool EqualsIgnoringAsciiCase(std::u16string_view a, std::u16string_view b) {
 }
 
 }  // namespace
-
-std::u16string FoldName(std::u16string_view name) {
-  std::u16string folded(name);
-  for (char16_t& c : folded) {
-    // Simple folding, one unit at a time: the folded name has the length of
-    // the name, and the default (non-Turkic) rules keep it the same in
-    // every locale. This covers the whole Windows-1252 range (ä/Ä, š/Š,
-    // œ/Œ, ÿ/Ÿ), not only ASCII.
-    const UChar32 f = u_foldCase(static_cast<UChar32>(c), U_FOLD_CASE_DEFAULT);
-    if (f >= 0 && f < 0x10000) c = static_cast<char16_t>(f);
-  }
-  return folded;
-}
 
 std::optional<std::vector<std::u16string>> SplitKeyPath(std::u16string_view path) {
   std::vector<std::u16string> names;

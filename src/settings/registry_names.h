@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/name_fold.h"
+
 namespace norvik50::settings {
 
 // Longest key name (one path component) and value name, in characters.
@@ -19,10 +21,9 @@ inline constexpr std::size_t kMaxValueNameLength = 16383;
 // Deepest key below a root.
 inline constexpr std::size_t kMaxKeyDepth = 512;
 
-// The folded form of a name: equal for names that differ only in case.
-// Independent of the current locale, so that a store written under one
-// locale finds its names under every other.
-std::u16string FoldName(std::u16string_view name);
+// The folded form of a name: equal for names that differ only in case
+// (shared with the path lookup, which folds file names the same way).
+using norvik50::FoldName;
 
 // Splits a sub-key path at "\" into its names. One trailing "\" is allowed
 // ("Software\" is "Software"); "" is no names at all. nullopt for an empty

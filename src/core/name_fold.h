@@ -1,0 +1,20 @@
+// The case fold that makes names case-insensitive while they keep the case
+// they were written with: registry key and value names, and the components
+// of Windows paths looked up on a case-sensitive disk.
+#ifndef NORVIK50_SRC_CORE_NAME_FOLD_H_
+#define NORVIK50_SRC_CORE_NAME_FOLD_H_
+
+#include <string>
+#include <string_view>
+
+namespace norvik50 {
+
+// The folded form of a name: equal for names that differ only in case
+// (ä/Ä, š/Š, œ/Œ, ÿ/Ÿ as well as ASCII). One unit at a time, so the folded
+// name has the length of the name, and independent of the current locale,
+// so that a name written under one locale is found under every other.
+std::u16string FoldName(std::u16string_view name);
+
+}  // namespace norvik50
+
+#endif  // NORVIK50_SRC_CORE_NAME_FOLD_H_
