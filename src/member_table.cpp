@@ -13,6 +13,7 @@ const MemberTable& Members() {
     RegisterCodecMembers(t);
     RegisterNumericMembers(t);
     RegisterSettingsMembers(t);
+    RegisterResourceMembers(t);
     return t;
   }();
   return table;

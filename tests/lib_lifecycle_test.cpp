@@ -172,7 +172,10 @@ TEST_F(LibTest, ErrorMsgHeadingAndTitle) {
   auto ui = std::make_shared<RecordingUi>();
   SetUserInterface(ui);
   SetHostApplication(u"hostapp", u"Host Title");
+  ScopedEnv store{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
   LIB lib;
+  // The heading follows the user's stored language.
+  lib.tkrSetValue(HKEY_CURRENT_USER, lib.tklRegKey(), u"Language", Variant(int32_t{LANG_ENGLISH}));
   lib.tklErrorMsg(-2147467259, u"Unspecified", u"");
   EXPECT_EQ(ui->prompt_, u"Runtime error '&H80004005':");
   EXPECT_EQ(ui->detail_, u"Unspecified");
@@ -181,11 +184,14 @@ TEST_F(LibTest, ErrorMsgHeadingAndTitle) {
   lib.tklLogError(13, u"Type mismatch", u"LIB:x()", true);
   EXPECT_EQ(ui->prompt_, u"Runtime error '13':");
   EXPECT_EQ(ui->title_, u"LIB:x()");
-  // German only when the language selection says so.
-  SetMessageLanguageSource([](LIB&) -> int16_t { return LANG_GERMAN; });
+  lib.tkrSetValue(HKEY_CURRENT_USER, lib.tklRegKey(), u"Language", Variant(int32_t{LANG_GERMAN}));
   lib.tklErrorMsg(-2147467259, u"Unspecified", u"src");
   EXPECT_EQ(ui->prompt_, u"Laufzeitfehler '&H80004005':");
-  SetMessageLanguageSource(nullptr);
+  // With no language stored at all, German is taken (and stored).
+  lib.tkrSetValue(HKEY_CURRENT_USER, lib.tklRegKey(), u"Language", Variant(u"-"));
+  lib.tklErrorMsg(5, u"x", u"y");
+  EXPECT_EQ(ui->prompt_, u"Laufzeitfehler '5':");
+  EXPECT_EQ(lib.tkrGetLong(HKEY_CURRENT_USER, lib.tklRegKey(), u"Language"), LANG_GERMAN);
   SetUserInterface(nullptr);
   // Headless: the dialog fails cleanly and never blocks.
   EXPECT_NO_THROW(lib.tklErrorMsg(5, u"x", u"y"));

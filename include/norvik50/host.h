@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "norvik50/export.h"
 
@@ -39,6 +40,19 @@ class NORVIK50_EXPORT UserInterface {
   // or 10 when the dialog could not be shown.
   virtual int32_t ShowStandardMessage(std::u16string_view prompt, std::u16string_view detail,
                                       int32_t style, std::u16string_view title) = 0;
+  // The language chooser (frmChooseLang), shown when no language is stored
+  // yet. `languages` holds "langid;name;extension" entries; returns the
+  // chosen language id, or -1 when none was chosen. The default (and the
+  // headless UI) chooses none, so German is taken without blocking.
+  virtual int16_t ChooseLanguage(const std::vector<std::u16string>& languages);
+  // The standard open (or save) file dialog with a filter
+  // ("text|pattern|..."), a title, the dialog flags (4096: the file must
+  // exist) and a start folder. Returns true with `filename` set when a file
+  // was chosen; false (filename unchanged) when cancelled. The default
+  // cancels.
+  virtual bool ShowFileDialog(std::u16string_view filter, std::u16string_view title,
+                              std::u16string& filename, int32_t flags,
+                              std::u16string_view initial_folder, bool open);
 };
 
 // The headless implementation (the default).

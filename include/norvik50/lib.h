@@ -298,6 +298,65 @@ class NORVIK50_EXPORT LIB {
   // name order; no elements for a leaf); an erased array for a missing key.
   void tkrFindRegKeys(int32_t lRegKey, std::u16string_view sRegSubKey, SafeArray& sKeys);
 
+  // ---- Languages and resources ------------------------------------------
+  // A non-empty sRegKey becomes the library's base key first. Documents,
+  // nodes, lists and tab strips are the objects of norvik50/xml.h and
+  // norvik50/host_controls.h; another object (or Nothing) reads as a
+  // failure: "" or an unfilled control.
+
+  // The current language id: "Language", else "DefaultLanguage" under
+  // HKEY_CURRENT_USER\base key, else the chooser of the user interface,
+  // else German (1); a missing "Language" is then stored. Any stored id is
+  // returned, also one without a name in LibLanguageConsts.
+  LibLanguageConsts tklLanguage(std::u16string_view sRegKey = u"");
+  // "langid;name;extension" of each built-in language whose resource
+  // library exists next to "ResourceDLL" (read under
+  // HKEY_LOCAL_MACHINE\sRegKey as passed, the root when it is ""), in the
+  // built-in order; an empty array (0 to -1) when none exists.
+  SafeArray tklLanguages(std::u16string_view sRegKey = u"");
+  // The two-letter code of the current language ("DE"); "" when the
+  // built-in table does not know it.
+  std::u16string tklLangCode(std::u16string_view sRegKey = u"");
+  // String lResID of the current language's resource library
+  // ("ResourceDLL" with %L replaced), through the ANSI code page and cut
+  // at 32766 characters; "" when absent. A library that cannot be loaded
+  // is logged (-2147221504) with a message box, and "" returned.
+  std::u16string tklRes(int32_t lResID, std::u16string_view sRegKey = u"");
+  // Custom resource "#lResID" of type sResType of the current language's
+  // resource library (or the file "DebugXML_<id>" names) as Windows-1252
+  // text, everything before its first "<" dropped. Failures are logged
+  // (53 for a missing file; -2147221504 with a message box when the
+  // library cannot be loaded or no library is configured) and give "".
+  std::u16string tklResource(int32_t lResID, std::u16string_view sResType,
+                             std::u16string_view sRegKey = u"");
+  // The text of the first /resources/item with that name (and, unless
+  // iNumber is -1, that number) in oDOMDoc; "" when none.
+  std::u16string tklXMLRes(const std::shared_ptr<HostObject>& oDOMDoc, std::u16string_view sName,
+                           int16_t iNumber = -1);
+  // Attribute sProp of the node; "" when absent.
+  std::u16string tklXMLItemProp(const std::shared_ptr<HostObject>& oXMLNode,
+                                std::u16string_view sProp);
+  // sSource with "%d" filled by numbers, dates and Booleans and "%s" by
+  // everything else, left to right, each kind on its own; one element
+  // "^a|b" stands for the texts a and b; then \t, \r, \n become control
+  // characters. Never fails.
+  std::u16string tklResConv(std::u16string_view sSource, const SafeArray& Vars);
+  // Clears the list and adds each item named sName: its text as a row, its
+  // number as the row's item data. Errors end it quietly.
+  void tklXMLFillList(const std::shared_ptr<HostObject>& oDOMDoc,
+                      const std::shared_ptr<HostObject>& oList, std::u16string_view sName);
+  // Clears the combo and adds the items sResID numbered 0, 1, 2 ... up to
+  // the first gap: the text before any "|", led by the number formatted
+  // with sInclNoFormat when that is not empty; item data is the number.
+  void tklXMLFillComboWithResList(const std::shared_ptr<HostObject>& oDOMDoc,
+                                  const std::shared_ptr<HostObject>& oCombo,
+                                  std::u16string_view sResID,
+                                  std::u16string_view sInclNoFormat = u"");
+  // Clears the strip's tabs and adds one per item named sName: key "T" and
+  // the number, caption the text. A duplicate key ends it quietly.
+  void tklXMLFillTabStrip(const std::shared_ptr<HostObject>& oDOMDoc,
+                          const std::shared_ptr<HostObject>& oTab, std::u16string_view sName);
+
   // ---- State shared with the member families ----------------------------
 
   // The object's current log file name ("nvk50err" after creation).

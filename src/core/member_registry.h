@@ -13,6 +13,7 @@ void RegisterTextMembers(MemberTable& table);      // src/text/text_members.cpp
 void RegisterCodecMembers(MemberTable& table);     // src/codecs/codec_members.cpp
 void RegisterNumericMembers(MemberTable& table);   // src/numeric/numeric_members.cpp
 void RegisterSettingsMembers(MemberTable& table);  // src/settings/settings_members.cpp
+void RegisterResourceMembers(MemberTable& table);  // src/resources/resource_members.cpp
 
 }  // namespace norvik50
 

@@ -22,6 +22,13 @@ std::shared_ptr<UserInterface>& Installed() {
 
 UserInterface::~UserInterface() = default;
 
+int16_t UserInterface::ChooseLanguage(const std::vector<std::u16string>&) { return -1; }
+
+bool UserInterface::ShowFileDialog(std::u16string_view, std::u16string_view, std::u16string&,
+                                   int32_t, std::u16string_view, bool) {
+  return false;
+}
+
 std::shared_ptr<UserInterface> HeadlessUserInterface() {
   static const auto headless = std::make_shared<HeadlessUi>();
   return headless;

@@ -1,0 +1,133 @@
+// LIB: texts from the current language's resource library.
+#include <fstream>
+#include <sstream>
+
+#include "core/library_state.h"
+#include "core/paths.h"
+#include "norvik50/encoding.h"
+#include "norvik50/host.h"
+#include "norvik50/lib.h"
+#include "norvik50/resource_module.h"
+#include "resources/language_selection.h"
+#include "resources/own_resources.h"
+#include "resources/resource_document.h"
+
+namespace norvik50 {
+namespace {
+
+constexpr int32_t kErrResource = -2147221504;  // &H80040000
+constexpr int32_t kFileMustExist = 4096;
+// The string buffer holds 32767 characters with the terminating zero, so a
+// string resource comes back with at most 32766 of them.
+constexpr std::size_t kStringBufferChars = 32767 - 1;
+
+std::u16string LoadLibraryFailed(std::u16string_view path) {
+  return u"LoadLibrary '" + std::u16string(path) + u"' failed.";
+}
+
+// The ANSI string call hands the text through the system's 8-bit code
+// page: a character Windows-1252 lacks comes back as "?".
+std::u16string ThroughAnsi(const std::u16string& text) {
+  std::u16string ansi = BytesToText(TextToBytesLossy(text));
+  if (ansi.size() > kStringBufferChars) ansi.resize(kStringBufferChars);
+  return ansi;
+}
+
+// UCase(name) Like "*_??.DLL" on the chosen file name.
+bool NamesALanguageLibrary(std::u16string_view name) {
+  constexpr std::u16string_view kTail = u".dll";
+  if (name.size() < 7 || name[name.size() - 7] != u'_') return false;
+  const std::u16string_view tail = name.substr(name.size() - kTail.size());
+  for (std::size_t i = 0; i < kTail.size(); ++i) {
+    const char16_t c = tail[i];
+    if ((c >= u'A' && c <= u'Z' ? char16_t(c + 32) : c) != kTail[i]) return false;
+  }
+  return true;
+}
+
+std::optional<std::u16string> ReadFileAsAnsiText(std::u16string_view path) {
+  const auto linux_path = ToLinuxPath(path);
+  if (!linux_path) return std::nullopt;
+  std::ifstream in(*linux_path, std::ios::binary);
+  if (!in) return std::nullopt;
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  return BytesToText(bytes.str());
+}
+
+}  // namespace
+
+std::u16string LIB::tklRes(int32_t lResID, std::u16string_view sRegKey) {
+  try {
+    ApplyRegKey(sRegKey);
+    const std::u16string path =
+        ReplaceLanguageCode(tkrGetString(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL", u"", true),
+                            tklLangCode(sRegKey));
+    const auto module = OpenResourceModule(path);
+    if (!module) {
+      tklLogError(kErrResource, LoadLibraryFailed(path), u"Norvik50.tklRes", true);
+      return u"";
+    }
+    // The string call takes the id's low 16 bits.
+    return ThroughAnsi(module->FetchString(static_cast<uint16_t>(lResID)).value_or(u""));
+  } catch (...) {
+    return u"";  // an error pending at the end gives ""
+  }
+}
+
+std::u16string LIB::tklResource(int32_t lResID, std::u16string_view sResType,
+                                std::u16string_view sRegKey) {
+  try {
+    ApplyRegKey(sRegKey);
+    // A developer's file on disk stands in for the library's resource.
+    const std::u16string debug_path = ReplaceLanguageCode(
+        tkrGetString(HKEY_LOCAL_MACHINE, BaseKey(), u"DebugXML_" + DecimalText(lResID), u"", false),
+        tklLangCode(sRegKey));
+    if (!debug_path.empty()) {
+      const auto text = ReadFileAsAnsiText(debug_path);
+      return text ? FromFirstAngleBracket(*text) : u"";
+    }
+
+    auto library_path = [&] {
+      return ReplaceLanguageCode(
+          tkrGetString(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL", u"", true),
+          tklLangCode(sRegKey));
+    };
+    std::u16string path = library_path();
+    if (path.empty()) {
+      const int16_t language = GetCurrentLanguage(*this, BaseKey());
+      std::u16string chosen;
+      if (CurrentUserInterface().ShowFileDialog(GetResourceItem(u"openresdll", language),
+                                                GetResourceItem(u"openresdlltitle", language),
+                                                chosen, kFileMustExist, u"", true) &&
+          NamesALanguageLibrary(chosen)) {
+        // C:\App\Res_DE.dll is stored as C:\App\Res_%L.dll.
+        tkrSetValue(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL",
+                    Variant(chosen.substr(0, chosen.size() - 6) + u"%L.dll"));
+        path = library_path();
+      }
+    }
+    if (path.empty()) {
+      tklLogError(
+          kErrResource,
+          u"Resourcefile entry 'ResourceDLL' in HKEY_LOCAL_MACHINE\\" + BaseKey() + u" not found.",
+          u"Norvik50.tklResource", true);
+      return u"";
+    }
+    if (!FileExists(path)) {
+      tklLogError(kErrFileNotFound, u"File not found ('" + path + u"').", u"Norvik50.tklResource",
+                  false);
+    }
+    const auto module = OpenResourceModule(path);
+    if (!module) {
+      tklLogError(kErrResource, LoadLibraryFailed(path), u"Norvik50.tklResource", true);
+      return u"";
+    }
+    const auto bytes = module->FetchResource(sResType, u"#" + DecimalText(lResID));
+    return FromFirstAngleBracket(bytes ? BytesToText(*bytes) : u"");
+  } catch (...) {
+    return u"";
+  }
+}
+
+}  // namespace norvik50

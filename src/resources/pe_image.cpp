@@ -1,0 +1,274 @@
+#include "resources/pe_image.h"
+
+#include <algorithm>
+#include <set>
+
+namespace norvik50::pe {
+namespace {
+
+constexpr uint32_t kHighBit = 0x80000000u;
+constexpr std::size_t kDirectoryHeader = 16;
+constexpr std::size_t kEntrySize = 8;
+constexpr std::size_t kDataEntrySize = 16;
+constexpr std::size_t kSectionHeader = 40;
+constexpr uint32_t kResourceDirectoryIndex = 2;
+
+// Little-endian reads that answer nullopt instead of reading past the end.
+std::optional<uint16_t> U16(std::span<const uint8_t> b, uint64_t at) {
+  if (at > b.size() || b.size() - at < 2) return std::nullopt;
+  return static_cast<uint16_t>(b[at] | (b[at + 1] << 8));
+}
+std::optional<uint32_t> U32(std::span<const uint8_t> b, uint64_t at) {
+  if (at > b.size() || b.size() - at < 4) return std::nullopt;
+  return static_cast<uint32_t>(b[at]) | (static_cast<uint32_t>(b[at + 1]) << 8) |
+         (static_cast<uint32_t>(b[at + 2]) << 16) | (static_cast<uint32_t>(b[at + 3]) << 24);
+}
+
+char16_t Upper(char16_t c) { return c >= u'a' && c <= u'z' ? char16_t(c - u'a' + u'A') : c; }
+
+std::u16string UpperCase(std::u16string_view text) {
+  std::u16string upper(text);
+  for (char16_t& c : upper) c = Upper(c);
+  return upper;
+}
+
+}  // namespace
+
+std::optional<ResourceId> ParseResourceId(std::u16string_view text) {
+  if (text.empty()) return std::nullopt;
+  if (text.front() != u'#') return ResourceId{std::nullopt, UpperCase(text)};
+  const std::u16string_view digits = text.substr(1);
+  if (digits.empty() || digits.size() > 5) return std::nullopt;
+  uint32_t number = 0;
+  for (char16_t c : digits) {
+    if (c < u'0' || c > u'9') return std::nullopt;
+    number = number * 10 + (c - u'0');
+  }
+  if (number > 0xFFFF) return std::nullopt;
+  return ResourceId{static_cast<uint16_t>(number), {}};
+}
+
+std::u16string ResourceIdText(const ResourceId& id) {
+  if (!id.number) return id.name;
+  const std::string digits = std::to_string(*id.number);
+  return u"#" + std::u16string(digits.begin(), digits.end());
+}
+
+std::optional<PeImage> PeImage::Parse(std::span<const uint8_t> bytes) {
+  if (bytes.size() < 64 || bytes[0] != 'M' || bytes[1] != 'Z') return std::nullopt;
+  const uint32_t pe = *U32(bytes, 0x3C);
+  const auto signature = U32(bytes, pe);
+  if (!signature || *signature != 0x00004550u) return std::nullopt;  // "PE\0\0"
+  const auto section_count = U16(bytes, uint64_t{pe} + 6);
+  const auto optional_size = U16(bytes, uint64_t{pe} + 20);
+  const uint64_t optional_header = uint64_t{pe} + 24;
+  const auto magic = U16(bytes, optional_header);
+  if (!section_count || !optional_size || !magic) return std::nullopt;
+
+  PeImage image;
+  image.bytes_ = bytes;
+  uint64_t count_at = 0;
+  if (*magic == 0x10B) {
+    count_at = optional_header + 92;
+  } else if (*magic == 0x20B) {
+    count_at = optional_header + 108;
+    image.pe32_plus_ = true;
+  } else {
+    return std::nullopt;
+  }
+  const uint64_t optional_end = optional_header + *optional_size;
+  const uint64_t sections_at = optional_end;
+  if (sections_at + uint64_t{*section_count} * kSectionHeader > bytes.size()) return std::nullopt;
+  for (uint32_t i = 0; i < *section_count; ++i) {
+    const uint64_t at = sections_at + uint64_t{i} * kSectionHeader;
+    const uint32_t virtual_size = *U32(bytes, at + 8);
+    const uint32_t rva = *U32(bytes, at + 12);
+    const uint32_t raw_size = *U32(bytes, at + 16);
+    const uint32_t raw_offset = *U32(bytes, at + 20);
+    if (raw_offset >= bytes.size()) continue;  // nothing of it in the file
+    // The loader maps at most the raw data; a virtual size of 0 (old
+    // linkers) means the raw size.
+    uint64_t file_size = raw_size;
+    if (virtual_size != 0) file_size = std::min<uint64_t>(file_size, virtual_size);
+    file_size = std::min<uint64_t>(file_size, bytes.size() - raw_offset);
+    image.sections_.push_back({rva, raw_offset, static_cast<uint32_t>(file_size)});
+  }
+
+  const auto directory_count = U32(bytes, count_at);
+  const uint64_t directory_at = count_at + 4 + uint64_t{kResourceDirectoryIndex} * 8;
+  if (!directory_count || *directory_count <= kResourceDirectoryIndex ||
+      directory_at + 8 > optional_end) {
+    return image;  // an image without resources: every lookup finds nothing
+  }
+  const auto resource_rva = U32(bytes, directory_at);
+  if (!resource_rva) return std::nullopt;
+  if (*resource_rva == 0) return image;
+  // The directory's offsets count from its start and may reach anywhere in
+  // its section, so the root spans the rest of that section.
+  for (const Section& s : image.sections_) {
+    if (*resource_rva >= s.rva && *resource_rva - s.rva < s.file_size) {
+      const uint32_t skip = *resource_rva - s.rva;
+      image.root_ = bytes.subspan(s.file_offset + skip, s.file_size - skip);
+      break;
+    }
+  }
+  if (image.root_.size() < kDirectoryHeader) return std::nullopt;
+  return image;
+}
+
+std::optional<std::span<const uint8_t>> PeImage::AtRva(uint32_t rva, uint32_t size) const {
+  for (const Section& s : sections_) {
+    if (rva >= s.rva && rva - s.rva < s.file_size) {
+      const uint32_t skip = rva - s.rva;
+      if (size > s.file_size - skip) return std::nullopt;
+      return bytes_.subspan(s.file_offset + skip, size);
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::vector<PeImage::Entry>> PeImage::Directory(uint32_t offset) const {
+  const auto named = U16(root_, uint64_t{offset} + 12);
+  const auto numbered = U16(root_, uint64_t{offset} + 14);
+  if (!named || !numbered) return std::nullopt;
+  const uint64_t count = uint64_t{*named} + *numbered;
+  const uint64_t first = uint64_t{offset} + kDirectoryHeader;
+  if (first + count * kEntrySize > root_.size()) return std::nullopt;
+  std::vector<Entry> entries;
+  entries.reserve(count);
+  for (uint64_t i = 0; i < count; ++i) {
+    entries.push_back(
+        {*U32(root_, first + i * kEntrySize), *U32(root_, first + i * kEntrySize + 4)});
+  }
+  return entries;
+}
+
+std::optional<ResourceId> PeImage::EntryId(const Entry& entry) const {
+  if (!(entry.name_field & kHighBit)) {
+    return ResourceId{static_cast<uint16_t>(entry.name_field & 0xFFFF), {}};
+  }
+  const uint64_t at = entry.name_field & ~kHighBit;
+  const auto length = U16(root_, at);
+  if (!length || at + 2 + uint64_t{*length} * 2 > root_.size()) return std::nullopt;
+  std::u16string name(*length, u'\0');
+  for (uint16_t i = 0; i < *length; ++i)
+    name[i] = static_cast<char16_t>(*U16(root_, at + 2 + i * 2));
+  return ResourceId{std::nullopt, std::move(name)};
+}
+
+std::optional<PeImage::Entry> PeImage::Lookup(const std::vector<Entry>& entries,
+                                              const ResourceId& id) const {
+  if (id.number) {
+    // Numbered entries follow the named ones in ascending order; the loader
+    // relies on that, so an unsorted file misses entries here as it does
+    // there.
+    auto first = std::find_if(entries.begin(), entries.end(),
+                              [](const Entry& e) { return !(e.name_field & kHighBit); });
+    auto found = std::lower_bound(first, entries.end(), *id.number, [](const Entry& e, uint16_t n) {
+      return (e.name_field & 0xFFFF) < n;
+    });
+    if (found != entries.end() && !(found->name_field & kHighBit) &&
+        (found->name_field & 0xFFFF) == *id.number) {
+      return *found;
+    }
+    return std::nullopt;
+  }
+  const std::u16string wanted = UpperCase(id.name);
+  for (const Entry& e : entries) {
+    if (!(e.name_field & kHighBit)) break;
+    const auto name = EntryId(e);
+    if (name && UpperCase(name->name) == wanted) return e;
+  }
+  return std::nullopt;
+}
+
+std::optional<uint32_t> PeImage::Subdirectory(const Entry& entry) const {
+  if (!(entry.offset_field & kHighBit)) return std::nullopt;
+  return entry.offset_field & ~kHighBit;
+}
+
+std::optional<std::span<const uint8_t>> PeImage::DataEntry(uint32_t offset, uint32_t* size) const {
+  const auto rva = U32(root_, offset);
+  const auto length = U32(root_, uint64_t{offset} + 4);
+  if (!rva || !length || uint64_t{offset} + kDataEntrySize > root_.size()) return std::nullopt;
+  if (size) *size = *length;
+  return AtRva(*rva, *length);
+}
+
+std::optional<std::span<const uint8_t>> PeImage::Data(const Entry& entry) const {
+  if (entry.offset_field & kHighBit) return std::nullopt;
+  return DataEntry(entry.offset_field, nullptr);
+}
+
+std::optional<std::span<const uint8_t>> PeImage::Find(const ResourceId& type,
+                                                      const ResourceId& name,
+                                                      std::span<const uint16_t> preferred) const {
+  if (root_.empty()) return std::nullopt;
+  const auto types = Directory(0);
+  if (!types) return std::nullopt;
+  const auto type_entry = Lookup(*types, type);
+  const auto names_at = type_entry ? Subdirectory(*type_entry) : std::nullopt;
+  const auto names = names_at ? Directory(*names_at) : std::nullopt;
+  const auto name_entry = names ? Lookup(*names, name) : std::nullopt;
+  const auto languages_at = name_entry ? Subdirectory(*name_entry) : std::nullopt;
+  const auto languages = languages_at ? Directory(*languages_at) : std::nullopt;
+  if (!languages || languages->empty()) return std::nullopt;
+  for (uint16_t language : preferred) {
+    if (const auto entry = Lookup(*languages, ResourceId{language, {}})) return Data(*entry);
+  }
+  return Data(languages->front());
+}
+
+std::optional<std::u16string> PeImage::FindString(uint16_t id,
+                                                  std::span<const uint16_t> preferred) const {
+  const auto block = Find(ResourceId{kStringTableType, {}},
+                          ResourceId{static_cast<uint16_t>((id >> 4) + 1), {}}, preferred);
+  if (!block) return std::nullopt;
+  // Sixteen counted strings without terminators; skip to the wanted slot.
+  uint64_t at = 0;
+  for (unsigned slot = 0; slot < (id & 15u); ++slot) {
+    const auto length = U16(*block, at);
+    if (!length) return std::nullopt;
+    at += 2 + uint64_t{*length} * 2;
+  }
+  const auto length = U16(*block, at);
+  if (!length || at + 2 + uint64_t{*length} * 2 > block->size()) return std::nullopt;
+  std::u16string text(*length, u'\0');
+  for (uint16_t i = 0; i < *length; ++i)
+    text[i] = static_cast<char16_t>(*U16(*block, at + 2 + i * 2));
+  return text;
+}
+
+std::vector<ResourceEntry> PeImage::List() const {
+  std::vector<ResourceEntry> listing;
+  if (root_.empty()) return listing;
+  std::set<uint32_t> seen{0};
+  // A directory offset reached a second time is skipped: real files never
+  // share directories, and a cyclic or shared one must not multiply the
+  // work.
+  auto enter = [&](const Entry& e) -> std::optional<std::vector<Entry>> {
+    const auto at = Subdirectory(e);
+    if (!at || !seen.insert(*at).second) return std::nullopt;
+    return Directory(*at);
+  };
+  const auto types = Directory(0);
+  if (!types) return listing;
+  for (const Entry& t : *types) {
+    const auto type = EntryId(t);
+    const auto names = enter(t);
+    if (!type || !names) continue;
+    for (const Entry& n : *names) {
+      const auto name = EntryId(n);
+      const auto languages = enter(n);
+      if (!name || !languages) continue;
+      for (const Entry& l : *languages) {
+        uint32_t size = 0;
+        if (l.offset_field & kHighBit || !DataEntry(l.offset_field, &size)) continue;
+        listing.push_back({*type, *name, static_cast<uint16_t>(l.name_field & 0xFFFF), size});
+      }
+    }
+  }
+  return listing;
+}
+
+}  // namespace norvik50::pe

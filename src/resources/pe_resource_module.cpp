@@ -1,0 +1,68 @@
+// The native resource-library reader behind the ResourceModule seam, and
+// the process's opener.
+#include <optional>
+
+#include "norvik50/host.h"
+#include "norvik50/locale.h"
+#include "norvik50/resource_module.h"
+#include "resources/mapped_file.h"
+#include "resources/pe_image.h"
+#include "resources/resource_languages.h"
+
+namespace norvik50 {
+namespace {
+
+class PeResourceModule final : public ResourceModule {
+ public:
+  PeResourceModule(std::unique_ptr<MappedFile> file, pe::PeImage image)
+      : file_(std::move(file)),
+        image_(std::move(image)),
+        languages_(PreferredResourceLanguages(CurrentLocale().tag)) {}
+
+  std::optional<std::u16string> FetchString(uint16_t id) override {
+    return image_.FindString(id, languages_);
+  }
+
+  std::optional<std::string> FetchResource(std::u16string_view type,
+                                           std::u16string_view name) override {
+    const auto type_id = pe::ParseResourceId(type);
+    const auto name_id = pe::ParseResourceId(name);
+    if (!type_id || !name_id) return std::nullopt;
+    const auto data = image_.Find(*type_id, *name_id, languages_);
+    if (!data) return std::nullopt;
+    return std::string(reinterpret_cast<const char*>(data->data()), data->size());
+  }
+
+ private:
+  std::unique_ptr<MappedFile> file_;  // the image's bytes live here
+  pe::PeImage image_;
+  std::vector<uint16_t> languages_;
+};
+
+ResourceModuleOpener& InstalledOpener() {
+  static ResourceModuleOpener opener;
+  return opener;
+}
+
+}  // namespace
+
+ResourceModule::~ResourceModule() = default;
+
+std::unique_ptr<ResourceModule> OpenPeResourceModule(const std::string& linux_path) {
+  auto file = MappedFile::Open(linux_path);
+  if (!file) return nullptr;
+  auto image = pe::PeImage::Parse(file->bytes());
+  if (!image) return nullptr;
+  return std::make_unique<PeResourceModule>(std::move(file), std::move(*image));
+}
+
+std::unique_ptr<ResourceModule> OpenResourceModule(std::u16string_view path) {
+  if (const ResourceModuleOpener& opener = InstalledOpener()) return opener(path);
+  const auto linux_path = ToLinuxPath(path);
+  if (!linux_path) return nullptr;
+  return OpenPeResourceModule(*linux_path);
+}
+
+void SetResourceModuleOpener(ResourceModuleOpener opener) { InstalledOpener() = std::move(opener); }
+
+}  // namespace norvik50
