@@ -1,0 +1,158 @@
+// tklRes and tklResource on real resource libraries behind the drive map,
+// with every report of their failures.
+#include "norvik50/resource_module.h"
+#include "resources/resource_test_support.h"
+
+namespace norvik50 {
+namespace {
+
+using testing::ResourceMachineTest;
+
+class ResourceMembersTest : public ResourceMachineTest {
+ protected:
+  void SetUp() override { SetMachineValue(u"ResourceDLL", u"C:\\App\\Res_%L.dll"); }
+  // No library configured; the file dialog will answer `choice`.
+  void PromptWith(int32_t language, std::u16string choice) {
+    lib_.tkrSetValue(HKEY_LOCAL_MACHINE, lib_.tklRegKey(), u"ResourceDLL", Variant(u""));
+    SetLanguage(language);
+    ui_->file_choice = std::move(choice);
+  }
+  std::u16string MachineValue(std::u16string_view name) {
+    return lib_.tkrGetString(HKEY_LOCAL_MACHINE, lib_.tklRegKey(), name, u"<absent>");
+  }
+};
+
+TEST_F(ResourceMembersTest, StringsOfTheCurrentLanguagesLibrary) {
+  SetLanguage(LANG_GERMAN);
+  EXPECT_EQ(lib_.tklRes(100), u"Größe ändern");  // PE32+
+  EXPECT_EQ(lib_.tklRes(65535), u"Letzte Zeichenkette");
+  EXPECT_EQ(lib_.tklRes(100 + 65536), u"Größe ändern");  // the id's low 16 bits
+  SetLanguage(LANG_ENGLISH);
+  EXPECT_EQ(lib_.tklRes(100), u"Change size");  // PE32
+  EXPECT_EQ(lib_.tklRes(17), u"Seventeen");
+  // Absent strings are "" and report nothing.
+  EXPECT_EQ(lib_.tklRes(101), u"");
+  EXPECT_EQ(lib_.tklRes(1000), u"");
+  EXPECT_TRUE(LoggedErrors().empty());
+  EXPECT_TRUE(ui_->messages.empty());
+}
+
+TEST_F(ResourceMembersTest, AMissingLibraryIsReportedWithAMessageBox) {
+  SetLanguage(LANG_FRENCH);
+  EXPECT_EQ(lib_.tklRes(100), u"");
+  ASSERT_EQ(LoggedErrors().size(), 1u);
+  EXPECT_EQ(LoggedErrors()[0],
+            "ERR=-2147221504 'LoadLibrary 'C:\\App\\Res_FR.dll' failed.' (Source=Norvik50.tklRes)");
+  ASSERT_EQ(ui_->messages.size(), 1u);
+  EXPECT_EQ(
+      ui_->messages[0],
+      u"Runtime error '&H80040000':|LoadLibrary 'C:\\App\\Res_FR.dll' failed.|Norvik50.tklRes");
+}
+
+TEST_F(ResourceMembersTest, ADamagedLibraryFailsToLoad) {
+  WriteFile("c/App/Res_IT.dll", "MZ this is no image");
+  SetLanguage(LANG_ITALIC);
+  EXPECT_EQ(lib_.tklRes(100), u"");
+  EXPECT_EQ(lib_.tklResource(100, u"XML"), u"");
+  EXPECT_EQ(LoggedErrors().size(), 2u);  // the file exists: no 53
+}
+
+TEST_F(ResourceMembersTest, AnAbsentResourceDllValueIsCreatedEmpty) {
+  lib_.tkrSetValue(HKEY_LOCAL_MACHINE, lib_.tklRegKey(), u"ResourceDLL", Variant(u"-"));
+  SetLanguage(LANG_GERMAN);
+  EXPECT_EQ(lib_.tklRes(100), u"");
+  EXPECT_EQ(MachineValue(u"ResourceDLL"), u"");
+  EXPECT_EQ(LoggedErrors().at(0),
+            "ERR=-2147221504 'LoadLibrary '' failed.' (Source=Norvik50.tklRes)");
+}
+
+TEST_F(ResourceMembersTest, CustomResourcesAsText) {
+  SetLanguage(LANG_GERMAN);
+  // The BOM before the document goes; the bytes are Windows-1252 text.
+  const std::u16string form = lib_.tklResource(100, u"XML");
+  EXPECT_EQ(form.substr(0, 11), u"<resources>");
+  EXPECT_NE(form.find(u"Übersicht"), std::u16string::npos);
+  EXPECT_EQ(lib_.tklResource(101, u"XML"), u"<def>");  // abc<def>
+  EXPECT_EQ(lib_.tklResource(101, u"xml"), u"<def>");  // types in upper case
+  EXPECT_EQ(lib_.tklResource(999, u"XML"), u"");
+  EXPECT_EQ(lib_.tklResource(100, u"RTF"), u"");
+  EXPECT_TRUE(LoggedErrors().empty());
+}
+
+TEST_F(ResourceMembersTest, DebugFileReplacesTheLibrary) {
+  SetLanguage(LANG_GERMAN);
+  WriteFile("c/Dev/form_DE.xml", "lead-in <doc a=\"\xE4\"/>");
+  SetMachineValue(u"DebugXML_100", u"C:\\Dev\\form_%L.xml");
+  SetMachineValue(u"ResourceDLL", u"C:\\Nowhere\\Res_%L.dll");
+  EXPECT_EQ(lib_.tklResource(100, u"XML"), u"<doc a=\"ä\"/>");
+  EXPECT_TRUE(LoggedErrors().empty());
+  // Other ids still go to the library.
+  EXPECT_EQ(lib_.tklResource(101, u"XML"), u"");
+  EXPECT_EQ(LoggedErrors().size(), 2u);
+}
+
+TEST_F(ResourceMembersTest, AMissingFileIsReportedBeforeTheLoad) {
+  SetLanguage(LANG_FRENCH);
+  EXPECT_EQ(lib_.tklResource(100, u"XML"), u"");
+  EXPECT_EQ(LoggedErrors(),
+            (std::vector<std::string>{
+                "ERR=53 'File not found ('C:\\App\\Res_FR.dll').' (Source=Norvik50.tklResource)",
+                "ERR=-2147221504 'LoadLibrary 'C:\\App\\Res_FR.dll' failed.' "
+                "(Source=Norvik50.tklResource)"}));
+  // Only the load failure shows a message box.
+  EXPECT_EQ(ui_->messages.size(), 1u);
+}
+
+TEST_F(ResourceMembersTest, PromptsForTheLibraryAndStoresItsPattern) {
+  PromptWith(LANG_GERMAN, u"C:\\App\\Res_EN.dll");
+  EXPECT_EQ(lib_.tklResource(101, u"XML"), u"<def>");
+  EXPECT_EQ(MachineValue(u"ResourceDLL"), u"C:\\App\\Res_%L.dll");
+  EXPECT_EQ(ui_->dialog,
+            u"Resource Bibliothek (*.DLL)|*.DLL|Definieren Sie bitte den Standort der deutschen "
+            u"Resource-DLL|4096|open");
+}
+
+TEST_F(ResourceMembersTest, AChosenFileWithoutACodeStoresNothing) {
+  PromptWith(LANG_ENGLISH, u"C:\\App\\Res.dll");
+  EXPECT_EQ(lib_.tklResource(100, u"XML"), u"");
+  EXPECT_EQ(MachineValue(u"ResourceDLL"), u"");
+  EXPECT_EQ(ui_->dialog.substr(0, 30), u"Resource Library (*.DLL)|*.DLL");
+  const std::string not_found =
+      "ERR=-2147221504 'Resourcefile entry 'ResourceDLL' in "
+      "HKEY_LOCAL_MACHINE\\SOFTWARE\\VANTEX\\Global not found.' (Source=Norvik50.tklResource)";
+  EXPECT_EQ(LoggedErrors(), std::vector<std::string>{not_found});
+  // Cancelling reports the same.
+  ui_->file_choice.clear();
+  EXPECT_EQ(lib_.tklResource(100, u"XML"), u"");
+  EXPECT_EQ(LoggedErrors().size(), 2u);
+}
+
+// A host's own module source through the seam: the string goes through the
+// ANSI code page and the 32767-character buffer as a native one does.
+class TextModule : public ResourceModule {
+ public:
+  std::optional<std::u16string> FetchString(uint16_t id) override {
+    if (id == 1) return u"Ω and €";
+    if (id == 2) return std::u16string(40000, u'x');
+    return std::nullopt;
+  }
+  std::optional<std::string> FetchResource(std::u16string_view, std::u16string_view) override {
+    return std::nullopt;
+  }
+};
+
+TEST_F(ResourceMembersTest, HostModulesPlugIn) {
+  std::vector<std::u16string> opened;
+  SetResourceModuleOpener([&](std::u16string_view path) -> std::unique_ptr<ResourceModule> {
+    opened.emplace_back(path);
+    return std::make_unique<TextModule>();
+  });
+  SetLanguage(LANG_ENGLISH);
+  EXPECT_EQ(lib_.tklRes(1), u"? and €");
+  EXPECT_EQ(lib_.tklRes(2).size(), 32766u);
+  EXPECT_EQ(opened, (std::vector<std::u16string>{u"C:\\App\\Res_EN.dll", u"C:\\App\\Res_EN.dll"}));
+  SetResourceModuleOpener(nullptr);
+}
+
+}  // namespace
+}  // namespace norvik50
