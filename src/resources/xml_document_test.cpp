@@ -5,6 +5,7 @@
 
 #include <fstream>
 
+#include "norvik50/encoding.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50 {
@@ -50,10 +51,11 @@ TEST(XmlDocumentTest, LoadsFilesInTheirDeclaredEncoding) {
   std::ofstream(temp.File("ansi.xml"), std::ios::binary)
       << "<?xml version=\"1.0\" encoding=\"windows-1252\"?><r t=\"\x80 \xE4\"/>";
   std::ofstream(temp.File("utf8.xml"), std::ios::binary) << "\xEF\xBB\xBF<r t=\"\xE2\x82\xAC\"/>";
+  auto path = [&](const char* name) { return FromUtf8(temp.File(name)); };
   XmlDocument doc;
-  ASSERT_TRUE(doc.Load(std::u16string(temp.File("ansi.xml").begin(), temp.File("ansi.xml").end())));
+  ASSERT_TRUE(doc.Load(path("ansi.xml")));
   EXPECT_EQ(doc.SelectSingleNode(u"/r")->Attribute(u"t"), u"€ ä");
-  ASSERT_TRUE(doc.Load(std::u16string(temp.File("utf8.xml").begin(), temp.File("utf8.xml").end())));
+  ASSERT_TRUE(doc.Load(path("utf8.xml")));
   EXPECT_EQ(doc.SelectSingleNode(u"/r")->Attribute(u"t"), u"€");
   EXPECT_FALSE(doc.Load(u"/no/such/file.xml"));
   EXPECT_TRUE(doc.IsEmpty());
