@@ -35,22 +35,26 @@ void RegisterResourceMembers(MemberTable& table) {
   table.Add(Method("tklResConv", {In("sSource", S), Ref("Vars", A)}, S, [](LIB& lib, CallArgs& a) {
     return Variant(lib.tklResConv(a.str(0), a[1].as_array()));
   }));
-  // The controls are objects the caller keeps: the answer shows them filled.
-  table.Add(Method("tklXMLFillList", {In("oDOMDoc", O), In("oList", O), In("sName", S)}, kNone,
+  // Objects travel by reference, as the runtime passes them: the control a
+  // member filled comes back in the answer with its rows or tabs.
+  table.Add(Method("tklXMLFillList", {Ref("oDOMDoc", O), Ref("oList", O), In("sName", S)}, kNone,
                    [](LIB& lib, CallArgs& a) {
                      lib.tklXMLFillList(a[0].as_object(), a[1].as_object(), a.str(2));
+                     a.MarkWritten(1);
                      return Variant();
                    }));
   table.Add(Method(
       "tklXMLFillComboWithResList",
-      {In("oDOMDoc", O), In("oCombo", O), In("sResID", S), Opt("sInclNoFormat", S, Variant(u""))},
+      {Ref("oDOMDoc", O), Ref("oCombo", O), In("sResID", S), Opt("sInclNoFormat", S, Variant(u""))},
       kNone, [](LIB& lib, CallArgs& a) {
         lib.tklXMLFillComboWithResList(a[0].as_object(), a[1].as_object(), a.str(2), a.str(3));
+        a.MarkWritten(1);
         return Variant();
       }));
-  table.Add(Method("tklXMLFillTabStrip", {In("oDOMDoc", O), In("oTab", O), In("sName", S)}, kNone,
+  table.Add(Method("tklXMLFillTabStrip", {Ref("oDOMDoc", O), Ref("oTab", O), In("sName", S)}, kNone,
                    [](LIB& lib, CallArgs& a) {
                      lib.tklXMLFillTabStrip(a[0].as_object(), a[1].as_object(), a.str(2));
+                     a.MarkWritten(1);
                      return Variant();
                    }));
 }

@@ -1,4 +1,5 @@
 #include "json_value.h"
+#include "json_resource_objects.h"
 
 #include <charconv>
 #include <cmath>
@@ -93,8 +94,11 @@ Variant Typed(const json& value) {
     // Nothing, or a new Collection holding the listed items.
     const json& v = Payload(value);
     if (v.is_null()) return Variant(std::shared_ptr<HostObject>());
+    if (auto object = ResourceObjectFromJson(value.value("type", ""), v)) return *object;
     if (value.value("type", "") != "Collection" || !v.is_array()) {
-      throw JsonValueError("Object must be null (Nothing) or {\"type\":\"Collection\",\"v\":[...]}");
+      throw JsonValueError(
+          "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List or "
+          "TabStrip");
     }
     auto collection = std::make_shared<Collection>();
     for (const json& item : v) collection->Add(VariantFromJson(item));
@@ -172,6 +176,7 @@ json VariantToJson(const Variant& value) {
         }
         return {{"vt", "Object"}, {"type", "Collection"}, {"v", std::move(items)}};
       }
+      if (auto typed = ResourceObjectToJson(*object)) return *typed;
       return {{"vt", "Object"}, {"type", "HostObject"}, {"v", json::object()}};
     }
     case VarType::kArray: {

@@ -1,0 +1,102 @@
+#include "json_resource_objects.h"
+
+#include "json_value.h"
+#include "norvik50/encoding.h"
+#include "norvik50/error.h"
+#include "norvik50/host_controls.h"
+#include "norvik50/xml.h"
+
+namespace norvik50::cli {
+namespace {
+
+using json = nlohmann::ordered_json;
+
+std::u16string Field(const json& object, const char* name) {
+  const auto it = object.find(name);
+  if (it == object.end()) return u"";
+  if (!it->is_string()) throw JsonValueError(std::string("\"") + name + "\" must be a string");
+  return FromUtf8(it->get<std::string>());
+}
+
+const json& Rows(const json& payload, const char* type) {
+  if (!payload.is_array()) throw JsonValueError(std::string(type) + " \"v\" must be a list");
+  return payload;
+}
+
+std::shared_ptr<XmlDocument> DocumentFrom(const json& payload) {
+  if (!payload.is_object())
+    throw JsonValueError("XmlDocument \"v\" must be {\"xml\":...} or {\"path\":...}");
+  auto document = std::make_shared<XmlDocument>();
+  const bool loaded = payload.contains("path") ? document->Load(Field(payload, "path"))
+                                               : document->LoadXml(Field(payload, "xml"));
+  if (!loaded) throw JsonValueError("the XML document does not load");
+  return document;
+}
+
+}  // namespace
+
+std::optional<Variant> ResourceObjectFromJson(const std::string& type, const json& payload) {
+  if (type == "XmlDocument") {
+    return Variant(std::shared_ptr<HostObject>(DocumentFrom(payload)));
+  }
+  if (type == "XmlNode") {
+    // A node is the root element of its own small document.
+    const auto document = DocumentFrom(payload);
+    auto node = document->SelectSingleNode(u"/*");
+    return Variant(std::shared_ptr<HostObject>(std::move(node)));
+  }
+  if (type == "List") {
+    auto list = std::make_shared<MemoryList>();
+    for (const json& row : Rows(payload, "List")) {
+      if (!row.is_object())
+        throw JsonValueError("a List row must be {\"text\":...,\"itemData\":...}");
+      list->AddItem(Field(row, "text"));
+      const auto data = row.find("itemData");
+      if (data != row.end()) {
+        if (!data->is_number_integer()) throw JsonValueError("\"itemData\" must be a whole number");
+        list->SetItemData(list->NewIndex(), data->get<int32_t>());
+      }
+    }
+    return Variant(std::shared_ptr<HostObject>(std::move(list)));
+  }
+  if (type == "TabStrip") {
+    auto strip = std::make_shared<MemoryTabStrip>();
+    for (const json& tab : Rows(payload, "TabStrip")) {
+      if (!tab.is_object()) throw JsonValueError("a tab must be {\"key\":...,\"caption\":...}");
+      try {
+        strip->Tabs().Add(std::nullopt, Field(tab, "key"), Field(tab, "caption"));
+      } catch (const Error&) {
+        throw JsonValueError("two tabs with one key");
+      }
+    }
+    return Variant(std::shared_ptr<HostObject>(std::move(strip)));
+  }
+  return std::nullopt;
+}
+
+std::optional<json> ResourceObjectToJson(const HostObject& object) {
+  if (const auto* document = dynamic_cast<const XmlDocument*>(&object)) {
+    return json{
+        {"vt", "Object"}, {"type", "XmlDocument"}, {"v", {{"xml", ToUtf8(document->Xml())}}}};
+  }
+  if (const auto* node = dynamic_cast<const XmlNode*>(&object)) {
+    return json{{"vt", "Object"}, {"type", "XmlNode"}, {"v", {{"xml", ToUtf8(node->Xml())}}}};
+  }
+  if (const auto* list = dynamic_cast<const MemoryList*>(&object)) {
+    json rows = json::array();
+    for (const MemoryList::Row& row : list->rows()) {
+      rows.push_back({{"text", ToUtf8(row.text)}, {"itemData", row.item_data}});
+    }
+    return json{{"vt", "Object"}, {"type", "List"}, {"v", std::move(rows)}};
+  }
+  if (const auto* strip = dynamic_cast<const MemoryTabStrip*>(&object)) {
+    json tabs = json::array();
+    for (const MemoryTabStrip::Tab& tab : strip->tabs()) {
+      tabs.push_back({{"key", ToUtf8(tab.key)}, {"caption", ToUtf8(tab.caption)}});
+    }
+    return json{{"vt", "Object"}, {"type", "TabStrip"}, {"v", std::move(tabs)}};
+  }
+  return std::nullopt;
+}
+
+}  // namespace norvik50::cli
