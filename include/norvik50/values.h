@@ -19,8 +19,9 @@ struct NORVIK50_EXPORT Currency {
 
   static constexpr int64_t kScale = 10000;
   static constexpr Currency FromScaled(int64_t s) noexcept { return {s}; }
-  // Rounds half to even at the fourth decimal, as the runtime's CCur does;
-  // raises overflow (6) outside the Currency range or for NaN.
+  // The exact binary value times 10,000, rounded half to even, as the
+  // runtime's CCur does; raises overflow (6) outside the Currency range or
+  // for NaN and infinities.
   static Currency FromDouble(double value);
   double ToDouble() const noexcept { return static_cast<double>(scaled) / kScale; }
   // Plain decimal text with '.' and no trailing zeros: "12.5", "-0.0001".
@@ -70,14 +71,16 @@ struct NORVIK50_EXPORT Date {
 
 // Decimal: the automation 96-bit decimal, sign, scale 0..28.
 struct NORVIK50_EXPORT Decimal {
-  uint32_t hi = 0;   // top 32 bits of the 96-bit magnitude
-  uint64_t lo = 0;   // low 64 bits
-  uint8_t scale = 0; // decimal places
+  uint32_t hi = 0;    // top 32 bits of the 96-bit magnitude
+  uint64_t lo = 0;    // low 64 bits
+  uint8_t scale = 0;  // decimal places
   bool negative = false;
 
   double ToDouble() const noexcept;
-  // Up to 28 significant digits; raises overflow (6) beyond the 96-bit range.
+  // The value's 15 significant digits (a Single's 7), ties away from zero,
+  // at most 28 places; raises overflow (6) beyond the 96-bit range.
   static Decimal FromDouble(double value);
+  static Decimal FromSingle(float value);
   // Plain text with '.', e.g. "-1.50" keeps its scale.
   std::string ToString() const;
   static std::optional<Decimal> Parse(std::string_view text);

@@ -24,19 +24,49 @@ TEST(NumberTextTest, FifteenDigitsAndTheExponentThresholds) {
     double value;
     const char16_t* text;
   } cases[] = {
+      // Fixed while it needs at most 15 digits before and after the point.
       {1e15, u"1E+15"},
+      {999999999999999.0, u"999999999999999"},
+      {999999999999999.6, u"1E+15"},  // rounding reaches the sixteenth digit
       {1234567890123456.0, u"1.23456789012346E+15"},
-      {1e-5, u"1E-05"},
+      {1e-5, u"0.00001"},
+      {0.000056789, u"0.000056789"},
+      {5.6789e-11, u"0.000000000056789"},  // fifteen places
+      {5.6789e-12, u"5.6789E-12"},         // sixteen places
+      {1e-15, u"0.000000000000001"},
+      {1.5e-15, u"1.5E-15"},
       {4.94065645841247e-324, u"4.94065645841247E-324"},
+      {1e100, u"1E+100"},  // three exponent digits when needed
       {0.0001, u"0.0001"},
       {123456789012345.0, u"123456789012345"},
       {1.0 / 3, u"0.333333333333333"},
+      {0.1 + 0.2, u"0.3"},
+      // An exact tie on the sixteenth digit goes away from zero (half to
+      // even would keep ...344).
+      {1234567890123445.0, u"1.23456789012345E+15"},
+      {-1234567890123445.0, u"-1.23456789012345E+15"},
       {-2.5, u"-2.5"},
       {-0.0, u"0"},
   };
   for (const Case& c : cases) EXPECT_EQ(DoubleToText(c.value, u'.'), c.text) << c.value;
   EXPECT_EQ(DoubleToText(1234.5, u','), u"1234,5");
-  EXPECT_EQ(SingleToText(0.1f, u'.'), u"0.1");
+  EXPECT_EQ(DoubleToText(1e-5, u','), u"0,00001");
+  struct SingleCase {
+    float value;
+    const char16_t* text;
+  } singles[] = {
+      {0.1f, u"0.1"},
+      {654322.25f, u"654322.3"},  // an exact tie: away from zero
+      {-654322.25f, u"-654322.3"},
+      {654322.75f, u"654322.8"},
+      {0.000005f, u"0.000005"},  // six places, fixed
+      {1.5e-7f, u"1.5E-07"},     // eight places
+      {1234567.0f, u"1234567"},
+      {1e7f, u"1E+07"},  // eight digits before the point
+      {1e8f, u"1E+08"},
+      {3.4028235e38f, u"3.402823E+38"},
+  };
+  for (const SingleCase& c : singles) EXPECT_EQ(SingleToText(c.value, u'.'), c.text) << c.value;
   EXPECT_EQ(CurrencyToText(Currency{-12345}, u','), u"-1,2345");
 }
 
@@ -47,8 +77,8 @@ TEST(NumberTextTest, PlainNumbers) {
   EXPECT_EQ(ParsePlainNumber(u"&HFF", u'.'), 255);
   EXPECT_EQ(ParsePlainNumber(u"&HFFFFFFFF", u'.'), -1);  // a 32-bit pattern
   EXPECT_EQ(ParsePlainNumber(u"&O17", u'.'), 15);
-  for (const char16_t* bad : {u"", u"  ", u"abc", u"1 2", u"inf", u"nan", u"0x10", u"12,5",
-                              u"&H", u"&H1FFFFFFFF", u"1e999"}) {
+  for (const char16_t* bad : {u"", u"  ", u"abc", u"1 2", u"inf", u"nan", u"0x10", u"12,5", u"&H",
+                              u"&H1FFFFFFFF", u"1e999"}) {
     EXPECT_FALSE(ParsePlainNumber(bad, u'.')) << ToUtf8(bad);
   }
 }
@@ -105,8 +135,7 @@ TEST(CalendarNamesTest, GermanAndEnglishAsWindowsWritesThem) {
   };
   for (const Case& c : cases) {
     const Locale locale = LocaleForTag(c.tag);
-    EXPECT_EQ(RenderLocalePattern(u"ddd dddd, d. MMM MMMM yyyy", tuesday, locale), c.text)
-        << c.tag;
+    EXPECT_EQ(RenderLocalePattern(u"ddd dddd, d. MMM MMMM yyyy", tuesday, locale), c.text) << c.tag;
   }
   EXPECT_EQ(NamesFor(LocaleForTag("en-GB")).short_months[8], u"Sep");
   EXPECT_EQ(NamesFor(LocaleForTag("de-DE")).short_months[9], u"Okt");

@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 
+#include "core/number_text_digits.h"
 #include "norvik50/error.h"
 #include "norvik50/locale.h"
 
@@ -69,20 +70,58 @@ void AppendNumber(std::u16string& out, int value, int width) {
 
 }  // namespace
 
-std::u16string DoubleToText(double value, char16_t decimal) {
+// The runtime's general number form: the value rounded to the type's
+// significant digits, then fixed notation when it needs no more digits
+// before the point, nor after it, than the type has significant digits
+// (0.000056789 and 999999999999999 stay fixed), else the exponent form
+// with at least two exponent digits ("1E+15", "5.6789E-12").
+std::u16string GeneralNumberText(double value, int precision, char16_t decimal) {
   if (value == 0) return u"0";  // no "-0"
-  char text[40];
-  // %G switches to the exponent exactly where the runtime does (exponent
-  // below -4 or at least the precision) and drops trailing zeros.
-  std::snprintf(text, sizeof text, "%.15G", value);
-  return WithDecimal(text, decimal);
+  if (!std::isfinite(value)) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%G", value);
+    return WithDecimal(text, decimal);
+  }
+  const SignificantDigits s = RoundToSignificant(value, precision);
+  std::u16string out;
+  out.reserve(32);
+  if (s.negative) out.push_back(u'-');
+  const int before = s.exponent + 1;
+  const int after = s.count - before;
+  if (before <= precision && after <= precision) {
+    if (before <= 0) {
+      out.push_back(u'0');
+      out.push_back(decimal);
+      out.append(static_cast<std::size_t>(-before), u'0');
+      for (int i = 0; i < s.count; ++i) out.push_back(static_cast<char16_t>(s.digits[i]));
+      return out;
+    }
+    for (int i = 0; i < before; ++i) {
+      out.push_back(i < s.count ? static_cast<char16_t>(s.digits[i]) : u'0');
+    }
+    if (after > 0) {
+      out.push_back(decimal);
+      for (int i = before; i < s.count; ++i) out.push_back(static_cast<char16_t>(s.digits[i]));
+    }
+    return out;
+  }
+  out.push_back(static_cast<char16_t>(s.digits[0]));
+  if (s.count > 1) {
+    out.push_back(decimal);
+    for (int i = 1; i < s.count; ++i) out.push_back(static_cast<char16_t>(s.digits[i]));
+  }
+  out.push_back(u'E');
+  out.push_back(s.exponent < 0 ? u'-' : u'+');
+  AppendNumber(out, s.exponent, 2);
+  return out;
+}
+
+std::u16string DoubleToText(double value, char16_t decimal) {
+  return GeneralNumberText(value, 15, decimal);
 }
 
 std::u16string SingleToText(float value, char16_t decimal) {
-  if (value == 0) return u"0";
-  char text[40];
-  std::snprintf(text, sizeof text, "%.7G", static_cast<double>(value));
-  return WithDecimal(text, decimal);
+  return GeneralNumberText(static_cast<double>(value), 7, decimal);
 }
 
 std::u16string CurrencyToText(Currency value, char16_t decimal) {
@@ -151,7 +190,7 @@ int WeekdayOf(const CivilDateTime& c) {
 }
 
 std::u16string RenderLocalePattern(std::u16string_view pattern, const CivilDateTime& c,
-                                   const Locale& locale) {
+                                   const Locale& locale, bool pad_year) {
   const CalendarNames& names = NamesFor(locale);
   std::u16string out;
   for (std::size_t i = 0; i < pattern.size();) {
@@ -197,13 +236,21 @@ std::u16string RenderLocalePattern(std::u16string_view pattern, const CivilDateT
         if (run <= 2) {
           AppendNumber(out, c.year % 100, run == 1 ? 1 : 2);
         } else {
-          AppendNumber(out, c.year, 4);
+          AppendNumber(out, c.year, pad_year ? 4 : 1);
         }
         break;
-      case u'h': AppendNumber(out, c.hour % 12 == 0 ? 12 : c.hour % 12, width); break;
-      case u'H': AppendNumber(out, c.hour, width); break;
-      case u'm': AppendNumber(out, c.minute, width); break;
-      case u's': AppendNumber(out, c.second, width); break;
+      case u'h':
+        AppendNumber(out, c.hour % 12 == 0 ? 12 : c.hour % 12, width);
+        break;
+      case u'H':
+        AppendNumber(out, c.hour, width);
+        break;
+      case u'm':
+        AppendNumber(out, c.minute, width);
+        break;
+      case u's':
+        AppendNumber(out, c.second, width);
+        break;
       case u't': {
         const std::u16string& mark = c.hour < 12 ? locale.am : locale.pm;
         if (run == 1) {
@@ -213,8 +260,11 @@ std::u16string RenderLocalePattern(std::u16string_view pattern, const CivilDateT
         }
         break;
       }
-      case u'g': break;  // era: none in the Gregorian calendar
-      default: out.append(run, ch); break;
+      case u'g':
+        break;  // era: none in the Gregorian calendar
+      default:
+        out.append(run, ch);
+        break;
     }
     i += run;
   }
@@ -227,7 +277,8 @@ std::u16string GeneralDateText(const CivilDateTime& c, const Locale& locale) {
   const bool pure_time = c.year == 1899 && c.month == 12 && c.day == 30;
   const bool midnight = c.hour == 0 && c.minute == 0 && c.second == 0;
   std::u16string out;
-  if (!pure_time) out = RenderLocalePattern(locale.short_date, c, locale);
+  // The general form writes a year below 1000 as it is ("1/1/100").
+  if (!pure_time) out = RenderLocalePattern(locale.short_date, c, locale, false);
   if (pure_time || !midnight) {
     if (!out.empty()) out.push_back(u' ');
     out += RenderLocalePattern(locale.time_format, c, locale);
@@ -249,8 +300,8 @@ std::optional<double> ParsePlainNumber(std::u16string_view text, char16_t decima
       return std::nullopt;
     }
   }
-  if (ascii.size() > 2 && ascii[0] == '&' && (ascii[1] == 'H' || ascii[1] == 'h' ||
-                                              ascii[1] == 'O' || ascii[1] == 'o')) {
+  if (ascii.size() > 2 && ascii[0] == '&' &&
+      (ascii[1] == 'H' || ascii[1] == 'h' || ascii[1] == 'O' || ascii[1] == 'o')) {
     const int base = (ascii[1] == 'H' || ascii[1] == 'h') ? 16 : 8;
     char* end = nullptr;
     const unsigned long long v = std::strtoull(ascii.c_str() + 2, &end, base);
@@ -259,8 +310,8 @@ std::optional<double> ParsePlainNumber(std::u16string_view text, char16_t decima
     return static_cast<double>(static_cast<int32_t>(static_cast<uint32_t>(v)));
   }
   for (char c : ascii) {  // strtod would also take "inf", "nan" and hex floats
-    if (!(std::isdigit(static_cast<unsigned char>(c)) || c == '.' || c == '+' ||
-          c == '-' || c == 'e' || c == 'E')) {
+    if (!(std::isdigit(static_cast<unsigned char>(c)) || c == '.' || c == '+' || c == '-' ||
+          c == 'e' || c == 'E')) {
       return std::nullopt;
     }
   }

@@ -1,7 +1,9 @@
 // Numbers and dates as the host runtime writes them when it turns a value
 // into text without a pattern (CStr): 15 significant digits for a Double,
-// 7 for a Single, the locale's decimal separator, the exponent form from
-// 1E+15 up and below 1E-04; dates in the locale's general date form. Also
+// 7 for a Single (exact ties away from zero), the locale's decimal
+// separator, fixed notation while it needs no more digits before or after
+// the point than that, else the exponent form ("1E+15", "5.6789E-12");
+// dates in the locale's general date form. Also
 // the locale's day and month names (from ICU) and its date patterns
 // (written with the Windows pattern letters), which the Format engine uses.
 #ifndef NORVIK50_SRC_CORE_NUMBER_TEXT_H_
@@ -23,7 +25,8 @@ std::u16string DecimalToText(const Decimal& value, char16_t decimal);
 // The general date form: the locale's short date, then its long time; the
 // date is left out when the day is 1899-12-30 (a pure time), the time when
 // it is midnight and the date is shown ("05.03.2024 14:07:09",
-// "3/5/2024 2:07:09 PM", "6:00:00 AM"). DateToText raises overflow (6) for
+// "3/5/2024 2:07:09 PM", "6:00:00 AM"); a year below 1000 has no leading
+// zeros ("1/1/100"). DateToText raises overflow (6) for
 // a serial outside the Date range.
 std::u16string DateToText(Date value);
 std::u16string GeneralDateText(const CivilDateTime& c, const Locale& locale);
@@ -45,9 +48,10 @@ int WeekdayOf(const CivilDateTime& c);
 
 // Renders `pattern` written with the Windows locale pattern letters
 // (d dd ddd dddd, M MM MMM MMMM, y yy yyyy, h hh H HH, m mm, s ss, t tt,
-// 'quoted' text); every other character stands for itself.
+// 'quoted' text); every other character stands for itself. `pad_year`
+// false writes "yyyy" without leading zeros (the year 100 as "100").
 std::u16string RenderLocalePattern(std::u16string_view pattern, const CivilDateTime& c,
-                                   const Locale& locale);
+                                   const Locale& locale, bool pad_year = true);
 
 // A plain numeric text: blanks around it, a sign, digits with the locale's
 // decimal separator (or '.'), an exponent, or "&H"/"&O" radix forms.

@@ -1,12 +1,13 @@
 #include "norvik50/values.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <algorithm>
 #include <ctime>
 
+#include "core/number_text_digits.h"
 #include "norvik50/error.h"
 
 namespace norvik50 {
@@ -38,13 +39,33 @@ U128 Magnitude(const Decimal& d) { return (static_cast<U128>(d.hi) << 64) | d.lo
 // ---- Currency -------------------------------------------------------------
 
 Currency Currency::FromDouble(double value) {
-  const double scaled = value * static_cast<double>(kScale);
-  // 2^63 is the first value past the range; NaN fails every comparison.
-  if (!(scaled > -9223372036854775808.0 && scaled < 9223372036854775808.0)) {
-    Raise(kErrOverflow);
-  }
-  // nearbyint in the default rounding mode rounds half to even.
-  return {static_cast<int64_t>(std::nearbyint(scaled))};
+  // The runtime scales the binary value by 10,000 in extended precision,
+  // where the product is exact (53 + 14 bits fit the 64-bit mantissa), and
+  // rounds half to even. Integer arithmetic on mantissa and exponent gives
+  // the same result on every machine: 0.00035, whose double lies just
+  // below it, is 0.0003, and 922337203685477 keeps all its digits.
+  if (!std::isfinite(value)) Raise(kErrOverflow);
+  const bool negative = value < 0;
+  int exponent = 0;
+  const double fraction = std::frexp(std::fabs(value), &exponent);  // [0.5, 1)
+  const U128 product =
+      static_cast<U128>(static_cast<uint64_t>(std::ldexp(fraction, 53))) * kScale;  // < 2^67
+  const int shift = exponent - 53;  // |value| x 10,000 = product x 2^shift
+  const U128 limit = (static_cast<U128>(1) << 63) - (negative ? 0 : 1);
+  U128 magnitude = 0;
+  if (shift >= 0) {
+    if (shift >= 64 || product > (limit >> shift)) Raise(kErrOverflow);
+    magnitude = product << shift;
+  } else if (-shift < 100) {
+    const int n = -shift;
+    magnitude = product >> n;
+    const U128 rest = product - (magnitude << n);
+    const U128 half = static_cast<U128>(1) << (n - 1);
+    if (rest > half || (rest == half && (magnitude & 1) != 0)) ++magnitude;
+  }  // else far below 0.00005: zero
+  if (magnitude > limit) Raise(kErrOverflow);
+  const uint64_t m = static_cast<uint64_t>(magnitude);
+  return {negative ? static_cast<int64_t>(uint64_t{0} - m) : static_cast<int64_t>(m)};
 }
 
 std::string Currency::ToString() const {
@@ -99,9 +120,9 @@ bool Date::IsValidCivil(const CivilDateTime& c) noexcept {
   const year_month_day ymd{std::chrono::year{c.year},
                            std::chrono::month{static_cast<unsigned>(c.month)},
                            std::chrono::day{static_cast<unsigned>(c.day)}};
-  return c.year >= 100 && c.year <= 9999 && c.month >= 1 && c.month <= 12 &&
-         c.day >= 1 && ymd.ok() && c.hour >= 0 && c.hour < 24 &&
-         c.minute >= 0 && c.minute < 60 && c.second >= 0 && c.second < 60;
+  return c.year >= 100 && c.year <= 9999 && c.month >= 1 && c.month <= 12 && c.day >= 1 &&
+         ymd.ok() && c.hour >= 0 && c.hour < 24 && c.minute >= 0 && c.minute < 60 &&
+         c.second >= 0 && c.second < 60;
 }
 
 Date Date::FromCivil(const CivilDateTime& c) {
@@ -127,9 +148,11 @@ CivilDateTime Date::ToCivil() const {
     ++day_number;
   }
   const year_month_day ymd{kEpoch + days{day_number}};
-  return {static_cast<int>(ymd.year()), static_cast<int>(static_cast<unsigned>(ymd.month())),
+  return {static_cast<int>(ymd.year()),
+          static_cast<int>(static_cast<unsigned>(ymd.month())),
           static_cast<int>(static_cast<unsigned>(ymd.day())),
-          static_cast<int>(seconds / 3600), static_cast<int>(seconds / 60 % 60),
+          static_cast<int>(seconds / 3600),
+          static_cast<int>(seconds / 60 % 60),
           static_cast<int>(seconds % 60)};
 }
 
@@ -137,15 +160,15 @@ Date Date::Now() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   localtime_r(&now, &local);
-  return FromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
-                    local.tm_hour, local.tm_min, std::min(local.tm_sec, 59)});
+  return FromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+                    local.tm_min, std::min(local.tm_sec, 59)});
 }
 
 std::string Date::ToIsoString() const {
   const CivilDateTime c = ToCivil();
   char text[32];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", c.year, c.month,
-                c.day, c.hour, c.minute, c.second);
+  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", c.year, c.month, c.day, c.hour,
+                c.minute, c.second);
   return text;
 }
 
@@ -182,23 +205,17 @@ double Decimal::ToDouble() const noexcept {
   return static_cast<double>(negative ? -v : v);
 }
 
-Decimal Decimal::FromDouble(double value) {
+namespace {
+
+// The Decimal of `value` rounded to `precision` significant digits.
+Decimal DecimalOfDigits(double value, int precision) {
   if (!std::isfinite(value) || std::fabs(value) >= 7.9228162514264338e28) {
     Raise(kErrOverflow);
   }
-  Decimal d;
-  if (value == 0) return d;
-  d.negative = value < 0;
-  // A double carries 15 reliable significant digits; that is what the
-  // conversion keeps: "d.dddddddddddddde+XX".
-  char text[40];
-  std::snprintf(text, sizeof text, "%.14e", std::fabs(value));
-  std::string digits;
-  const char* p = text;
-  for (; *p && *p != 'e'; ++p) {
-    if (*p != '.') digits.push_back(*p);
-  }
-  int exponent = std::atoi(p + 1) - 14;  // value = digits * 10^exponent
+  if (value == 0) return Decimal{};
+  const SignificantDigits s = RoundToSignificant(value, precision);
+  std::string digits(s.digits, static_cast<std::size_t>(s.count));
+  int exponent = s.exponent - (s.count - 1);  // value = digits x 10^exponent
   // More than 28 places: drop digits, rounding half away from zero.
   while (exponent < -28 && !digits.empty()) {
     const bool up = digits.back() >= '5';
@@ -207,10 +224,13 @@ Decimal Decimal::FromDouble(double value) {
     if (up) {
       int i = static_cast<int>(digits.size()) - 1;
       while (i >= 0 && digits[i] == '9') digits[i--] = '0';
-      if (i >= 0) ++digits[i]; else digits.insert(digits.begin(), '1');
+      if (i >= 0) {
+        ++digits[i];
+      } else {
+        digits.insert(digits.begin(), '1');
+      }
     }
   }
-  if (digits.empty()) return Decimal{};
   U128 m = 0;
   for (char c : digits) m = m * 10 + static_cast<unsigned>(c - '0');
   for (; exponent > 0; --exponent) m *= 10;
@@ -219,12 +239,23 @@ Decimal Decimal::FromDouble(double value) {
     m /= 10;
     --scale;
   }
-  if (m == 0) return Decimal{};
+  Decimal d;
+  if (m == 0) return d;
+  if (m > kDecimalMax) Raise(kErrOverflow);
+  d.negative = s.negative;
   d.hi = static_cast<uint32_t>(m >> 64);
   d.lo = static_cast<uint64_t>(m);
   d.scale = static_cast<uint8_t>(scale);
   return d;
 }
+
+}  // namespace
+
+// A Double carries 15 reliable significant digits and a Single 7; the
+// Decimal keeps exactly those, so the Single 0.6 is the Decimal 0.6.
+Decimal Decimal::FromDouble(double value) { return DecimalOfDigits(value, 15); }
+
+Decimal Decimal::FromSingle(float value) { return DecimalOfDigits(static_cast<double>(value), 7); }
 
 std::string Decimal::ToString() const {
   U128 m = Magnitude(*this);

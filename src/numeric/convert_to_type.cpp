@@ -78,6 +78,10 @@ Number NumberOf(const Variant& v, bool keep_text = false) {
 // Integer targets round half to even (nearbyint in the default rounding
 // mode), as the runtime's CInt and CLng do.
 Outcome ToWhole(const Variant& v, double min, double max, VarType type) {
+  // True is -1, and a Byte takes its low byte: 255.
+  if (type == VarType::kByte && v.type() == VarType::kBoolean && v.as_boolean() == kTrue) {
+    return {Variant(uint8_t{255})};
+  }
   const Number n = NumberOf(v);
   if (n.error) return Fail(n.error);
   const double r = std::nearbyint(n.value);
@@ -100,17 +104,38 @@ Outcome ToSingle(const Variant& v) {
   return {Variant(f)};
 }
 
+// A Decimal's digits scaled to four places, half to even beyond them; no
+// step through a Double, so every digit of a large amount stays.
+Outcome CurrencyOfDecimal(const Decimal& d) {
+  __extension__ typedef unsigned __int128 U128;
+  U128 m = (static_cast<U128>(d.hi) << 64) | d.lo;
+  if (d.scale <= 4) {
+    for (int scale = d.scale; scale < 4; ++scale) m *= 10;  // < 2^96 x 10^4: no wrap
+  } else {
+    U128 divisor = 1;
+    for (int scale = d.scale; scale > 4; --scale) divisor *= 10;
+    const U128 rest = m % divisor;
+    m /= divisor;
+    const U128 half = divisor / 2;  // divisor is even
+    if (rest > half || (rest == half && (m & 1) != 0)) ++m;
+  }
+  const U128 limit = (static_cast<U128>(1) << 63) - (d.negative ? 0 : 1);
+  if (m > limit) return Fail(kErrOverflow);
+  const uint64_t magnitude = static_cast<uint64_t>(m);
+  return {Variant(Currency::FromScaled(d.negative ? static_cast<int64_t>(uint64_t{0} - magnitude)
+                                                  : static_cast<int64_t>(magnitude)))};
+}
+
 Outcome ToCurrency(const Variant& v) {
   if (v.type() == VarType::kCurrency) return {v};
+  if (v.type() == VarType::kDecimal) return CurrencyOfDecimal(v.as_decimal());
   const Number n = NumberOf(v, true);
   if (n.error) return Fail(n.error);
   if (n.text) {
     if (auto c = NumberTextToCurrency(*n.text)) return {Variant(*c)};
     return Fail(kErrOverflow);
   }
-  if (!(std::fabs(n.value) * Currency::kScale < 9223372036854775807.0)) {
-    return Fail(kErrOverflow);
-  }
+  if (!(std::fabs(n.value) < 1e15)) return Fail(kErrOverflow);  // far past the range
   return {Variant(Currency::FromDouble(n.value))};
 }
 
@@ -126,6 +151,8 @@ Outcome ToDecimal(const Variant& v) {
     if (auto d = Decimal::Parse(v.as_currency().ToString())) return {Variant(*d)};
   }
   if (!(std::fabs(n.value) < 7.9228162514264338e28)) return Fail(kErrOverflow);
+  // A Single keeps its own 7 digits: the Single 0.6 is 0.6, not 0.600000023841858.
+  if (v.type() == VarType::kSingle) return {Variant(Decimal::FromSingle(v.as_single()))};
   return {Variant(Decimal::FromDouble(n.value))};
 }
 
@@ -193,11 +220,14 @@ Outcome ToBoolean(const Variant& v) {
     while (!text.empty() && text.front() == u' ') text.remove_prefix(1);
     while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
     // The English words always; the German ones as a German system writes them.
+    // The date-literal-style "#TRUE#" and "#FALSE#" in any case as well.
     const bool german = CurrentLocale().is_german();
-    if (EqualsNoCase(text, u"true") || (german && EqualsNoCase(text, u"wahr"))) {
+    if (EqualsNoCase(text, u"true") || EqualsNoCase(text, u"#true#") ||
+        (german && EqualsNoCase(text, u"wahr"))) {
       return {Variant(true)};
     }
-    if (EqualsNoCase(text, u"false") || (german && EqualsNoCase(text, u"falsch"))) {
+    if (EqualsNoCase(text, u"false") || EqualsNoCase(text, u"#false#") ||
+        (german && EqualsNoCase(text, u"falsch"))) {
       return {Variant(false)};
     }
   }

@@ -11,11 +11,16 @@
 // Text to number is locale-aware (numeric/locale_number.h): the decimal
 // separator is the point, the thousands separator is ignored (German
 // "1.234,56" and English "1,234.56" are both 1234.56). Integer, Long and
-// Byte round half to even (2.5 -> 2, 3.5 -> 4). Text to Date reads the
-// locale's date forms and ISO (numeric/date_parse.h). Numbers become text
-// with 15 significant digits (Single 7) and the locale's decimal separator,
-// in exponent form from 1E+15 up and below 1E-04; Dates in the general date
-// form of the locale; Booleans as "True" and "False".
+// Byte round half to even (2.5 -> 2, 3.5 -> 4); a Byte of True is 255.
+// Currency from a Double or Single scales the exact binary value by 10,000
+// and rounds half to even; from a Decimal it is exact. A Decimal keeps a
+// Double's 15 and a Single's 7 significant digits. Text to Boolean reads
+// "True", "False" and "#TRUE#", "#FALSE#" (German also "Wahr", "Falsch").
+// Text to Date reads the locale's date forms and ISO (numeric/date_parse.h).
+// Numbers become text with 15 significant digits (Single 7) and the
+// locale's decimal separator, fixed while that needs no more digits before
+// or after the point, else in exponent form (core/number_text.h); Dates in
+// the general date form of the locale; Booleans as "True" and "False".
 #ifndef NORVIK50_SRC_NUMERIC_CONVERT_TO_TYPE_H_
 #define NORVIK50_SRC_NUMERIC_CONVERT_TO_TYPE_H_
 

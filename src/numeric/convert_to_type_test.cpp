@@ -135,19 +135,20 @@ TEST(ConvertToTypeTest, NumbersToText) {
   } cases[] = {
       {Variant(1e15), u"1E+15", u"1E+15"},
       {Variant(1234567890123456.0), u"1,23456789012346E+15", u"1.23456789012346E+15"},
-      {Variant(1e-5), u"1E-05", u"1E-05"},
+      {Variant(1e-5), u"0,00001", u"0.00001"},
+      {Variant(5.6789e-12), u"5,6789E-12", u"5.6789E-12"},
+      {Variant(654322.25f), u"654322,3", u"654322.3"},
       {Variant(4.94065645841247e-324), u"4,94065645841247E-324", u"4.94065645841247E-324"},
       {Variant(0.0001), u"0,0001", u"0.0001"},
       {Variant(123456789012345.0), u"123456789012345", u"123456789012345"},
       {Variant(1.0 / 3), u"0,333333333333333", u"0.333333333333333"},
       {Variant(int16_t{-5}), u"-5", u"-5"},
-      {Variant(true), u"True", u"False" /* replaced below */},
+      {Variant(true), u"True", u"True"},
       {Variant(Currency{12345}), u"1,2345", u"1.2345"},
       {Variant(Date{45356.5}), u"05.03.2024 12:00:00", u"3/5/2024 12:00:00 PM"},
       {Variant(Date{45356.0}), u"05.03.2024", u"3/5/2024"},
       {Variant(Date{0.25}), u"06:00:00", u"6:00:00 AM"},  // a pure time
   };
-  cases[8].english = u"True";
   for (const char* tag : {"de-DE", "en-US"}) {
     testing::ScopedLocale locale(tag);
     for (const Case& c : cases) {
@@ -217,6 +218,133 @@ TEST(ConvertStrictTest, RaisesTheRuntimeErrors) {
     EXPECT_EQ(ErrorOf([] { ConvertStrict(7, Variant(1e10)); }), 6) << tag;
     EXPECT_EQ(ErrorOf([] { ConvertStrict(6, Variant(u"1e300")); }), 6) << tag;
     EXPECT_EQ(ConvertStrict(5, Variant()).as_double(), 0) << tag;  // Empty is 0
+  }
+}
+
+// Currency from a Double scales its binary value, half to even: the
+// double of 0.00035 lies just below it, that of 0.00025 just above.
+TEST(ConvertToTypeTest, CurrencyFromBinaryValues) {
+  struct Case {
+    Variant value;
+    std::optional<int64_t> scaled;  // nullopt: overflow, the Integer 0 fallback
+  } cases[] = {
+      {Variant(0.00035), 3},
+      {Variant(0.00025), 3},
+      {Variant(0.00005), 1},               // 0.50000000000000002396: above the half
+      {Variant(std::ldexp(5.0, -17)), 0},  // 0.38147 of the last place: down
+      {Variant(std::ldexp(1.0, -15)), 0},  // 0.30517578125 of it
+      {Variant(std::ldexp(3.0, -15)), 1},  // 0.91552734375 of it
+      {Variant(0.03125), 312},             // 312.5 exactly: to the even 312
+      {Variant(0.09375), 938},             // 937.5 exactly: to the even 938
+      {Variant(-0.00035), -3},
+      {Variant(922337203685477.0), 9223372036854770000},  // every digit kept
+      {Variant(-922337203685477.0), -9223372036854770000},
+      {Variant(922337203685477.5), 9223372036854775000},
+      {Variant(922337203685477.625), std::nullopt},  // past the top
+      {Variant(-922337203685477.625), std::nullopt},
+      {Variant(0.1f), 1000},  // the Single's binary value: 0.100000001490116
+      {Variant(1e-300), 0},
+  };
+  for (const Case& c : cases) {
+    const Variant out = ConvertToType(6, c.value);
+    if (c.scaled) {
+      ASSERT_EQ(out.type(), VarType::kCurrency) << *c.value.numeric_value();
+      EXPECT_EQ(out.as_currency().scaled, *c.scaled) << *c.value.numeric_value();
+    } else {
+      EXPECT_EQ(out.type(), VarType::kInteger) << *c.value.numeric_value();
+      EXPECT_EQ(ErrorOf([&] { ConvertStrict(6, c.value); }), 6);
+    }
+  }
+}
+
+// Currency from a Decimal is exact; more than four places round half to even.
+TEST(ConvertToTypeTest, CurrencyFromDecimalIsExact) {
+  struct Case {
+    const char* decimal;
+    std::optional<int64_t> scaled;
+  } cases[] = {
+      {"922337203685476", 9223372036854760000},  // not ...476.0448 as via a Double
+      {"-922337203685477.5808", INT64_MIN},
+      {"922337203685477.5807", INT64_MAX},
+      {"922337203685477.5808", std::nullopt},
+      {"0.00005", 0},  // a tie: to the even 0
+      {"0.00015", 2},  // a tie: to the even 2
+      {"0.000250001", 3},
+      {"-1.23456", -12346},
+      {"79228162514264337593543950335", std::nullopt},
+      {"0.0000000000000000000000000001", 0},
+  };
+  for (const Case& c : cases) {
+    const Variant in(*Decimal::Parse(c.decimal));
+    const Variant out = ConvertToType(6, in);
+    if (c.scaled) {
+      ASSERT_EQ(out.type(), VarType::kCurrency) << c.decimal;
+      EXPECT_EQ(out.as_currency().scaled, *c.scaled) << c.decimal;
+    } else {
+      EXPECT_EQ(ErrorOf([&] { ConvertStrict(6, in); }), 6) << c.decimal;
+    }
+  }
+}
+
+// A Decimal keeps the source's own significant digits: 7 for a Single,
+// 15 for a Double.
+TEST(ConvertToTypeTest, DecimalKeepsTheSourceDigits) {
+  struct Case {
+    Variant value;
+    const char* decimal;
+  } cases[] = {
+      {Variant(0.6f), "0.6"},  // not 0.600000023841858
+      {Variant(654322.25f), "654322.3"},
+      {Variant(16777216.0f), "16777220"},
+      {Variant(1.0f / 3), "0.3333333"},
+      {Variant(0.1 + 0.2), "0.3"},
+      {Variant(1.0 / 3), "0.333333333333333"},
+      {Variant(123456789012345678.0), "123456789012346000"},
+      {Variant(-2.5e-20), "-0.000000000000000000025"},
+      {Variant(1e-29), "0"},  // below the 28th place
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(ConvertToType(14, c.value).as_decimal().ToString(), c.decimal) << c.decimal;
+  }
+}
+
+TEST(ConvertToTypeTest, BooleansToByteAndTextToBoolean) {
+  // True is -1; a Byte takes its low byte.
+  EXPECT_EQ(ConvertToType(17, Variant(true)).as_byte(), 255);
+  EXPECT_EQ(ConvertToType(17, Variant(false)).as_byte(), 0);
+  EXPECT_EQ(ConvertToType(2, Variant(true)).as_integer(), -1);
+  EXPECT_EQ(ErrorOf([] { ConvertStrict(17, Variant(int16_t{-1})); }), 6);  // only True wraps
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    struct Case {
+      const char16_t* text;
+      int want;  // -1 True, 0 False, 13 type mismatch
+    } cases[] = {
+        {u"#TRUE#", -1}, {u"#true#", -1}, {u" #True# ", -1}, {u"#FALSE#", 0}, {u"#false#", 0},
+        {u"#TRUE", 13},  {u"TRUE#", 13},  {u"# TRUE #", 13}, {u"##", 13},     {u"#1#", 13},
+    };
+    for (const Case& c : cases) {
+      if (c.want == 13) {
+        EXPECT_EQ(ErrorOf([&] { ConvertStrict(11, Variant(c.text)); }), 13) << ToUtf8(c.text);
+      } else {
+        EXPECT_EQ(ConvertToType(11, Variant(c.text)).as_boolean(), c.want) << ToUtf8(c.text);
+      }
+    }
+  }
+}
+
+// The general date form writes a year below 1000 without leading zeros.
+TEST(ConvertToTypeTest, EarlyYearsWithoutLeadingZeros) {
+  const Date year100 = Date::FromCivil({100, 1, 1, 0, 0, 0});
+  const Date year999 = Date::FromCivil({999, 12, 31, 13, 5, 0});
+  for (const char* tag : {"de-DE", "en-US"}) {
+    testing::ScopedLocale locale(tag);
+    const bool german = tag[0] == 'd';
+    EXPECT_EQ(ConvertToType(8, Variant(year100)).as_string(), german ? u"01.01.100" : u"1/1/100");
+    EXPECT_EQ(ConvertToType(8, Variant(year999)).as_string(),
+              german ? u"31.12.999 13:05:00" : u"12/31/999 1:05:00 PM");
+    EXPECT_EQ(ConvertToType(8, Variant(Date::FromCivil({1000, 1, 1, 0, 0, 0}))).as_string(),
+              german ? u"01.01.1000" : u"1/1/1000");
   }
 }
 

@@ -67,7 +67,8 @@ TEST(SqlDoubleTest, PointInEveryLocale) {
       {Variant(1234.5), u"1234.5"},
       {Variant(0.1), u"0.1"},
       {Variant(1e20), u"1E+20"},
-      {Variant(-2.5e-7), u"-2.5E-07"},
+      {Variant(-2.5e-7), u"-0.00000025"},  // fixed up to fifteen places
+      {Variant(-2.5e-17), u"-2.5E-17"},
       {Variant(u"abc"), u"0"},
       {Variant::Null(), u"0"},
       {Variant(), u"0"},
