@@ -176,17 +176,19 @@ TEST(ConvertToTypeTest, TextToDateInBothLocales) {
   } cases[] = {
       {u"2024-03-05", march5, march5},  // ISO in every locale
       {u"2024-03-05T14:07:09", march5_time, march5_time},
-      // The locale's field order decides; "." is accepted in English too.
-      {u"5.3.2024", march5, CivilDateTime{2024, 5, 3, 0, 0, 0}},
-      {u"05.03.2024 14:07:09", march5_time, CivilDateTime{2024, 5, 3, 14, 7, 9}},
+      // The locale's field order decides; a dotted date is German only.
+      {u"5.3.2024", march5, std::nullopt},
+      {u"05.03.2024 14:07:09", march5_time, std::nullopt},
       {u"3/5/2024 2:07:09 PM", CivilDateTime{2024, 5, 3, 14, 7, 9}, march5_time},
       {u"5. M\u00E4rz 2024", march5, std::nullopt},  // German month name
       {u"March 5, 2024", march5, march5},            // English names always
       {u"Tuesday, March 5, 2024", march5, march5},
       {u"13/5/2024", CivilDateTime{2024, 5, 13, 0, 0, 0},
-       CivilDateTime{2024, 5, 13, 0, 0, 0}},                    // month 13 swaps with the day
-      {u"5.3.24", march5, CivilDateTime{2024, 5, 3, 0, 0, 0}},  // two-digit year
-      {u"5.3.75", CivilDateTime{1975, 3, 5, 0, 0, 0}, CivilDateTime{1975, 5, 3, 0, 0, 0}},
+       CivilDateTime{2024, 5, 13, 0, 0, 0}},  // month 13 swaps with the day
+      // Two-digit years; English reads the dots as a time.
+      {u"5.3.24", march5, CivilDateTime{1899, 12, 30, 5, 3, 24}},
+      {u"5.3.75", CivilDateTime{1975, 3, 5, 0, 0, 0}, std::nullopt},
+      {u"5/3/75", CivilDateTime{1975, 3, 5, 0, 0, 0}, CivilDateTime{1975, 5, 3, 0, 0, 0}},
       {u"31.02.2024", std::nullopt, std::nullopt},
       {u"x", std::nullopt, std::nullopt},
       {u"12", std::nullopt, std::nullopt},
