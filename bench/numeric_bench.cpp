@@ -5,19 +5,24 @@
 //    numbers written in plain ASCII ("1234.56"); target within 4x;
 //  - the Format engine with "#,##0.00" and "0.00" on a million Doubles,
 //    against snprintf("%.2f") into a std::string (a caller gets a string
-//    either way); target within 2x.
+//    either way); target within 2x;
+//  - ConvertToType text to Date and Double to String against the former
+//    code for the same conversions (bench/conversion_anchors.h); target
+//    within 1.5x.
 // The summary prints the best of the repetitions (nanoseconds per item),
 // which is the least disturbed by other work on the machine, and the ratios.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "conversion_anchors.h"
 #include "norvik50/locale.h"
 #include "norvik50/variant.h"
 #include "numeric/convert_to_type.h"
@@ -160,6 +165,123 @@ void BM_Format(benchmark::State& state) {
   Finish(state);
 }
 
+// Dates as business texts carry them in each locale: dates alone, with a
+// time, times alone, month names and ISO.
+const std::vector<std::u16string>& DateTextsOf(int64_t german) {
+  static const auto make = [](bool de) {
+    std::mt19937_64 rng(19991231);
+    std::vector<std::u16string> out;
+    out.reserve(kCount);
+    char text[64];
+    static const char* const kMonths[] = {"January",   "February", "March",    "April",
+                                          "May",       "June",     "July",     "August",
+                                          "September", "October",  "November", "December"};
+    for (std::size_t i = 0; i < kCount; ++i) {
+      const int d = static_cast<int>(rng() % 28) + 1, m = static_cast<int>(rng() % 12) + 1;
+      const int y = 1950 + static_cast<int>(rng() % 80);
+      const int h = static_cast<int>(rng() % 24), n = static_cast<int>(rng() % 60);
+      switch (i % 5) {
+        case 0:
+          std::snprintf(text, sizeof text, de ? "%02d.%02d.%d" : "%d/%d/%d", de ? d : m, de ? m : d,
+                        y);
+          break;
+        case 1:
+          std::snprintf(text, sizeof text,
+                        de ? "%d.%d.%d %02d:%02d:%02d" : "%d/%d/%d %d:%02d:%02d %s", de ? d : m,
+                        de ? m : d, y, de ? h : (h % 12 == 0 ? 12 : h % 12), n, n,
+                        de ? "" : (h < 12 ? "AM" : "PM"));
+          break;
+        case 2:
+          std::snprintf(text, sizeof text, "%d:%02d", h, n);
+          break;
+        case 3:
+          std::snprintf(text, sizeof text, "%s %d, %d", kMonths[m - 1], d, y);
+          break;
+        default:
+          std::snprintf(text, sizeof text, "%d-%02d-%02d", y, m, d);
+          break;
+      }
+      std::string s(text);
+      while (!s.empty() && s.back() == ' ') s.pop_back();
+      out.emplace_back(s.begin(), s.end());
+    }
+    return out;
+  };
+  static const std::vector<std::u16string> de = make(true), en = make(false);
+  return german ? de : en;
+}
+
+// Doubles to write: half of them amounts, half full-precision values over
+// a wide range of magnitudes.
+const std::vector<double>& DoublesToWrite() {
+  static const std::vector<double> values = [] {
+    std::mt19937_64 rng(1234567);
+    std::vector<double> out(Numbers());
+    for (std::size_t i = 1; i < out.size(); i += 2) {
+      const double unit = static_cast<double>(rng() >> 11) / 9007199254740992.0;
+      out[i] = unit * std::pow(10.0, static_cast<int>(rng() % 30) - 12);
+    }
+    return out;
+  }();
+  return values;
+}
+
+void BM_DateAnchor(benchmark::State& state) {
+  norvik50::SetCurrentLocale(Tag(state.range(0)));
+  std::vector<Variant> values(DateTextsOf(state.range(0)).begin(),
+                              DateTextsOf(state.range(0)).end());
+  const norvik50::Locale& locale = norvik50::CurrentLocale();
+  for (auto _ : state) {
+    double sum = 0;
+    for (const Variant& v : values) {
+      const auto d = norvik50::anchor::ParseDateText(v.as_string(), locale);
+      sum += Variant(d ? *d : norvik50::Date{}).as_date().serial;
+    }
+    benchmark::DoNotOptimize(sum);
+  }
+  Finish(state);
+}
+
+void BM_ConvertToDate(benchmark::State& state) {
+  norvik50::SetCurrentLocale(Tag(state.range(0)));
+  std::vector<Variant> values(DateTextsOf(state.range(0)).begin(),
+                              DateTextsOf(state.range(0)).end());
+  if (norvik50::ConvertToType(7, Variant(u"2024-03-05")).as_date().serial != 45356) {
+    state.SkipWithError("ConvertToType misread a date");
+  }
+  for (auto _ : state) {
+    double sum = 0;
+    for (const Variant& v : values) sum += norvik50::ConvertToType(7, v).as_date().serial;
+    benchmark::DoNotOptimize(sum);
+  }
+  Finish(state);
+}
+
+void BM_DoubleTextAnchor(benchmark::State& state) {
+  norvik50::SetCurrentLocale("de-DE");
+  const char16_t decimal = norvik50::CurrentLocale().decimal;
+  std::vector<Variant> values(DoublesToWrite().begin(), DoublesToWrite().end());
+  for (auto _ : state) {
+    std::size_t total = 0;
+    for (const Variant& v : values) {
+      total += Variant(norvik50::anchor::DoubleToText(v.as_double(), decimal)).as_string().size();
+    }
+    benchmark::DoNotOptimize(total);
+  }
+  Finish(state);
+}
+
+void BM_ConvertToString(benchmark::State& state) {
+  norvik50::SetCurrentLocale("de-DE");
+  std::vector<Variant> values(DoublesToWrite().begin(), DoublesToWrite().end());
+  for (auto _ : state) {
+    std::size_t total = 0;
+    for (const Variant& v : values) total += norvik50::ConvertToType(8, v).as_string().size();
+    benchmark::DoNotOptimize(total);
+  }
+  Finish(state);
+}
+
 #define NORVIK50_NUMERIC_BENCH(fn) \
   BENCHMARK(fn)->Unit(benchmark::kMillisecond)->UseRealTime()->Repetitions(3)->MinTime(0.2)
 NORVIK50_NUMERIC_BENCH(BM_FromChars);
@@ -167,6 +289,10 @@ NORVIK50_NUMERIC_BENCH(BM_TklVal)->ArgName("german")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_ConvertToDouble)->ArgName("german")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_Snprintf);
 NORVIK50_NUMERIC_BENCH(BM_Format)->ArgName("grouped")->Arg(1)->Arg(0);
+NORVIK50_NUMERIC_BENCH(BM_DateAnchor)->ArgName("german")->Arg(1)->Arg(0);
+NORVIK50_NUMERIC_BENCH(BM_ConvertToDate)->ArgName("german")->Arg(1)->Arg(0);
+NORVIK50_NUMERIC_BENCH(BM_DoubleTextAnchor);
+NORVIK50_NUMERIC_BENCH(BM_ConvertToString);
 
 // Keeps the best time of each benchmark over its repetitions.
 class BestOf : public benchmark::ConsoleReporter {
@@ -219,6 +345,19 @@ int main(int argc, char** argv) {
                 grouped[0] == '1' ? "#,##0.00" : "0.00", grouped[0] == '1' ? 7 : 11, "", format,
                 format / snprintf_ns);
   }
+  for (const char* locale : {"1", "0"}) {
+    const char* name = locale[0] == '1' ? "de-DE" : "en-US";
+    const double anchor = reporter.Ns(std::string("BM_DateAnchor/") + locale);
+    const double date = reporter.Ns(std::string("BM_ConvertToDate/") + locale);
+    std::printf("  text->Date former %s       %7.1f\n", name, anchor);
+    std::printf("  ConvertToType 7 %s         %7.1f  %5.2fx former (target <= 1.5)\n", name, date,
+                date / anchor);
+  }
+  const double text_anchor = reporter.Ns("BM_DoubleTextAnchor");
+  const double text = reporter.Ns("BM_ConvertToString");
+  std::printf("  Double->String former        %7.1f\n", text_anchor);
+  std::printf("  ConvertToType 8              %7.1f  %5.2fx former (target <= 1.5)\n", text,
+              text / text_anchor);
   benchmark::Shutdown();
   return 0;
 }
