@@ -10,6 +10,7 @@
 #include "norvik50/error.h"
 #include "numeric/convert_to_type.h"
 #include "numeric/date_parse.h"
+#include "numeric/format.h"
 #include "numeric/locale_number.h"
 #include "testing/error_number.h"
 #include "testing/temp_folder.h"
@@ -347,6 +348,11 @@ TEST(ConvertToTypeTest, EarlyYearsWithoutLeadingZeros) {
               german ? u"31.12.999 13:05:00" : u"12/31/999 1:05:00 PM");
     EXPECT_EQ(ConvertToType(8, Variant(Date::FromCivil({1000, 1, 1, 0, 0, 0}))).as_string(),
               german ? u"01.01.1000" : u"1/1/1000");
+    // The Format engine's general date writes it the same way.
+    for (const char16_t* pattern : {u"", u"General Date", u"c"}) {
+      EXPECT_EQ(FormatValue(Variant(year100), pattern), german ? u"01.01.100" : u"1/1/100")
+          << ToUtf8(pattern);
+    }
   }
 }
 
