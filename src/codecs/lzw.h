@@ -53,9 +53,15 @@ inline constexpr std::size_t kMaxStringLength = 256;
 //    code or a learnt code as the first data code, or a learnt code beyond
 //    the one being defined) or would learn a string longer than
 //    kMaxStringLength.
+//  - raises norvik50::Error 7 (out of memory) when the output, whose size
+//    is known before anything is allocated, cannot be had.
 // Never reads outside `stream`; the output is at most kMaxStringLength bytes
-// per 9 bits of input.
+// per 9 bits of input, and the only memory it takes is the output itself.
 [[nodiscard]] std::string Inflate(std::string_view stream);
+
+// As Inflate, with each byte of the output as its Windows-1252 character
+// (the text a host receives), written straight into the text.
+[[nodiscard]] std::u16string InflateToText(std::string_view stream);
 
 }  // namespace norvik50::lzw
 

@@ -8,16 +8,16 @@
 #include <random>
 
 #include "codecs/lzw.h"
+#include "codecs/lzw_bomb.h"
 #include "codecs/lzw_reference.h"
+#include "norvik50/encoding.h"
 #include "norvik50/error.h"
 
 namespace norvik50::lzw {
 namespace {
 
 // The stream of a code list: packed, leading zero byte dropped.
-std::string Stream(const std::vector<int>& codes) {
-  return reference::Pack(codes).substr(1);
-}
+std::string Stream(const std::vector<int>& codes) { return reference::Pack(codes).substr(1); }
 
 std::vector<int> Range(int first, int last) {
   std::vector<int> v(static_cast<std::size_t>(last - first + 1));
@@ -68,12 +68,11 @@ TEST(LzwInflate, DefinedAnswers) {
       // 258 is being defined: the previous string plus its own first byte.
       {"code being defined", Stream({256, 'a', 258, 257, 0}), "aaa"},
       // After a clear the previous string still counts: 258 is "ab" + "a".
-      {"clear keeps the previous string",
-       Stream({256, 'a', 'b', 258, 256, 258, 257}), "a" "b" "ab" "aba"},
+      {"clear keeps the previous string", Stream({256, 'a', 'b', 258, 256, 258, 257}),
+       "ababaaba"},  // a, b, ab, aba
       // 0..255 learn 255 strings; the decoder clears itself at the same fill
       // level as the compressor, so 258 is [254, 255] without a clear code.
-      {"decoder clears itself when full",
-       Stream(Join({{256}, Range(0, 255), {258, 257}})),
+      {"decoder clears itself when full", Stream(Join({{256}, Range(0, 255), {258, 257}})),
        [] {
          std::string s;
          for (int i = 0; i < 256; ++i) s.push_back(static_cast<char>(i));
@@ -139,6 +138,36 @@ TEST(LzwInflate, GarbageGetsTheLiteralFormsAnswer) {
   // Both kinds of answer were met.
   EXPECT_GT(errors, 100);
   EXPECT_GT(texts, 100);
+}
+
+TEST(LzwInflate, TheLargestExpansionDecodesExactly) {
+  // Each cycle reaches the longest string allowed and no further, so the
+  // bomb is a valid stream: it decodes in full, to the size worked out
+  // from its codes, and the literal form agrees.
+  for (std::size_t cycles : {1u, 2u, 3u, 40u}) {
+    const std::string stream = testing::BombStream(cycles);
+    const std::string text = Inflate(stream);
+    ASSERT_EQ(text.size(), testing::BombOutputSize(cycles)) << cycles;
+    EXPECT_EQ(text.find_first_not_of('a'), std::string::npos);
+    EXPECT_GT(text.size(), 100 * stream.size()) << cycles;
+    if (cycles <= 3) {
+      EXPECT_EQ(reference::Decompress(stream), text);
+    }
+    EXPECT_EQ(InflateToText(stream), std::u16string(text.size(), u'a'));
+  }
+}
+
+TEST(LzwInflate, TextFormGivesTheWindows1252CharacterOfEachByte) {
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) bytes.push_back(static_cast<char>(i));
+  bytes += bytes;  // learnt strings too, not only byte codes
+  const std::u16string text = InflateToText(Deflate(bytes));
+  ASSERT_EQ(text.size(), bytes.size());
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    ASSERT_EQ(text[i], Cp1252ToChar(static_cast<uint8_t>(bytes[i]))) << i;
+  }
+  // A damaged stream is refused the same way in both forms.
+  EXPECT_THROW((void)InflateToText(Stream({256, 'a', 300, 257})), Error);
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ std::u16string DeflateText(std::u16string_view text) {
 }
 
 std::u16string InflateText(std::u16string_view text) {
-  return BytesToText(Inflate(ToBytes(text, u"The text to INFLATE")));
+  return InflateToText(ToBytes(text, u"The text to INFLATE"));
 }
 
 }  // namespace norvik50::lzw

@@ -16,7 +16,8 @@ namespace norvik50::lzw {
 // The text that the compressed text `text` stands for, as lzw::Inflate
 // decodes its bytes: "" for a text that is not compressed. Raises
 // norvik50::Error 5 for a character without a Windows-1252 byte and for a
-// damaged compressed text.
+// damaged compressed text, 7 when the text it stands for does not fit in
+// memory. Needs no memory but the input's bytes and the result.
 [[nodiscard]] std::u16string InflateText(std::u16string_view text);
 
 }  // namespace norvik50::lzw

@@ -1,10 +1,14 @@
 // The codec as hosts reach it: text of byte characters through
 // tklGlobalVar, on the LIB object and by name through the dispatch.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <optional>
 
 #include "codecs/lzw.h"
+#include "codecs/lzw_bomb.h"
 #include "codecs/lzw_reference.h"
 #include "codecs/lzw_text.h"
 #include "core/invoke.h"
@@ -34,7 +38,8 @@ TEST(LzwText, CharactersStandForWindows1252Bytes) {
   EXPECT_EQ(lzw::InflateText(u"\u0192\u0004\u0004"), u"A");
   // Characters of the upper half, including the euro sign (byte 0x80) and
   // the C1 values of the five undefined bytes, round-trip.
-  const std::u16string text = u"Stra\u00DFe 12 \u20AC 1.234,56 \u201Equoted\u201C \u0081\u008D\u008F\u0090\u009D";
+  const std::u16string text =
+      u"Stra\u00DFe 12 \u20AC 1.234,56 \u201Equoted\u201C \u0081\u008D\u008F\u0090\u009D";
   EXPECT_EQ(lzw::InflateText(lzw::DeflateText(text)), text);
   // The compressed text is the byte stream, character for character.
   EXPECT_EQ(lzw::DeflateText(text), BytesToText(lzw::Deflate(*TextToBytes(text))));
@@ -73,9 +78,8 @@ TEST(LzwText, DefinedErrors) {
        BytesToText(lzw::reference::Pack({256, 'a', 300, 257, 0}).substr(1))},
   };
   for (const auto& c : cases) {
-    const auto number = ErrorOf([&] {
-      (void)(c.deflate ? lzw::DeflateText(c.text) : lzw::InflateText(c.text));
-    });
+    const auto number =
+        ErrorOf([&] { (void)(c.deflate ? lzw::DeflateText(c.text) : lzw::InflateText(c.text)); });
     EXPECT_EQ(number, kErrInvalidCall) << c.what;
   }
   // Not compressed at all: the defined empty result, no error.
@@ -120,8 +124,7 @@ TEST_F(GlobalVarTest, ByNameThroughTheDispatchEntry) {
   MemberTable table;
   RegisterCodecMembers(table);
   auto call = [&](std::string_view member, std::u16string name, Variant value) {
-    return InvokeMember(table, lib, member, {Variant(std::move(name)), std::move(value)},
-                        false);
+    return InvokeMember(table, lib, member, {Variant(std::move(name)), std::move(value)}, false);
   };
   const InvokeResult deflated = call("TKLGLOBALVAR", u"deflate", Variant(u"Rechnung Rechnung"));
   ASSERT_TRUE(deflated.result.has_value());
@@ -131,6 +134,43 @@ TEST_F(GlobalVarTest, ByNameThroughTheDispatchEntry) {
   EXPECT_EQ(inflated.result->as_string(), u"Rechnung Rechnung");
   // The member's error reaches the caller unchanged.
   EXPECT_EQ(ErrorOf([&] { call("tklGlobalVar", u"NOPE", Variant(u"x")); }), kErrInvalidCall);
+}
+
+// Resident memory of this process now, in bytes.
+std::size_t ResidentBytes() {
+  long pages = 0, resident = 0;
+  if (FILE* f = std::fopen("/proc/self/statm", "r")) {
+    if (std::fscanf(f, "%ld %ld", &pages, &resident) != 2) resident = 0;
+    std::fclose(f);
+  }
+  return static_cast<std::size_t>(resident) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+TEST_F(GlobalVarTest, InflatingABombNeedsLittleMoreThanTheText) {
+  // 2,060 cycles of the largest expansion: 186 KB of stream, 67 M
+  // characters (134 MB of text). The text itself is the floor; a doubling
+  // byte buffer and a second copy as text took 2.5 times that. Measured in
+  // a child process, whose peak starts at what it has when it is forked.
+  const std::u16string stream = BytesToText(lzw::testing::BombStream(2060));
+  const std::size_t chars = lzw::testing::BombOutputSize(2060);
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const std::size_t before = ResidentBytes();
+    LIB lib;
+    const Variant text = lib.tklGlobalVar(u"INFLATE", Variant(stream));
+    struct rusage usage {};
+    getrusage(RUSAGE_SELF, &usage);
+    const std::size_t peak = static_cast<std::size_t>(usage.ru_maxrss) * 1024;
+    const std::size_t text_bytes = chars * sizeof(char16_t);
+    const bool whole = text.as_string().size() == chars;
+    // The text, the stream's bytes and a few pages of bookkeeping.
+    _exit(whole && peak - before <= text_bytes + text_bytes / 10 ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0) << "more memory than the text needs, or a wrong text";
 }
 
 }  // namespace

@@ -1,14 +1,17 @@
 // norvik50 lzw deflate|inflate [IN [OUT]]: the LZW codec on files, byte for
 // byte. IN and OUT default to stdin and stdout ("-" names them too).
 // Exit codes: 0 done, 1 the codec refused the data (an empty input to
-// deflate, a damaged stream to inflate), 2 a file could not be read or
-// written. OUT is only opened once the result is complete, so a failure
-// never leaves a half-written or emptied file behind.
+// deflate, a damaged stream to inflate, a result too large for memory),
+// 2 a file could not be read or written, or the command line named no such
+// mode. OUT is only opened once the result is complete, so a failure never
+// leaves a half-written or emptied file behind.
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <string>
 
 #include "codecs/lzw.h"
@@ -21,10 +24,15 @@ namespace {
 
 constexpr int kDataError = 1;
 constexpr int kFileError = 2;
+// A command line it cannot run shares 2 with a file it cannot use: either
+// way nothing was attempted on the data.
+constexpr int kUsageError = 2;
 
 bool IsStdStream(const std::string& path) { return path.empty() || path == "-"; }
 
-std::string Describe(const std::string& path) { return IsStdStream(path) ? "stdin" : "'" + path + "'"; }
+std::string Describe(const std::string& path) {
+  return IsStdStream(path) ? "stdin" : "'" + path + "'";
+}
 
 struct FileCloser {
   void operator()(std::FILE* f) const { std::fclose(f); }
@@ -81,9 +89,14 @@ int Run(bool deflate, const std::string& in, const std::string& out) {
   try {
     result = deflate ? lzw::Deflate(input) : lzw::Inflate(input);
   } catch (const Error& e) {
-    std::cerr << "norvik50 lzw: " << (deflate ? "deflate" : "inflate") << " of "
-              << Describe(in) << " failed: error " << e.number() << ": "
-              << ToUtf8(e.description()) << '\n';
+    std::cerr << "norvik50 lzw: " << (deflate ? "deflate" : "inflate") << " of " << Describe(in)
+              << " failed: error " << e.number() << ": " << ToUtf8(e.description()) << '\n';
+    return kDataError;
+  } catch (const std::bad_alloc&) {
+    // Inflate sizes its output before allocating and says how large it is;
+    // this is what is left (deflating a file larger than memory allows).
+    std::cerr << "norvik50 lzw: " << (deflate ? "deflate" : "inflate") << " of " << Describe(in)
+              << " failed: out of memory\n";
     return kDataError;
   }
   // Not an LZW stream at all decodes to nothing, as the named function
@@ -107,15 +120,31 @@ void AddLzwCommand(CLI::App& app) {
   auto mode = std::make_shared<std::string>();
   auto in = std::make_shared<std::string>();
   auto out = std::make_shared<std::string>();
-  lzw->add_option("mode", *mode, "deflate or inflate")
-      ->required()
-      ->transform(CLI::IsMember({"deflate", "inflate"}, CLI::ignore_case));
+  // The mode is checked here rather than by the parser, so that a wrong or
+  // missing one ends with this command's own exit code, not the parser's.
+  lzw->add_option("mode", *mode, "deflate or inflate");
   lzw->add_option("in", *in, "Input file (default: stdin; '-' for stdin)");
   lzw->add_option("out", *out, "Output file (default: stdout; '-' for stdout)");
+  lzw->allow_extras();
   lzw->footer(
       "Exit codes: 0 done, 1 the data was refused (empty input to deflate, "
-      "damaged stream to inflate), 2 a file could not be read or written.");
-  lzw->callback([=] { ExitCode() = Run(*mode == "deflate", *in, *out); });
+      "damaged stream to inflate, a result too large for memory), 2 a file "
+      "could not be read or written, or no such mode.");
+  lzw->callback([=] {
+    std::string lower = *mode;
+    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if ((lower != "deflate" && lower != "inflate") || !lzw->remaining().empty()) {
+      std::cerr << "norvik50 lzw: "
+                << (mode->empty() ? std::string("say deflate or inflate")
+                    : lzw->remaining().empty()
+                        ? "unknown mode '" + *mode + "' (deflate or inflate)"
+                        : "too many arguments: '" + lzw->remaining().front() + "'")
+                << "\nusage: norvik50 lzw deflate|inflate [IN [OUT]]\n";
+      ExitCode() = kUsageError;
+      return;
+    }
+    ExitCode() = Run(lower == "deflate", *in, *out);
+  });
 }
 
 }  // namespace norvik50::cli
