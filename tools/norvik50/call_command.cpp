@@ -4,7 +4,9 @@
 
 #include "batch.h"
 #include "commands.h"
+#include "json_line.h"
 #include "json_value.h"
+#include "member_description.h"
 #include "norvik50/dispatch.h"
 #include "norvik50/encoding.h"
 
@@ -17,9 +19,9 @@ using json = nlohmann::ordered_json;
 // {"vt":"Integer","v":3}, "\"quoted\""); anything else is plain text, so
 // paths and words need no quoting.
 json ArgumentToJson(const std::string& arg) {
-  json parsed = json::parse(arg, nullptr, false);
-  if (parsed.is_discarded()) return json(arg);
-  return parsed;
+  std::string why;
+  if (auto parsed = ReadJsonLine(arg, why)) return std::move(*parsed);
+  return json(Utf16ToWireText(FromUtf8(arg)));
 }
 
 // A scalar result as a script wants it: text as it stands, numbers plainly.
@@ -28,10 +30,29 @@ std::string PlainText(const json& typed) {
   if (vt == "Empty") return "";
   if (vt == "Null") return "Null";
   const json& v = typed.contains("v") ? typed["v"] : json(nullptr);
-  if (v.is_string()) return v.get<std::string>();
+  if (v.is_string()) return ToUtf8(WireTextToUtf16(v.get<std::string>()));
   if (vt == "Boolean" && v.is_boolean()) return v.get<bool>() ? "True" : "False";
   if (v.is_number()) return v.dump();
-  return typed.dump();
+  return WriteJsonLine(typed);
+}
+
+// Every form of `name` (a property's get and let), or error 438 as a call
+// would answer.
+int ShowMemberHelp(const std::string& name) {
+  bool shown = false;
+  for (const MemberKind kind :
+       {MemberKind::kMethod, MemberKind::kPropertyGet, MemberKind::kPropertyLet}) {
+    if (const MemberInfo* info = Members().Find(name, kind)) {
+      std::cout << (shown ? "\n" : "") << MemberDetails(*info);
+      shown = true;
+    }
+  }
+  if (!shown) {
+    std::cerr << "norvik50: error 438: no member named " << name
+              << " (norvik50 members lists them)\n";
+    return 1;
+  }
+  return 0;
 }
 
 }  // namespace
@@ -42,21 +63,40 @@ void AddCallCommand(CLI::App& app) {
   auto args = std::make_shared<std::vector<std::string>>();
   auto let = std::make_shared<bool>(false);
   auto as_json = std::make_shared<bool>(false);
-  call->add_option("member", *member, "Member name, e.g. tklGetFullPath")->required();
-  call->add_option("args", *args, "Arguments: JSON values or plain text");
+  auto help = std::make_shared<bool>(false);
+  // --help after a member name describes that member, so it is ours.
+  call->set_help_flag();
+  call->add_flag("-h,--help", *help, "This help; after MEMBER, that member's arguments");
+  call->add_option("MEMBER", *member, "Member name, e.g. tklGetFullPath");
+  call->add_option("ARG", *args, "Arguments: JSON values or plain text");
   call->add_flag("--let", *let, "Call the let form of a property (new value last)");
   call->add_flag("--json", *as_json, "Print the whole answer as a batch JSON line");
+  call->footer("Arguments of a member: norvik50 call MEMBER --help; all members: norvik50 members");
   call->callback([=] {
+    if (*help && member->empty()) {
+      std::cout << call->help();
+      ExitCode() = 0;
+      return;
+    }
+    if (*help) {
+      ExitCode() = ShowMemberHelp(*member);
+      return;
+    }
+    if (member->empty()) {
+      std::cerr << call->help() << "norvik50 call: MEMBER is required\n";
+      ExitCode() = 2;
+      return;
+    }
     json request = {{"id", 1}, {"member", *member}, {"let", *let}, {"args", json::array()}};
     for (const std::string& arg : *args) request["args"].push_back(ArgumentToJson(arg));
     json answer;
     {
       LIB lib;
-      answer = AnswerRequest(lib, request.dump());
+      answer = AnswerRequest(lib, WriteJsonLine(request));
     }
     const bool ok = answer.value("ok", false);
     if (*as_json) {
-      std::cout << answer.dump(-1, ' ', false, json::error_handler_t::replace) << '\n';
+      std::cout << WriteJsonLine(answer) << '\n';
     } else if (ok) {
       if (answer.contains("result")) std::cout << PlainText(answer["result"]) << '\n';
       if (answer.contains("byref")) {

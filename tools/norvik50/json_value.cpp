@@ -1,10 +1,12 @@
 #include "json_value.h"
-#include "json_resource_objects.h"
 
+#include <cfloat>
 #include <charconv>
 #include <cmath>
 #include <limits>
 
+#include "json_line.h"
+#include "json_resource_objects.h"
 #include "norvik50/collection.h"
 #include "norvik50/encoding.h"
 #include "norvik50/error.h"
@@ -14,14 +16,32 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
+Variant FromJson(const json& value, int depth);
+
 std::u16string Text(const json& v) {
   if (!v.is_string()) throw JsonValueError("expected a JSON string");
-  return FromUtf8(v.get_ref<const std::string&>());
+  return WireTextToUtf16(v.get_ref<const std::string&>());
 }
 
+// JSON itself has no NaN or infinity; a value that overflowed to one on the
+// way is out of every type's range.
 double Number(const json& v) {
   if (!v.is_number()) throw JsonValueError("expected a JSON number");
-  return v.get<double>();
+  const double d = v.get<double>();
+  if (!std::isfinite(d)) throw JsonValueError("number out of range");
+  return d;
+}
+
+// Runs a conversion that raises overflow (6) outside its type's range; a
+// typed value out of range is a malformed request, not an overflow of the
+// member's.
+template <typename Convert>
+auto InRange(const char* type, Convert convert) {
+  try {
+    return convert();
+  } catch (const Error&) {
+    throw JsonValueError(std::string("value out of range for ") + type);
+  }
 }
 
 int64_t WholeNumber(const json& v, int64_t min, int64_t max, const char* type) {
@@ -38,7 +58,7 @@ const json& Payload(const json& value) {
   return *it;
 }
 
-Variant Typed(const json& value) {
+Variant Typed(const json& value, int depth) {
   const auto vt_it = value.find("vt");
   if (vt_it == value.end() || !vt_it->is_string()) {
     throw JsonValueError("typed value needs \"vt\"");
@@ -46,28 +66,51 @@ Variant Typed(const json& value) {
   const std::string& vt = vt_it->get_ref<const std::string&>();
   if (vt == "Empty") return Variant();
   if (vt == "Null") return Variant::Null();
-  if (vt == "Integer") return Variant(static_cast<int16_t>(WholeNumber(Payload(value), -32768, 32767, "Integer")));
-  if (vt == "Long") return Variant(static_cast<int32_t>(WholeNumber(Payload(value), INT32_MIN, INT32_MAX, "Long")));
-  if (vt == "Byte") return Variant(static_cast<uint8_t>(WholeNumber(Payload(value), 0, 255, "Byte")));
-  if (vt == "Single") return Variant(static_cast<float>(Number(Payload(value))));
+  if (vt == "Integer")
+    return Variant(static_cast<int16_t>(WholeNumber(Payload(value), -32768, 32767, "Integer")));
+  if (vt == "Long")
+    return Variant(static_cast<int32_t>(WholeNumber(Payload(value), INT32_MIN, INT32_MAX, "Long")));
+  if (vt == "Byte")
+    return Variant(static_cast<uint8_t>(WholeNumber(Payload(value), 0, 255, "Byte")));
+  if (vt == "Single") {
+    const double d = Number(Payload(value));
+    if (std::fabs(d) > FLT_MAX) throw JsonValueError("value out of range for Single");
+    return Variant(static_cast<float>(d));
+  }
   if (vt == "Double") return Variant(Number(Payload(value)));
   if (vt == "Currency") {
     const json& v = Payload(value);
-    if (v.is_number()) return Variant(Currency::FromDouble(v.get<double>()));
+    if (v.is_number()) {
+      return Variant(InRange("Currency", [&] { return Currency::FromDouble(Number(v)); }));
+    }
     const auto c = Currency::Parse(ToUtf8(Text(v)));
-    if (!c) throw JsonValueError("not a Currency value");
+    if (!c) {
+      throw JsonValueError(
+          "Currency must be a decimal text within its range with at most four decimals");
+    }
     return Variant(*c);
   }
   if (vt == "Decimal") {
     const json& v = Payload(value);
-    if (v.is_number()) return Variant(Decimal::FromDouble(v.get<double>()));
+    if (v.is_number()) {
+      return Variant(InRange("Decimal", [&] { return Decimal::FromDouble(Number(v)); }));
+    }
     const auto d = Decimal::Parse(ToUtf8(Text(v)));
-    if (!d) throw JsonValueError("not a Decimal value");
+    if (!d) {
+      throw JsonValueError(
+          "Decimal must be a decimal text within its range with at most 28 decimals");
+    }
     return Variant(*d);
   }
   if (vt == "Date") {
     const json& v = Payload(value);
-    if (v.is_number()) return Variant(Date{v.get<double>()});
+    if (v.is_number()) {
+      const double serial = Number(v);
+      if (!(serial >= Date::kMinSerial && serial <= Date::kMaxSerial)) {
+        throw JsonValueError("value out of range for Date (years 100 to 9999)");
+      }
+      return Variant(Date{serial});
+    }
     const auto d = Date::ParseIso(ToUtf8(Text(v)));
     if (!d) throw JsonValueError("Date must be \"yyyy-mm-ddThh:nn:ss\"");
     return Variant(*d);
@@ -78,30 +121,42 @@ Variant Typed(const json& value) {
     if (v.is_boolean()) return Variant(v.get<bool>());
     return Variant::Boolean(static_cast<int16_t>(WholeNumber(v, -32768, 32767, "Boolean")));
   }
-  if (vt == "Error") return Variant(ErrorValue{static_cast<int32_t>(WholeNumber(Payload(value), INT32_MIN, INT32_MAX, "Error"))});
+  if (vt == "Error")
+    return Variant(ErrorValue{
+        static_cast<int32_t>(WholeNumber(Payload(value), INT32_MIN, INT32_MAX, "Error"))});
   if (vt == "Array") {
     const json& v = Payload(value);
     if (v.is_null()) return Variant(SafeArray());
     if (!v.is_array()) throw JsonValueError("Array \"v\" must be a list or null");
     int64_t lb = 0;
-    if (const auto it = value.find("lb"); it != value.end()) lb = WholeNumber(*it, INT32_MIN, INT32_MAX, "lb");
+    if (const auto it = value.find("lb"); it != value.end())
+      lb = WholeNumber(*it, INT32_MIN, INT32_MAX, "lb");
+    // The upper bound must be a Long as well.
+    if (lb + static_cast<int64_t>(v.size()) - 1 > INT32_MAX) {
+      throw JsonValueError("Array upper bound out of range");
+    }
     std::vector<Variant> items;
     items.reserve(v.size());
-    for (const json& item : v) items.push_back(VariantFromJson(item));
+    for (const json& item : v) items.push_back(FromJson(item, depth + 1));
     return Variant(SafeArray(static_cast<int32_t>(lb), std::move(items)));
   }
   if (vt == "Object") {
     // Nothing, or a new Collection holding the listed items.
     const json& v = Payload(value);
     if (v.is_null()) return Variant(std::shared_ptr<HostObject>());
-    if (auto object = ResourceObjectFromJson(value.value("type", ""), v)) return *object;
-    if (value.value("type", "") != "Collection" || !v.is_array()) {
+    const auto type_it = value.find("type");
+    if (type_it == value.end() || !type_it->is_string()) {
+      throw JsonValueError("Object needs a \"type\" text unless it is null (Nothing)");
+    }
+    const std::string& type = type_it->get_ref<const std::string&>();
+    if (auto object = ResourceObjectFromJson(type, v)) return *object;
+    if (type != "Collection" || !v.is_array()) {
       throw JsonValueError(
           "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List or "
           "TabStrip");
     }
     auto collection = std::make_shared<Collection>();
-    for (const json& item : v) collection->Add(VariantFromJson(item));
+    for (const json& item : v) collection->Add(FromJson(item, depth + 1));
     return Variant(std::shared_ptr<HostObject>(std::move(collection)));
   }
   if (vt == "Record") {
@@ -111,7 +166,8 @@ Variant Typed(const json& value) {
       throw JsonValueError("Record needs \"type\" and an object \"v\"");
     }
     std::vector<std::pair<std::string, Variant>> fields;
-    for (const auto& [name, field] : v.items()) fields.emplace_back(name, VariantFromJson(field));
+    for (const auto& [name, field] : v.items())
+      fields.emplace_back(name, FromJson(field, depth + 1));
     return Variant(Record(type_it->get<std::string>(), std::move(fields)));
   }
   throw JsonValueError("unknown type \"" + vt + "\"");
@@ -127,45 +183,69 @@ json SingleToJson(float f) {
 
 json DoubleToJson(double d) { return std::isfinite(d) ? json(d) : json(nullptr); }
 
-}  // namespace
-
-Variant VariantFromJson(const json& value) {
+// `depth` counts the typed values around this one; the line was already
+// checked for depth, this keeps the recursion bounded for any document.
+Variant FromJson(const json& value, int depth) {
+  if (depth > kMaxNesting) throw JsonValueError("values nested too deeply");
   switch (value.type()) {
-    case json::value_t::null: return Variant::Null();
-    case json::value_t::boolean: return Variant(value.get<bool>());
-    case json::value_t::string: return Variant(Text(value));
+    case json::value_t::null:
+      return Variant::Null();
+    case json::value_t::boolean:
+      return Variant(value.get<bool>());
+    case json::value_t::string:
+      return Variant(Text(value));
     case json::value_t::number_integer:
     case json::value_t::number_unsigned: {
       const double d = value.get<double>();
-      if (d >= INT32_MIN && d <= INT32_MAX) return Variant(static_cast<int32_t>(value.get<int64_t>()));
+      if (d >= INT32_MIN && d <= INT32_MAX)
+        return Variant(static_cast<int32_t>(value.get<int64_t>()));
       return Variant(d);
     }
-    case json::value_t::number_float: return Variant(value.get<double>());
-    case json::value_t::object: return Typed(value);
-    default: throw JsonValueError("a value must be a JSON string, number, boolean, null or typed object");
+    case json::value_t::number_float:
+      return Variant(Number(value));
+    case json::value_t::object:
+      return Typed(value, depth);
+    default:
+      throw JsonValueError("a value must be a JSON string, number, boolean, null or typed object");
   }
 }
 
+}  // namespace
+
+Variant VariantFromJson(const json& value) { return FromJson(value, 0); }
+
 json VariantToJson(const Variant& value) {
   switch (value.is_array() ? VarType::kArray : value.type()) {
-    case VarType::kEmpty: return {{"vt", "Empty"}};
-    case VarType::kNull: return {{"vt", "Null"}};
-    case VarType::kInteger: return {{"vt", "Integer"}, {"v", value.as_integer()}};
-    case VarType::kLong: return {{"vt", "Long"}, {"v", value.as_long()}};
-    case VarType::kByte: return {{"vt", "Byte"}, {"v", value.as_byte()}};
-    case VarType::kSingle: return {{"vt", "Single"}, {"v", SingleToJson(value.as_single())}};
-    case VarType::kDouble: return {{"vt", "Double"}, {"v", DoubleToJson(value.as_double())}};
-    case VarType::kCurrency: return {{"vt", "Currency"}, {"v", value.as_currency().ToString()}};
-    case VarType::kDecimal: return {{"vt", "Decimal"}, {"v", value.as_decimal().ToString()}};
-    case VarType::kDate: return {{"vt", "Date"}, {"v", value.as_date().ToIsoString()}};
-    case VarType::kString: return {{"vt", "String"}, {"v", ToUtf8(value.as_string())}};
+    case VarType::kEmpty:
+      return {{"vt", "Empty"}};
+    case VarType::kNull:
+      return {{"vt", "Null"}};
+    case VarType::kInteger:
+      return {{"vt", "Integer"}, {"v", value.as_integer()}};
+    case VarType::kLong:
+      return {{"vt", "Long"}, {"v", value.as_long()}};
+    case VarType::kByte:
+      return {{"vt", "Byte"}, {"v", value.as_byte()}};
+    case VarType::kSingle:
+      return {{"vt", "Single"}, {"v", SingleToJson(value.as_single())}};
+    case VarType::kDouble:
+      return {{"vt", "Double"}, {"v", DoubleToJson(value.as_double())}};
+    case VarType::kCurrency:
+      return {{"vt", "Currency"}, {"v", value.as_currency().ToString()}};
+    case VarType::kDecimal:
+      return {{"vt", "Decimal"}, {"v", value.as_decimal().ToString()}};
+    case VarType::kDate:
+      return {{"vt", "Date"}, {"v", value.as_date().ToIsoString()}};
+    case VarType::kString:
+      return {{"vt", "String"}, {"v", Utf16ToWireText(value.as_string())}};
     case VarType::kBoolean: {
       const VariantBool b = value.as_boolean();
       // A Boolean that holds another non-zero value keeps it.
       if (b == kTrue || b == kFalse) return {{"vt", "Boolean"}, {"v", b != 0}};
       return {{"vt", "Boolean"}, {"v", b}};
     }
-    case VarType::kError: return {{"vt", "Error"}, {"v", value.as_error().code}};
+    case VarType::kError:
+      return {{"vt", "Error"}, {"v", value.as_error().code}};
     case VarType::kObject: {
       const auto& object = value.as_object();
       if (!object) return {{"vt", "Object"}, {"v", nullptr}};
@@ -190,11 +270,13 @@ json VariantToJson(const Variant& value) {
       const Record& record = value.as_record();
       json fields = json::object();
       for (const auto& [name, field] : record.fields()) {
-        fields[name] = field.is_string() ? json(ToUtf8(field.as_string())) : VariantToJson(field);
+        fields[name] =
+            field.is_string() ? json(Utf16ToWireText(field.as_string())) : VariantToJson(field);
       }
       return {{"vt", "Record"}, {"type", record.type_name()}, {"v", std::move(fields)}};
     }
-    default: return {{"vt", "Empty"}};
+    default:
+      return {{"vt", "Empty"}};
   }
 }
 
