@@ -2,19 +2,16 @@
 // a key that survives export, delete and import.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 
 #include "commands.h"
+#include "testing/run_command.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50 {
 namespace {
 
-struct ToolRun {
-  int status;
-  std::string out;
-};
+using ToolRun = testing::CommandRun;
 
 class RegCommandTest : public ::testing::Test {
  protected:
@@ -24,13 +21,7 @@ class RegCommandTest : public ::testing::Test {
 
   // Runs the tool with `args` (shell words), stdout and stderr together.
   ToolRun Reg(const std::string& args) {
-    const std::string command = std::string(NORVIK50_TOOL) + " reg " + args + " 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    std::string out;
-    char buffer[512];
-    while (fgets(buffer, sizeof buffer, pipe) != nullptr) out += buffer;
-    const int status = pclose(pipe);
-    return {WEXITSTATUS(status), out};
+    return testing::RunCommand(std::string(NORVIK50_TOOL) + " reg " + args);
   }
 };
 
@@ -64,11 +55,44 @@ TEST_F(RegCommandTest, FailuresExitWithOne) {
   EXPECT_NE(Reg("frobnicate").status, 0);
 }
 
+TEST_F(RegCommandTest, NumbersShowAsTheirValueInHexadecimal) {
+  // The stored bytes differ in order; the query shows the number each holds.
+  const std::string key = "'HKCU\\Software\\Numbers'";
+  struct Case {
+    const char* type;
+    const char* data;
+    const char* shown;
+  } cases[] = {
+      {"REG_QWORD", "16", "Q    REG_QWORD    0x10\n"},
+      {"REG_QWORD", "0x123456789abcdef0", "Q    REG_QWORD    0x123456789abcdef0\n"},
+      {"REG_DWORD_BIG_ENDIAN", "1", "Q    REG_DWORD_BIG_ENDIAN    0x1\n"},
+      {"REG_DWORD_BIG_ENDIAN", "0x12345678", "Q    REG_DWORD_BIG_ENDIAN    0x12345678\n"},
+      {"REG_DWORD", "0x12345678", "Q    REG_DWORD    0x12345678\n"},
+  };
+  for (const Case& c : cases) {
+    ASSERT_EQ(Reg("add " + key + " /v Q /t " + c.type + " /d " + c.data + " /f").status, 0);
+    const ToolRun query = Reg("query " + key + " /v Q");
+    EXPECT_NE(query.out.find(c.shown), std::string::npos) << c.type << " " << c.data << ":\n"
+                                                          << query.out;
+  }
+}
+
+TEST_F(RegCommandTest, HelpShowsSwitchesAsUsersTypeThem) {
+  const ToolRun help = Reg("export '/?'");
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.out.find("/reg4"), std::string::npos) << help.out;
+  EXPECT_NE(help.out.find("/y"), std::string::npos) << help.out;
+  EXPECT_EQ(help.out.find("--reg4"), std::string::npos) << help.out;
+  const ToolRun query_help = Reg("query '/?'");
+  EXPECT_NE(query_help.out.find("/ve"), std::string::npos) << query_help.out;
+  EXPECT_EQ(query_help.out.find("--ve"), std::string::npos) << query_help.out;
+}
+
 TEST(RegSwitchesTest, OnlySwitchWordsAreTranslated) {
   const std::vector<std::string> in = {"norvik50", "reg", "export", "HKCU\\X", "/tmp/x.reg",
-                                       "/Y", "/ve", "/d", "/data"};
-  const std::vector<std::string> out = {"norvik50", "reg", "export", "HKCU\\X", "/tmp/x.reg",
-                                        "-y", "--ve", "-d", "/data"};
+                                       "/Y",       "/ve", "/d",     "/data"};
+  const std::vector<std::string> out = {"norvik50", "reg",  "export", "HKCU\\X", "/tmp/x.reg",
+                                        "-y",       "--ve", "-d",     "/data"};
   EXPECT_EQ(cli::TranslateRegSwitches(in), out);
   // Other commands keep their arguments as they are.
   const std::vector<std::string> call = {"norvik50", "call", "tklMid", "/v"};

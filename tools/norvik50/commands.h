@@ -10,11 +10,12 @@ namespace norvik50::cli {
 
 // Each adds its subcommand to `app`; the subcommand's callback runs it and
 // sets the process exit code through ExitCode().
-void AddBatchCommand(CLI::App& app);  // batch_command.cpp
-void AddCallCommand(CLI::App& app);   // call_command.cpp
-void AddDemoCommand(CLI::App& app);   // demo_command.cpp
-void AddLzwCommand(CLI::App& app);    // lzw_command.cpp
-void AddRegCommand(CLI::App& app);    // reg_command.cpp
+void AddBatchCommand(CLI::App& app);    // batch_command.cpp
+void AddCallCommand(CLI::App& app);     // call_command.cpp
+void AddDemoCommand(CLI::App& app);     // demo_command.cpp
+void AddLzwCommand(CLI::App& app);      // lzw_command.cpp
+void AddMembersCommand(CLI::App& app);  // members_command.cpp
+void AddRegCommand(CLI::App& app);      // reg_command.cpp
 
 // The Windows-style switches of `reg` (/v, /ve, /t, /d, /f, /s, /y, ...)
 // as the options the parser knows; every other argument, such as an

@@ -16,6 +16,7 @@
 #include <string>
 
 #include "commands.h"
+#include "help_format.h"
 #include "norvik50/encoding.h"
 #include "norvik50/registry.h"
 #include "settings/reg_file.h"
@@ -31,6 +32,7 @@ using settings::RegFile;
 using settings::RegFormat;
 
 constexpr int kFailed = 1;
+constexpr int32_t kRegQword = 11;
 constexpr const char* kNotFound =
     "ERROR: The system was unable to find the specified registry key or value.";
 
@@ -78,10 +80,17 @@ std::string TypeName(int32_t type) {
 
 std::string Shown(int32_t type, const std::string& data) {
   char buf[32];
-  if ((type == REG_DWORD || type == REG_DWORD_BIG_ENDIAN) && data.size() == 4) {
-    uint32_t v = 0;
-    for (int i = 3; i >= 0; --i) v = (v << 8) | static_cast<uint8_t>(data[i]);
-    std::snprintf(buf, sizeof buf, "0x%x", v);
+  // Numbers as the Windows command shows them: hexadecimal of the value,
+  // whatever the byte order it is stored in.
+  const bool little_endian_number =
+      (type == REG_DWORD && data.size() == 4) || (type == kRegQword && data.size() == 8);
+  if (little_endian_number || (type == REG_DWORD_BIG_ENDIAN && data.size() == 4)) {
+    uint64_t v = 0;
+    for (std::size_t i = 0; i < data.size(); ++i) {
+      const std::size_t at = little_endian_number ? data.size() - 1 - i : i;
+      v = (v << 8) | static_cast<uint8_t>(data[at]);
+    }
+    std::snprintf(buf, sizeof buf, "0x%llx", static_cast<unsigned long long>(v));
     return buf;
   }
   if (settings::IsTextType(type)) {
@@ -201,7 +210,7 @@ std::optional<std::pair<int32_t, std::string>> DataFor(const Options& o) {
     if (!v) return std::nullopt;
     std::string bytes;
     for (int i = 0; i < 8; ++i) bytes.push_back(static_cast<char>((*v >> (8 * i)) & 0xFF));
-    return std::make_pair(int32_t{11}, bytes);
+    return std::make_pair(kRegQword, bytes);
   }
   if (t == "REG_BINARY" || t == "REG_NONE") {
     if (o.data.size() % 2 != 0) return std::nullopt;
@@ -338,6 +347,19 @@ int Import(const Options& o) {
   return 0;
 }
 
+// Help that shows each switch as users type it: /v, /ve, /reg4, /?.
+class RegSwitchFormatter : public ToolFormatter {
+ public:
+  std::string make_option_name(const CLI::Option* opt, bool is_positional) const override {
+    if (is_positional) return ToolFormatter::make_option_name(opt, is_positional);
+    if (opt->check_lname("help")) return "/?";
+    std::string names;
+    for (const std::string& name : opt->get_snames()) names += (names.empty() ? "/" : ", /") + name;
+    for (const std::string& name : opt->get_lnames()) names += (names.empty() ? "/" : ", /") + name;
+    return names;
+  }
+};
+
 void AddValueOptions(CLI::App* cmd, Options& o) {
   cmd->add_option("-v", o.value, "Value name")->ignore_case();
   cmd->add_flag("--ve", o.default_value, "The default value (empty name)")->ignore_case();
@@ -348,7 +370,7 @@ void AddValueOptions(CLI::App* cmd, Options& o) {
 std::vector<std::string> TranslateRegSwitches(std::vector<std::string> args) {
   // Only the switch words themselves: "/tmp/x.reg" stays a path.
   static const std::pair<const char*, const char*> kSwitches[] = {
-      {"/v", "-v"}, {"/ve", "--ve"}, {"/va", "--va"}, {"/t", "-t"},     {"/d", "-d"},
+      {"/v", "-v"}, {"/ve", "--ve"}, {"/va", "--va"}, {"/t", "-t"},        {"/d", "-d"},
       {"/s", "-s"}, {"/f", "-f"},    {"/y", "-y"},    {"/reg4", "--reg4"}, {"/?", "--help"}};
   if (args.size() < 2 || args[1] != "reg") return args;
   for (std::size_t i = 2; i < args.size(); ++i) {
@@ -365,9 +387,11 @@ void AddRegCommand(CLI::App& app) {
   CLI::App* reg = app.add_subcommand(
       "reg", "The settings store: query, add, delete, export and import keys and values");
   reg->require_subcommand(1);
+  // Before the subcommands are added: they take the parent's formatter.
+  reg->formatter(std::make_shared<RegSwitchFormatter>());
   reg->footer(
       "KEY is ROOT\\Path, ROOT one of HKCU, HKLM, HKCR, HKU, HKCC or the full names. Options "
-      "are written /v or -v. Exit codes: 0 done, 1 failed or cancelled.");
+      "are written /v or -v. Exit codes: 0 done, 1 failed or cancelled, 2 a wrong command line.");
   auto o = std::make_shared<Options>();
   auto run = [o](int (*fn)(const Options&)) { return [o, fn] { ExitCode() = fn(*o); }; };
 

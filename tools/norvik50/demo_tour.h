@@ -1,0 +1,45 @@
+// What the tour's steps are written with: a heading and one line of
+// explanation per step, and calls by name shown as a person writes them:
+//   tklVal("EUR 1.234,56") = 1234.56
+#ifndef NORVIK50_TOOLS_NORVIK50_DEMO_TOUR_H_
+#define NORVIK50_TOOLS_NORVIK50_DEMO_TOUR_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "norvik50/lib.h"
+#include "norvik50/variant.h"
+
+namespace norvik50::cli {
+
+// What every step may use: the one LIB object of the tour, where its
+// settings live, and the locale it started in.
+struct Tour {
+  LIB& lib;
+  std::string registry_dir;
+  std::string locale_tag;
+};
+
+// A step's heading and its one line of explanation.
+void Step(std::string_view heading, std::string_view explanation);
+
+// An indented remark under a call: why a surprising result is the right one.
+void Note(std::string_view text);
+
+// Calls `member` by name through the dispatch, as a host would, and prints
+// "member(args) = result" (and each argument the member wrote back); a
+// failed call prints its error. Returns the result, if any.
+std::optional<Variant> ShowCall(Tour& tour, std::string_view member, std::vector<Variant> args);
+
+// A value as a person reads it: "text" quoted, numbers with ".", True and
+// False, Array(...), typFileInfo{lpDrive: "C", ...}.
+std::string Literal(const Variant& value);
+
+// Bytes as hexadecimal pairs: "01 00 41".
+std::string HexBytes(std::string_view bytes);
+
+}  // namespace norvik50::cli
+
+#endif  // NORVIK50_TOOLS_NORVIK50_DEMO_TOUR_H_
