@@ -20,6 +20,24 @@ install(FILES ${PROJECT_BINARY_DIR}/norvik50Config.cmake
   ${PROJECT_BINARY_DIR}/norvik50ConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/norvik50)
 
+# From the .pc file's folder back to the prefix: two levels for lib/, three
+# for a multiarch lib/x86_64-linux-gnu/.
+file(RELATIVE_PATH NORVIK50_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+string(REGEX REPLACE "/$" "" NORVIK50_PC_TO_PREFIX "${NORVIK50_PC_TO_PREFIX}")
 configure_file(cmake/norvik50.pc.in ${PROJECT_BINARY_DIR}/norvik50.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/norvik50.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 install(DIRECTORY DESTINATION ${CMAKE_INSTALL_DATADIR}/norvik50)
+
+# Installed into the system as root, the library is known to the loader at
+# once: a host linked by hand runs without anyone calling ldconfig. Not for
+# other prefixes or a staging DESTDIR, where the system cache must not move.
+install(CODE [[
+  if("$ENV{DESTDIR}" STREQUAL "" AND CMAKE_INSTALL_PREFIX MATCHES "^/usr(/local)?/?$")
+    execute_process(COMMAND id -u OUTPUT_VARIABLE uid OUTPUT_STRIP_TRAILING_WHITESPACE)
+    find_program(NORVIK50_LDCONFIG ldconfig PATHS /sbin /usr/sbin)
+    if(uid STREQUAL "0" AND NORVIK50_LDCONFIG)
+      message(STATUS "Refreshing the loader cache: ${NORVIK50_LDCONFIG}")
+      execute_process(COMMAND ${NORVIK50_LDCONFIG})
+    endif()
+  endif()
+]])
