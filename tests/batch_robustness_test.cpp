@@ -86,6 +86,9 @@ TEST_F(BatchRobustnessTest, EveryBadLineIsAnsweredAndTheNextLineToo) {
        R"({"id":1,"member":"tklIsEmpty","args":[{"vt":"Integer","v":32768}]})", 5},
       {"Array upper bound past a Long",
        R"({"id":1,"member":"tklIsEmpty","args":[{"vt":"Array","lb":2147483647,"v":[1,2]}]})", 5},
+      {"list item data past a Long",
+       R"({"id":1,"member":"tklIsEmpty","args":[{"vt":"Object","type":"List","v":[{"text":"a","itemData":99999999999}]}]})",
+       5},
       {"number too large for JSON", R"({"id":1,"member":"tklIsEmpty","args":[1e400]})", 5},
       {"closing more than opened", R"(]]]]{"id":1})", 5},
   };

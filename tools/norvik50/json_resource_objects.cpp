@@ -1,5 +1,8 @@
 #include "json_resource_objects.h"
 
+#include <cstdint>
+
+#include "json_line.h"
 #include "json_value.h"
 #include "norvik50/encoding.h"
 #include "norvik50/error.h"
@@ -15,7 +18,7 @@ std::u16string Field(const json& object, const char* name) {
   const auto it = object.find(name);
   if (it == object.end()) return u"";
   if (!it->is_string()) throw JsonValueError(std::string("\"") + name + "\" must be a string");
-  return FromUtf8(it->get<std::string>());
+  return WireTextToUtf16(it->get_ref<const std::string&>());
 }
 
 const json& Rows(const json& payload, const char* type) {
@@ -53,7 +56,9 @@ std::optional<Variant> ResourceObjectFromJson(const std::string& type, const jso
       list->AddItem(Field(row, "text"));
       const auto data = row.find("itemData");
       if (data != row.end()) {
-        if (!data->is_number_integer()) throw JsonValueError("\"itemData\" must be a whole number");
+        if (!data->is_number_integer() || *data < INT32_MIN || *data > INT32_MAX) {
+          throw JsonValueError("\"itemData\" must be a whole number within a Long");
+        }
         list->SetItemData(list->NewIndex(), data->get<int32_t>());
       }
     }
@@ -76,23 +81,26 @@ std::optional<Variant> ResourceObjectFromJson(const std::string& type, const jso
 
 std::optional<json> ResourceObjectToJson(const HostObject& object) {
   if (const auto* document = dynamic_cast<const XmlDocument*>(&object)) {
-    return json{
-        {"vt", "Object"}, {"type", "XmlDocument"}, {"v", {{"xml", ToUtf8(document->Xml())}}}};
+    return json{{"vt", "Object"},
+                {"type", "XmlDocument"},
+                {"v", {{"xml", Utf16ToWireText(document->Xml())}}}};
   }
   if (const auto* node = dynamic_cast<const XmlNode*>(&object)) {
-    return json{{"vt", "Object"}, {"type", "XmlNode"}, {"v", {{"xml", ToUtf8(node->Xml())}}}};
+    return json{
+        {"vt", "Object"}, {"type", "XmlNode"}, {"v", {{"xml", Utf16ToWireText(node->Xml())}}}};
   }
   if (const auto* list = dynamic_cast<const MemoryList*>(&object)) {
     json rows = json::array();
     for (const MemoryList::Row& row : list->rows()) {
-      rows.push_back({{"text", ToUtf8(row.text)}, {"itemData", row.item_data}});
+      rows.push_back({{"text", Utf16ToWireText(row.text)}, {"itemData", row.item_data}});
     }
     return json{{"vt", "Object"}, {"type", "List"}, {"v", std::move(rows)}};
   }
   if (const auto* strip = dynamic_cast<const MemoryTabStrip*>(&object)) {
     json tabs = json::array();
     for (const MemoryTabStrip::Tab& tab : strip->tabs()) {
-      tabs.push_back({{"key", ToUtf8(tab.key)}, {"caption", ToUtf8(tab.caption)}});
+      tabs.push_back(
+          {{"key", Utf16ToWireText(tab.key)}, {"caption", Utf16ToWireText(tab.caption)}});
     }
     return json{{"vt", "Object"}, {"type", "TabStrip"}, {"v", std::move(tabs)}};
   }
