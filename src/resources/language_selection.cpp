@@ -66,9 +66,11 @@ int16_t GetCurrentLanguage(LIB& lib, std::u16string_view key) {
   ApplyRegKey(key);
   const std::u16string base = BaseKey();
   int16_t language = lib.tkrGetInteger(HKEY_CURRENT_USER, base, u"Language", kNotSet, false);
-  if (language == kNotSet) {
-    language = lib.tkrGetInteger(HKEY_CURRENT_USER, base, u"DefaultLanguage", kNotSet, false);
-  }
+  // A stored "Language" is what the closing write-back read would return
+  // unchanged; reading it once is enough. Only a missing one (or a stored
+  // -1) goes on to the default, the chooser and the write-back.
+  if (language != kNotSet) return language;
+  language = lib.tkrGetInteger(HKEY_CURRENT_USER, base, u"DefaultLanguage", kNotSet, false);
   if (language == kNotSet) {
     std::vector<std::u16string> entries;
     const SafeArray list = GetLanguageList(lib, base);

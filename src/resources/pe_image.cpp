@@ -127,20 +127,18 @@ std::optional<std::span<const uint8_t>> PeImage::AtRva(uint32_t rva, uint32_t si
   return std::nullopt;
 }
 
-std::optional<std::vector<PeImage::Entry>> PeImage::Directory(uint32_t offset) const {
+PeImage::Entry PeImage::Entries::operator[](std::size_t i) const {
+  return {*U32(table, i * kEntrySize), *U32(table, i * kEntrySize + 4)};
+}
+
+std::optional<PeImage::Entries> PeImage::Directory(uint32_t offset) const {
   const auto named = U16(root_, uint64_t{offset} + 12);
   const auto numbered = U16(root_, uint64_t{offset} + 14);
   if (!named || !numbered) return std::nullopt;
   const uint64_t count = uint64_t{*named} + *numbered;
   const uint64_t first = uint64_t{offset} + kDirectoryHeader;
   if (first + count * kEntrySize > root_.size()) return std::nullopt;
-  std::vector<Entry> entries;
-  entries.reserve(count);
-  for (uint64_t i = 0; i < count; ++i) {
-    entries.push_back(
-        {*U32(root_, first + i * kEntrySize), *U32(root_, first + i * kEntrySize + 4)});
-  }
-  return entries;
+  return Entries{root_.subspan(first, count * kEntrySize), *named};
 }
 
 std::optional<ResourceId> PeImage::EntryId(const Entry& entry) const {
@@ -156,25 +154,29 @@ std::optional<ResourceId> PeImage::EntryId(const Entry& entry) const {
   return ResourceId{std::nullopt, std::move(name)};
 }
 
-std::optional<PeImage::Entry> PeImage::Lookup(const std::vector<Entry>& entries,
-                                              const ResourceId& id) const {
+std::optional<PeImage::Entry> PeImage::Lookup(const Entries& entries, const ResourceId& id) const {
   if (id.number) {
     // Numbered entries follow the named ones in ascending order; the loader
-    // relies on that, so an unsorted file misses entries here as it does
-    // there.
-    auto first = std::find_if(entries.begin(), entries.end(),
-                              [](const Entry& e) { return !(e.name_field & kHighBit); });
-    auto found = std::lower_bound(first, entries.end(), *id.number, [](const Entry& e, uint16_t n) {
-      return (e.name_field & 0xFFFF) < n;
-    });
-    if (found != entries.end() && !(found->name_field & kHighBit) &&
-        (found->name_field & 0xFFFF) == *id.number) {
-      return *found;
+    // searches them by halves, so an unsorted file misses entries here as
+    // it does there.
+    std::size_t low = std::min(entries.named, entries.size());
+    std::size_t high = entries.size();
+    while (low < high) {
+      const std::size_t middle = low + (high - low) / 2;
+      const Entry e = entries[middle];
+      const uint32_t number = e.name_field & 0xFFFF;
+      if (!(e.name_field & kHighBit) && number == *id.number) return e;
+      if ((e.name_field & kHighBit) || number < *id.number) {
+        low = middle + 1;
+      } else {
+        high = middle;
+      }
     }
     return std::nullopt;
   }
   const std::u16string wanted = UpperCase(id.name);
-  for (const Entry& e : entries) {
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const Entry e = entries[i];
     if (!(e.name_field & kHighBit)) break;
     const auto name = EntryId(e);
     if (name && UpperCase(name->name) == wanted) return e;
@@ -216,7 +218,7 @@ std::optional<std::span<const uint8_t>> PeImage::Find(const ResourceId& type,
   for (uint16_t language : preferred) {
     if (const auto entry = Lookup(*languages, ResourceId{language, {}})) return Data(*entry);
   }
-  return Data(languages->front());
+  return Data((*languages)[0]);
 }
 
 std::optional<std::u16string> PeImage::FindString(uint16_t id,
@@ -246,22 +248,25 @@ std::vector<ResourceEntry> PeImage::List() const {
   // A directory offset reached a second time is skipped: real files never
   // share directories, and a cyclic or shared one must not multiply the
   // work.
-  auto enter = [&](const Entry& e) -> std::optional<std::vector<Entry>> {
+  auto enter = [&](const Entry& e) -> std::optional<Entries> {
     const auto at = Subdirectory(e);
     if (!at || !seen.insert(*at).second) return std::nullopt;
     return Directory(*at);
   };
   const auto types = Directory(0);
   if (!types) return listing;
-  for (const Entry& t : *types) {
+  for (std::size_t i = 0; i < types->size(); ++i) {
+    const Entry t = (*types)[i];
     const auto type = EntryId(t);
     const auto names = enter(t);
     if (!type || !names) continue;
-    for (const Entry& n : *names) {
+    for (std::size_t j = 0; j < names->size(); ++j) {
+      const Entry n = (*names)[j];
       const auto name = EntryId(n);
       const auto languages = enter(n);
       if (!name || !languages) continue;
-      for (const Entry& l : *languages) {
+      for (std::size_t k = 0; k < languages->size(); ++k) {
+        const Entry l = (*languages)[k];
         uint32_t size = 0;
         if (l.offset_field & kHighBit || !DataEntry(l.offset_field, &size)) continue;
         listing.push_back({*type, *name, static_cast<uint16_t>(l.name_field & 0xFFFF), size});

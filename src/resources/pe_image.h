@@ -79,9 +79,17 @@ class PeImage {
   };
 
   std::optional<std::span<const uint8_t>> AtRva(uint32_t rva, uint32_t size) const;
-  std::optional<std::vector<Entry>> Directory(uint32_t offset) const;
+  // The entries of one directory, read in place (a lookup copies nothing).
+  struct Entries {
+    std::span<const uint8_t> table;  // count * 8 bytes, checked to lie in the image
+    std::size_t named = 0;           // named entries come first
+    std::size_t size() const noexcept { return table.size() / 8; }
+    bool empty() const noexcept { return table.empty(); }
+    Entry operator[](std::size_t i) const;
+  };
+  std::optional<Entries> Directory(uint32_t offset) const;
   std::optional<ResourceId> EntryId(const Entry& entry) const;
-  std::optional<Entry> Lookup(const std::vector<Entry>& entries, const ResourceId& id) const;
+  std::optional<Entry> Lookup(const Entries& entries, const ResourceId& id) const;
   std::optional<uint32_t> Subdirectory(const Entry& entry) const;
   std::optional<std::span<const uint8_t>> Data(const Entry& entry) const;
   std::optional<std::span<const uint8_t>> DataEntry(uint32_t offset, uint32_t* size) const;

@@ -12,12 +12,23 @@
 namespace norvik50 {
 namespace {
 
+// The locale seldom changes between the opens of a resource library;
+// asking ICU for its Windows id once per change keeps opening cheap.
+const std::vector<uint16_t>& LanguagesForCurrentLocale() {
+  thread_local std::string tag;
+  thread_local std::vector<uint16_t> languages;
+  const std::string& current = CurrentLocale().tag;
+  if (languages.empty() || tag != current) {
+    tag = current;
+    languages = PreferredResourceLanguages(current);
+  }
+  return languages;
+}
+
 class PeResourceModule final : public ResourceModule {
  public:
   PeResourceModule(std::unique_ptr<MappedFile> file, pe::PeImage image)
-      : file_(std::move(file)),
-        image_(std::move(image)),
-        languages_(PreferredResourceLanguages(CurrentLocale().tag)) {}
+      : file_(std::move(file)), image_(std::move(image)), languages_(LanguagesForCurrentLocale()) {}
 
   std::optional<std::u16string> FetchString(uint16_t id) override {
     return image_.FindString(id, languages_);

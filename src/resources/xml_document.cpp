@@ -5,6 +5,7 @@
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
 #include "resources/xml_impl.h"
+#include "resources/xpath_cache.h"
 
 namespace norvik50 {
 namespace {
@@ -99,16 +100,20 @@ std::u16string XmlNode::Name() const { return FromUtf8(DomNode(*this).name()); }
 std::u16string XmlNode::Xml() const { return Serialise(DomNode(*this)); }
 
 pugi::xml_node SelectFirst(const XmlDocument& document, std::u16string_view xpath) {
+  const auto query = CompiledXPath(xpath);
+  if (!query) return {};
   try {
-    return document.impl().dom.select_node(ToUtf8(xpath).c_str()).node();
+    return document.impl().dom.select_node(*query).node();
   } catch (const pugi::xpath_exception&) {
-    return {};
+    return {};  // an expression that selects no nodes (a number, a text)
   }
 }
 
 pugi::xpath_node_set SelectAll(const XmlDocument& document, std::u16string_view xpath) {
+  const auto query = CompiledXPath(xpath);
+  if (!query) return {};
   try {
-    pugi::xpath_node_set nodes = document.impl().dom.select_nodes(ToUtf8(xpath).c_str());
+    pugi::xpath_node_set nodes = document.impl().dom.select_nodes(*query);
     nodes.sort();  // document order, whatever the expression's axis
     return nodes;
   } catch (const pugi::xpath_exception&) {

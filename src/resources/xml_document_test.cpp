@@ -28,6 +28,9 @@ TEST(XmlDocumentTest, LoadsSelectsAndSerialises) {
   EXPECT_EQ(doc.SelectSingleNode(u"/resources/item[@name=\"c\"]"), nullptr);
   EXPECT_EQ(doc.SelectSingleNode(u"/resources/item[@name=\"a\"b\"]"), nullptr);
   EXPECT_TRUE(doc.SelectNodes(u"///").empty());
+  // Expressions that are valid but select no nodes.
+  EXPECT_EQ(doc.SelectSingleNode(u"1 + 1"), nullptr);
+  EXPECT_TRUE(doc.SelectNodes(u"string(/resources)").empty());
 }
 
 TEST(XmlDocumentTest, MalformedTextLeavesItEmpty) {

@@ -1,0 +1,137 @@
+// The resource lookups against their raw floors, in one run:
+//  - tklRes opens the library, fetches one string and closes it on every
+//    call: against one registry read plus open/mmap/munmap/close of the
+//    same file (target: within 3x), and with a 10 MB library against a
+//    100 KB one (target: within 1.3x, the cost must not grow with size);
+//  - GetResourceItem (the dialogs' caption lookup) against pugixml's
+//    select_node with a precompiled query on the same document (target:
+//    within 2x).
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <stdlib.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <pugixml.hpp>
+#include <string>
+
+#include "core/library_state.h"
+#include "norvik50/encoding.h"
+#include "norvik50/host.h"
+#include "norvik50/lib.h"
+#include "resources/own_resources.h"
+#include "resources/resource_document.h"
+
+namespace {
+
+using namespace norvik50;
+
+std::string& Folder() {
+  static std::string folder;
+  return folder;
+}
+
+// C:\Small\Res_DE.dll is the 100 KB library, C:\Large\Res_DE.dll the 10 MB one.
+void PlaceLibraries() {
+  for (const auto& [dir, size] : {std::pair{"Small", "100K"}, std::pair{"Large", "10M"}}) {
+    std::filesystem::create_directories(Folder() + "/" + dir);
+    std::filesystem::copy_file(std::string(NORVIK50_FIXTURE_DIR) + "/Bench_" + size + ".dll",
+                               Folder() + "/" + dir + "/Res_DE.dll");
+  }
+  SetDriveRoot(u'C', Folder());
+}
+
+void UseLibrary(LIB& lib, std::u16string_view folder) {
+  lib.tkrSetValue(HKEY_CURRENT_USER, BaseKey(), u"Language", Variant(int32_t{1}));
+  lib.tkrSetValue(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL",
+                  Variant(u"C:\\" + std::u16string(folder) + u"\\Res_%L.dll"));
+}
+
+void TklRes(benchmark::State& state, std::u16string_view folder) {
+  LIB lib;
+  UseLibrary(lib, folder);
+  if (lib.tklRes(100) != u"Change size") state.SkipWithError("the string was not read");
+  for (auto _ : state) benchmark::DoNotOptimize(lib.tklRes(100));
+}
+void BM_tklRes100KB(benchmark::State& state) { TklRes(state, u"Small"); }
+void BM_tklRes10MB(benchmark::State& state) { TklRes(state, u"Large"); }
+BENCHMARK(BM_tklRes100KB)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_tklRes10MB)->Unit(benchmark::kMicrosecond);
+
+// The floor: the same registry read and the file mapped and released.
+void BM_RawReadAndMap(benchmark::State& state) {
+  LIB lib;
+  UseLibrary(lib, u"Small");
+  const std::string path = Folder() + "/Small/Res_DE.dll";
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(lib.tkrGetString(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL"));
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat info {};
+    ::fstat(fd, &info);
+    void* data = ::mmap(nullptr, info.st_size, PROT_READ, MAP_PRIVATE, fd, 0);
+    benchmark::DoNotOptimize(static_cast<const char*>(data)[0]);
+    ::munmap(data, info.st_size);
+    ::close(fd);
+  }
+}
+BENCHMARK(BM_RawReadAndMap)->Unit(benchmark::kMicrosecond);
+
+void BM_GetResourceItem(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(GetResourceItem(u"cancel", 5));
+}
+BENCHMARK(BM_GetResourceItem);
+
+void BM_PugiPrecompiledSelect(benchmark::State& state) {
+  pugi::xml_document doc;
+  const std::string utf8 = ToUtf8(LoadResourceText(1, u"XML"));
+  doc.load_buffer(utf8.data(), utf8.size());
+  const pugi::xpath_query query("/resources/item[@langid=\"5\"][@name=\"cancel\"]");
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(FromUtf8(doc.select_node(query).node().attribute("text").value()));
+  }
+}
+BENCHMARK(BM_PugiPrecompiledSelect);
+
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  std::map<std::string, double> ns;
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& r : runs) {
+      ns[r.benchmark_name()] =
+          r.GetAdjustedCPUTime() * (r.time_unit == benchmark::kMicrosecond ? 1e3 : 1.0);
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  char pattern[] = "/tmp/norvik50-resources-bench-XXXXXX";
+  if (mkdtemp(pattern) == nullptr) return 1;
+  Folder() = pattern;
+  setenv("NORVIK50_REGISTRY_DIR", pattern, 1);
+  setenv("TMPDIR", pattern, 1);
+  PlaceLibraries();
+  benchmark::Initialize(&argc, argv);
+  RatioReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  const auto& t = reporter.ns;
+  auto ratio = [&](const char* a, const char* b, double target) {
+    if (t.count(a) && t.count(b) && t.at(b) > 0) {
+      std::printf("%-20s / %-26s = %6.2f (target <= %.1f)\n", a, b, t.at(a) / t.at(b), target);
+    }
+  };
+  std::printf("\nRatios (CPU time)\n");
+  ratio("BM_tklRes100KB", "BM_RawReadAndMap", 3.0);
+  ratio("BM_tklRes10MB", "BM_tklRes100KB", 1.3);
+  ratio("BM_GetResourceItem", "BM_PugiPrecompiledSelect", 2.0);
+  std::error_code ignored;
+  std::filesystem::remove_all(pattern, ignored);
+  benchmark::Shutdown();
+  return 0;
+}

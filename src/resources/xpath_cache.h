@@ -1,0 +1,22 @@
+// Compiled XPath expressions, kept by their text. The resource lookups
+// build the same few expressions over and over (one per caption name and
+// language); compiling each once makes a lookup cost no more than the
+// evaluation.
+#ifndef NORVIK50_SRC_RESOURCES_XPATH_CACHE_H_
+#define NORVIK50_SRC_RESOURCES_XPATH_CACHE_H_
+
+#include <pugixml.hpp>
+
+#include <memory>
+#include <string_view>
+
+namespace norvik50 {
+
+// The compiled form of `xpath`; nullptr when it is not a valid XPath 1.0
+// expression. Safe to call from several threads. The cache holds a bounded
+// number of expressions and starts afresh when full.
+std::shared_ptr<const pugi::xpath_query> CompiledXPath(std::u16string_view xpath);
+
+}  // namespace norvik50
+
+#endif  // NORVIK50_SRC_RESOURCES_XPATH_CACHE_H_
