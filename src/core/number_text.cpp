@@ -82,7 +82,7 @@ std::u16string GeneralNumberText(double value, int precision, char16_t decimal) 
     std::snprintf(text, sizeof text, "%G", value);
     return WithDecimal(text, decimal);
   }
-  const SignificantDigits s = RoundToSignificant(value, precision);
+  const SignificantDigits s = SignificantDigitsOf(value, precision);
   std::u16string out;
   out.reserve(32);
   if (s.negative) out.push_back(u'-');

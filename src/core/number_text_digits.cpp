@@ -33,7 +33,7 @@ bool IsExactly(double magnitude, uint64_t t, int k) {
 
 }  // namespace
 
-SignificantDigits RoundToSignificant(double value, int precision) {
+SignificantDigits SignificantDigitsOf(double value, int precision) {
   SignificantDigits out;
   out.negative = std::signbit(value) && value != 0;
   const double magnitude = std::fabs(value);

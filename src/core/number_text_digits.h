@@ -17,7 +17,7 @@ struct SignificantDigits {
 };
 
 // `value` (finite) rounded to `precision` (1..17) significant digits.
-SignificantDigits RoundToSignificant(double value, int precision);
+SignificantDigits SignificantDigitsOf(double value, int precision);
 
 }  // namespace norvik50
 

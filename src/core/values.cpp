@@ -213,7 +213,7 @@ Decimal DecimalOfDigits(double value, int precision) {
     Raise(kErrOverflow);
   }
   if (value == 0) return Decimal{};
-  const SignificantDigits s = RoundToSignificant(value, precision);
+  const SignificantDigits s = SignificantDigitsOf(value, precision);
   std::string digits(s.digits, static_cast<std::size_t>(s.count));
   int exponent = s.exponent - (s.count - 1);  // value = digits x 10^exponent
   // More than 28 places: drop digits, rounding half away from zero.
