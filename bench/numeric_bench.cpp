@@ -6,6 +6,8 @@
 //  - the Format engine with "#,##0.00" and "0.00" on a million Doubles,
 //    against snprintf("%.2f") into a std::string (a caller gets a string
 //    either way); target within 2x;
+//  - tklVal on texts full of decimal separators, 10,000 and 100,000
+//    characters: growth for ten times the text, target <= 12x;
 //  - ConvertToType text to Date and Double to String against the former
 //    code for the same conversions (bench/conversion_anchors.h); target
 //    within 1.5x.
@@ -121,6 +123,19 @@ void BM_TklVal(benchmark::State& state) {
     benchmark::DoNotOptimize(sum);
   }
   Finish(state);
+}
+
+// tklVal on a text full of decimal separators ("1,2,3,4,..." in German),
+// 10,000 and 100,000 characters: each removed separator once cost a copy of
+// the rest of the text, so ten times the text took a hundred times as long.
+void BM_TklValManySeparators(benchmark::State& state) {
+  norvik50::SetCurrentLocale("de-DE");
+  std::u16string text;
+  while (text.size() < static_cast<std::size_t>(state.range(0))) {
+    text += static_cast<char16_t>(u'1' + text.size() / 2 % 9);
+    text += u',';
+  }
+  for (auto _ : state) benchmark::DoNotOptimize(norvik50::Val(text));
 }
 
 void BM_ConvertToDouble(benchmark::State& state) {
@@ -287,6 +302,7 @@ void BM_ConvertToString(benchmark::State& state) {
 NORVIK50_NUMERIC_BENCH(BM_FromChars);
 NORVIK50_NUMERIC_BENCH(BM_TklVal)->ArgName("german")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_ConvertToDouble)->ArgName("german")->Arg(1)->Arg(0);
+NORVIK50_NUMERIC_BENCH(BM_TklValManySeparators)->ArgName("chars")->Arg(10000)->Arg(100000);
 NORVIK50_NUMERIC_BENCH(BM_Snprintf);
 NORVIK50_NUMERIC_BENCH(BM_Format)->ArgName("grouped")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_DateAnchor)->ArgName("german")->Arg(1)->Arg(0);
@@ -352,6 +368,14 @@ int main(int argc, char** argv) {
     std::printf("  text->Date former %s       %7.1f\n", name, anchor);
     std::printf("  ConvertToType 7 %s         %7.1f  %5.2fx former (target <= 1.5)\n", name, date,
                 date / anchor);
+  }
+  const double separators_10k = reporter.Ns("BM_TklValManySeparators/10000");
+  const double separators_100k = reporter.Ns("BM_TklValManySeparators/100000");
+  if (separators_10k > 0) {
+    std::printf(
+        "  tklVal, a separator every 2nd character: 100k chars take %.1fx 10k chars "
+        "(target <= 12x)\n",
+        separators_100k / separators_10k);
   }
   const double text_anchor = reporter.Ns("BM_DoubleTextAnchor");
   const double text = reporter.Ns("BM_ConvertToString");
