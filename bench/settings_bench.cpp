@@ -6,8 +6,10 @@
 //   tkrGetString of a missing value with bAutoCreate
 //   tkrSubKeyCount of a 1,000-key tree
 //
-// Targets: a read within 3x of the raw point read; a committed write at
-// least 100x faster than QSettings' setValue + sync.
+// Targets: a read within 1.5x of the raw point read; a committed write
+// within 1.2x of the raw SQLite write with the same settings (WAL,
+// synchronous=NORMAL). QSettings is information only: it syncs to disk on
+// every call, so its figure is the disk's fsync.
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
 
@@ -164,10 +166,10 @@ int main(int argc, char** argv) {
       std::printf("%-34s / %-28s = %8.2f\n", a, b, t.at(a) / t.at(b));
     }
   };
-  std::printf("\nRatios (target: read <= 3; QSettings / write >= 100)\n");
+  std::printf("\nRatios (targets: read <= 1.5; write <= 1.2; the rest information)\n");
   ratio("BM_tkrGetLong", "BM_RawSqlitePointRead");
   ratio("BM_tkrSetValueLong", "BM_RawSqliteWrite");
-  ratio("BM_QSettingsSetValueSync", "BM_tkrSetValueLong");
+  ratio("BM_tkrSetValueLong", "BM_QSettingsSetValueSync");
   ratio("BM_tkrGetStringMissingAutoCreate", "BM_tkrSetValueLong");
   std::error_code ignored;
   std::filesystem::remove_all(pattern, ignored);

@@ -94,6 +94,15 @@ inline constexpr int32_t kRegMoreData = 234;    // the caller's buffer is too sm
 // A key handle: one of RegistryKeys, or a handle OpenKey/CreateKey gave.
 using RegKey = int64_t;
 
+// A failure a person should hear about, with the number to report it
+// under: 5 when this user was refused (a machine-wide store it may read
+// but not write, a file it may not read), 1011 when the store cannot be
+// used (damaged, foreign, unreachable). number 0: nothing to report.
+struct StoreProblem {
+  int32_t number = 0;
+  std::u16string description;
+};
+
 // The store seam: the registry operations the tkr members need, with
 // Windows' status codes (0 success, 2 missing, 5 refused, 234 buffer too
 // small, 259 no more items, 1010 bad key or name, 1011 store unusable).
@@ -138,11 +147,32 @@ class NORVIK50_EXPORT RegistryStore {
   // Releases a handle; closing a root is allowed and does nothing.
   virtual int32_t CloseKey(RegKey key) = 0;
 
+  // Makes everything stored so far under the root of `key` survive a
+  // power cut, as RegFlushKey does on Windows; an ordinary write already
+  // survives the writing process being killed. 0 when done, also when
+  // there is nothing to flush (no store file yet, or a store that writes
+  // through); 1010 for an unknown handle; 1011 when the store failed.
+  virtual int32_t FlushKey(RegKey key) {
+    (void)key;
+    return 0;
+  }
+
   // A description of the last failure that a person should hear about (a
   // damaged or foreign database, a file that cannot be opened), or "" when
   // there is none. Reading it clears it.
   virtual std::u16string TakeProblem() { return {}; }
+  // The same failure with its number (see StoreProblem). Reading it clears
+  // it; a store that gives only descriptions reports them as 1011.
+  virtual StoreProblem TakeStoreProblem() {
+    std::u16string description = TakeProblem();
+    return {description.empty() ? 0 : ERROR_CANTOPEN, std::move(description)};
+  }
 };
+
+// Flushes the store the tkr members use, for `key` (a root or a handle):
+// see RegistryStore::FlushKey. Hosts call it where a setting must survive
+// a power cut (after an installer's last write, before a planned shutdown).
+NORVIK50_EXPORT int32_t FlushSettings(RegKey key);
 
 // The store the tkr members use. Never null.
 NORVIK50_EXPORT std::shared_ptr<RegistryStore> CurrentRegistryStore();

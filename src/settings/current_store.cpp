@@ -30,6 +30,8 @@ std::shared_ptr<RegistryStore> CurrentRegistryStore() {
   return store;
 }
 
+int32_t FlushSettings(RegKey key) { return CurrentRegistryStore()->FlushKey(key); }
+
 void SetRegistryStore(std::shared_ptr<RegistryStore> store) {
   std::lock_guard lock(StoreMutex());
   Installed() = std::move(store);

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "norvik50/encoding.h"
 #include "norvik50/registry.h"
 
 namespace norvik50::settings {
@@ -36,6 +37,17 @@ bool EqualsIgnoringAsciiCase(std::u16string_view a, std::u16string_view b) {
 
 }  // namespace
 
+std::string FoldedUtf8(std::u16string_view name) {
+  std::string folded(name.size(), '\0');
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const char16_t c = name[i];
+    // The common all-ASCII name is folded and encoded in one pass.
+    if (c >= 0x80) return ToUtf8(FoldName(name));
+    folded[i] = static_cast<char>(c >= u'A' && c <= u'Z' ? c + 32 : c);
+  }
+  return folded;
+}
+
 std::optional<std::vector<std::u16string>> SplitKeyPath(std::u16string_view path) {
   std::vector<std::u16string> names;
   if (!path.empty() && path.back() == u'\\') path.remove_suffix(1);
@@ -51,6 +63,25 @@ std::optional<std::vector<std::u16string>> SplitKeyPath(std::u16string_view path
     start = end + 1;
   }
   return names;
+}
+
+std::optional<std::string> FoldedKeyPath(std::u16string_view path) {
+  if (!path.empty() && path.back() == u'\\') path.remove_suffix(1);
+  if (path.empty()) return std::string();
+  // The same rules as SplitKeyPath, without a list of names. Folding works
+  // on each unit alone and keeps the separator, so folding the whole path
+  // folds every name in it.
+  std::size_t length = 0;
+  for (const char16_t c : path) {
+    if (c != u'\\') {
+      if (++length > kMaxKeyNameLength) return std::nullopt;
+      continue;
+    }
+    if (length == 0) return std::nullopt;
+    length = 0;
+  }
+  if (length == 0) return std::nullopt;
+  return FoldedUtf8(path);
 }
 
 std::u16string_view RootKeyName(int32_t root) {

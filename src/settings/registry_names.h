@@ -24,12 +24,19 @@ inline constexpr std::size_t kMaxKeyDepth = 512;
 // The folded form of a name: equal for names that differ only in case
 // (shared with the path lookup, which folds file names the same way).
 using norvik50::FoldName;
+// ToUtf8(FoldName(name)), the form the store keys names by.
+std::string FoldedUtf8(std::u16string_view name);
 
 // Splits a sub-key path at "\" into its names. One trailing "\" is allowed
 // ("Software\" is "Software"); "" is no names at all. nullopt for an empty
 // name inside the path ("a\\b", "\a") or a name longer than
 // kMaxKeyNameLength.
 std::optional<std::vector<std::u16string>> SplitKeyPath(std::u16string_view path);
+
+// The folded form of a whole sub-key path as the store keys it: the folded
+// names in UTF-8 joined by "\" ("" for no names). nullopt where
+// SplitKeyPath gives nullopt.
+std::optional<std::string> FoldedKeyPath(std::u16string_view path);
 
 // Whether `name` may name a value.
 inline bool IsValidValueName(std::u16string_view name) {

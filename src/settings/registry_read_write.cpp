@@ -49,6 +49,13 @@ Variant Decode(int32_t type, const std::string& data) {
       // wrote and read them this way for years, and the values they hold
       // are only correct read like this. The "x" form of HexTextToLong
       // takes raw bytes, least significant first.
+      if (data.size() == 4) {
+        // The four bytes read that way, without the text detour (reads are
+        // hot: hosts read settings in loops).
+        uint32_t v = 0;
+        for (int i = 3; i >= 0; --i) v = (v << 8) | static_cast<uint8_t>(data[i]);
+        return Variant(static_cast<int32_t>(v));
+      }
       return Variant(HexTextToLong(Variant(u"x" + BytesToText(data))));
     default:
       // REG_MULTI_SZ and the rest carry nothing a getter can return.
@@ -79,8 +86,8 @@ std::string HexBytes(std::u16string_view list) {
 
 void ReportStoreProblem(RegistryStore& store, const ErrorReport& report,
                         std::u16string_view source) {
-  const std::u16string problem = store.TakeProblem();
-  if (!problem.empty() && report) report(ERROR_CANTOPEN, problem, source);
+  const StoreProblem problem = store.TakeStoreProblem();
+  if (problem.number != 0 && report) report(problem.number, problem.description, source);
 }
 
 Variant RegReadValue(RegistryStore& store, int32_t root, std::u16string_view sub_key,

@@ -1,6 +1,8 @@
 #include "settings/root_database.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Transaction.h>
@@ -9,6 +11,7 @@
 #include <thread>
 
 #include "norvik50/encoding.h"
+#include "settings/root_database_statements.h"
 
 namespace norvik50::settings {
 namespace {
@@ -16,95 +19,140 @@ namespace {
 // How long an operation keeps retrying while other processes hold the
 // database (each attempt already waits up to the busy timeout).
 constexpr auto kRetryFor = std::chrono::seconds(60);
+// Key ids kept per connection before the cache starts afresh: a host reads
+// a bounded set of keys, but a tool walking a huge tree must not make the
+// cache grow without end.
+constexpr std::size_t kMaxCachedIds = 4096;
 
 bool IsBusy(int code) {
   const int primary = code & 0xff;
   return primary == SQLITE_BUSY || primary == SQLITE_LOCKED;
 }
 
-// Resets a statement when the step that used it is done, whatever happens.
-class Use {
- public:
-  explicit Use(SQLite::Statement& s) : s_(s) {}
-  ~Use() { s_.tryReset(); }
-  SQLite::Statement* operator->() { return &s_; }
-  SQLite::Statement& operator*() { return s_; }
-
- private:
-  SQLite::Statement& s_;
-};
-
-std::string Blob(const SQLite::Column& c) {
-  const void* p = c.getBlob();
-  return p ? std::string(static_cast<const char*>(p), static_cast<std::size_t>(c.getBytes()))
-           : std::string();
-}
-
 }  // namespace
 
-struct RootDatabase::Statements {
-  explicit Statements(SQLite::Database& db)
-      : find_path(db, "SELECT id FROM keys WHERE path=?1"),
-        find_child(db, "SELECT id FROM keys WHERE parent=?1 AND fold=?2"),
-        insert_key(db, "INSERT INTO keys(parent, name, fold, path) VALUES(?1, ?2, ?3, ?4)"),
-        key_exists(db, "SELECT 1 FROM keys WHERE id=?1"),
-        has_children(db, "SELECT 1 FROM keys WHERE parent=?1 LIMIT 1"),
-        get_value(db, "SELECT name, type, data FROM vals WHERE key=?1 AND fold=?2"),
-        // The name keeps the case it was first written with, as a
-        // case-preserving store does when a value is overwritten.
-        put_value(db,
-                  "INSERT INTO vals(key, name, fold, type, data) "
-                  "SELECT ?1, ?2, ?3, ?4, ?5 WHERE EXISTS(SELECT 1 FROM keys WHERE id=?1) "
-                  "ON CONFLICT(key, fold) DO UPDATE SET type=excluded.type, data=excluded.data"),
-        remove_value(db, "DELETE FROM vals WHERE key=?1 AND fold=?2"),
-        child_at(db, "SELECT name, fold FROM keys WHERE parent=?1 ORDER BY fold LIMIT 1 OFFSET ?2"),
-        child_after(
-            db, "SELECT name, fold FROM keys WHERE parent=?1 AND fold>?2 ORDER BY fold LIMIT 1"),
-        value_at(db,
-                 "SELECT name, type, data FROM vals WHERE key=?1 ORDER BY fold LIMIT 1 OFFSET ?2"),
-        remove_values(db, "DELETE FROM vals WHERE key=?1"),
-        remove_key(db, "DELETE FROM keys WHERE id=?1") {}
-
-  SQLite::Statement find_path, find_child, insert_key, key_exists, has_children, get_value,
-      put_value, remove_value, child_at, child_after, value_at, remove_values, remove_key;
-};
-
-RootDatabase::RootDatabase(StoreFile file, bool writable)
-    : file_(std::move(file)), writable_(writable) {}
+RootDatabase::RootDatabase(StoreFile file, std::string read_only_reason)
+    : file_(std::move(file)), read_only_reason_(std::move(read_only_reason)) {}
 
 RootDatabase::~RootDatabase() = default;
 
-int32_t RootDatabase::Read(const std::function<int32_t()>& body, std::u16string& problem) {
-  return Run(false, body, problem);
+int32_t RootDatabase::Read(Body body, StoreProblem& problem) {
+  return Run(Mode::kRead, body, problem);
 }
 
-int32_t RootDatabase::Write(const std::function<int32_t()>& body, std::u16string& problem) {
-  if (!writable_) return 5;
-  return Run(true, body, problem);
+int32_t RootDatabase::Write(Body body, StoreProblem& problem) {
+  if (!writable()) return 5;
+  return Run(Mode::kWrite, body, problem);
 }
 
-int32_t RootDatabase::Run(bool write, const std::function<int32_t()>& body,
-                          std::u16string& problem) {
-  const auto give_up = std::chrono::steady_clock::now() + kRetryFor;
+int32_t RootDatabase::Single(Body body, StoreProblem& problem) {
+  return Run(Mode::kSingle, body, problem);
+}
+
+int32_t RootDatabase::Flush(StoreProblem& problem) {
+  if (!writable()) return 0;
+  return Single(
+      [&] {
+        // FULL waits for readers to leave older snapshots, copies the whole
+        // log into the database file and syncs the log before and the file
+        // after. In rollback-journal mode every commit is synced already
+        // and this reports nothing to do.
+        SQLite::Statement checkpoint(*db_, "PRAGMA wal_checkpoint(FULL)");
+        if (checkpoint.executeStep() && checkpoint.getColumn(0).getInt() != 0) {
+          // A reader kept some frames from being copied back in time; the
+          // log holds every commit, so syncing it is what makes them safe.
+          const int fd = ::open((file_.path + "-wal").c_str(), O_RDONLY | O_CLOEXEC);
+          if (fd >= 0) {
+            const int synced = ::fsync(fd);
+            ::close(fd);
+            if (synced != 0) throw SQLite::Exception("the log could not be synced", SQLITE_IOERR);
+          }
+        }
+        return 0;
+      },
+      problem);
+}
+
+uint32_t RootDatabase::DataVersion() {
+  unsigned int version = 0;
+  sqlite3_file_control(db_->getHandle(), "main", SQLITE_FCNTL_DATA_VERSION, &version);
+  return version;
+}
+
+std::optional<int64_t> RootDatabase::CachedKeyId(const std::string& folded_path) const {
+  if (folded_path.empty()) return kRootKeyId;
+  const auto it = ids_.find(folded_path);
+  if (it == ids_.end()) return std::nullopt;
+  return it->second;
+}
+
+void RootDatabase::Remember(const std::string& folded_path, int64_t id) {
+  if (ids_.size() >= kMaxCachedIds) ForgetIds();
+  ids_.insert_or_assign(folded_path, id);
+}
+
+void RootDatabase::SyncIds() {
+  const uint32_t now = DataVersion();
+  if (now == ids_version_) return;
+  ForgetIds();
+  ids_version_ = now;
+}
+
+void RootDatabase::ForgetIds() {
+  ids_.clear();
+  ++epoch_;
+}
+
+int32_t RootDatabase::Run(Mode mode, Body body, StoreProblem& problem) {
+  // The clock is read only once the database was found busy.
+  std::optional<std::chrono::steady_clock::time_point> give_up;
   auto pause = std::chrono::milliseconds(1);
   while (true) {
     try {
-      if (!st_ && db_) {
+      if (!st_ && db_->tableExists("keys")) {
         // Prepared once the schema exists; an empty read-only file never
         // gets that far, and its reads find nothing.
-        if (db_->tableExists("keys")) st_ = std::make_unique<Statements>(*db_);
+        st_ = std::make_unique<Statements>(*db_);
       }
-      if (!write) return body();
+      if (mode == Mode::kSingle) return body();
+      if (mode == Mode::kRead) {
+        SQLite::Transaction tx(*db_, SQLite::TransactionBehavior::DEFERRED);
+        // A deferred transaction takes its snapshot at its first read.
+        snapshot_->executeStep();
+        snapshot_->reset();
+        SyncIds();
+        const int32_t code = body();
+        tx.commit();
+        return code;
+      }
       // IMMEDIATE: the write lock is taken before anything is read, so two
       // writers never both hold a read snapshot they then cannot upgrade.
       SQLite::Transaction tx(*db_, SQLite::TransactionBehavior::IMMEDIATE);
       if (!st_ && db_->tableExists("keys")) st_ = std::make_unique<Statements>(*db_);
-      const int32_t code = body();
-      if (code == 0) tx.commit();
+      SyncIds();
+      int32_t code = 0;
+      try {
+        code = body();
+        if (code == 0) {
+          tx.commit();
+          // Nobody else committed while this transaction held the write
+          // lock: the ids kept (the body kept them up to date) are those of
+          // the snapshot this commit made.
+          ids_version_ = DataVersion();
+          return code;
+        }
+      } catch (...) {
+        ForgetIds();
+        throw;
+      }
+      // Rolled back: ids the body learnt may name keys that were never made.
+      ForgetIds();
       return code;
     } catch (const SQLite::Exception& e) {
+      snapshot_->tryReset();
       const int code = e.getErrorCode();
-      if (IsBusy(code) && std::chrono::steady_clock::now() < give_up) {
+      if (IsBusy(code) && !give_up) give_up = std::chrono::steady_clock::now() + kRetryFor;
+      if (IsBusy(code) && std::chrono::steady_clock::now() < *give_up) {
         std::this_thread::sleep_for(pause);
         if (pause < std::chrono::milliseconds(50)) pause *= 2;
         continue;
@@ -113,121 +161,24 @@ int32_t RootDatabase::Run(bool write, const std::function<int32_t()>& body,
       if (primary == SQLITE_READONLY || primary == SQLITE_PERM || primary == SQLITE_AUTH) {
         return 5;
       }
+      if (primary == SQLITE_CANTOPEN && !writable()) {
+        // A reader that cannot create what SQLite needs beside the file.
+        problem = {5, Describe("cannot be read by this user (" + std::string(e.what()) + "; it " +
+                               read_only_reason_ + ")")};
+        return 5;
+      }
       if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB) {
-        problem = Describe(std::string("is damaged (") + e.what() + "); left untouched");
+        problem = {1011, Describe(std::string("is damaged (") + e.what() + "); left untouched")};
       } else {
-        problem = Describe(std::string("failed: ") + e.what());
+        problem = {1011, Describe(std::string("failed: ") + e.what())};
       }
       return 1011;
     }
   }
 }
 
-std::optional<int64_t> RootDatabase::FindKeyByPath(const std::string& folded_path) {
-  if (!st_) return folded_path.empty() ? std::optional<int64_t>(kRootKeyId) : std::nullopt;
-  Use s(st_->find_path);
-  s->bind(1, folded_path);
-  if (!s->executeStep()) return std::nullopt;
-  return s->getColumn(0).getInt64();
-}
-
-std::optional<int64_t> RootDatabase::FindChild(int64_t parent, const std::string& fold) {
-  if (!st_) return std::nullopt;
-  Use s(st_->find_child);
-  s->bind(1, parent);
-  s->bind(2, fold);
-  if (!s->executeStep()) return std::nullopt;
-  return s->getColumn(0).getInt64();
-}
-
-int64_t RootDatabase::InsertKey(int64_t parent, const std::string& name, const std::string& fold,
-                                const std::string& folded_path) {
-  Use s(st_->insert_key);
-  s->bind(1, parent);
-  s->bind(2, name);
-  s->bind(3, fold);
-  s->bind(4, folded_path);
-  s->exec();
-  return db_->getLastInsertRowid();
-}
-
-bool RootDatabase::KeyExists(int64_t id) {
-  if (!st_) return id == kRootKeyId;
-  Use s(st_->key_exists);
-  s->bind(1, id);
-  return s->executeStep();
-}
-
-bool RootDatabase::HasChildren(int64_t id) {
-  if (!st_) return false;
-  Use s(st_->has_children);
-  s->bind(1, id);
-  return s->executeStep();
-}
-
-std::optional<StoredValue> RootDatabase::GetValue(int64_t key, const std::string& fold) {
-  if (!st_) return std::nullopt;
-  Use s(st_->get_value);
-  s->bind(1, key);
-  s->bind(2, fold);
-  if (!s->executeStep()) return std::nullopt;
-  return StoredValue{s->getColumn(0).getString(), s->getColumn(1).getInt(), Blob(s->getColumn(2))};
-}
-
-bool RootDatabase::PutValue(int64_t key, const std::string& name, const std::string& fold,
-                            int32_t type, const std::string& data) {
-  Use s(st_->put_value);
-  s->bind(1, key);
-  s->bind(2, name);
-  s->bind(3, fold);
-  s->bind(4, type);
-  s->bindNoCopy(5, data.data(), static_cast<int>(data.size()));
-  return s->exec() > 0;
-}
-
-bool RootDatabase::RemoveValue(int64_t key, const std::string& fold) {
-  Use s(st_->remove_value);
-  s->bind(1, key);
-  s->bind(2, fold);
-  return s->exec() > 0;
-}
-
-std::optional<ChildKey> RootDatabase::ChildAt(int64_t parent, int64_t index) {
-  if (!st_) return std::nullopt;
-  Use s(st_->child_at);
-  s->bind(1, parent);
-  s->bind(2, index);
-  if (!s->executeStep()) return std::nullopt;
-  return ChildKey{s->getColumn(0).getString(), s->getColumn(1).getString()};
-}
-
-std::optional<ChildKey> RootDatabase::ChildAfter(int64_t parent, const std::string& fold) {
-  if (!st_) return std::nullopt;
-  Use s(st_->child_after);
-  s->bind(1, parent);
-  s->bind(2, fold);
-  if (!s->executeStep()) return std::nullopt;
-  return ChildKey{s->getColumn(0).getString(), s->getColumn(1).getString()};
-}
-
-std::optional<StoredValue> RootDatabase::ValueAt(int64_t key, int64_t index) {
-  if (!st_) return std::nullopt;
-  Use s(st_->value_at);
-  s->bind(1, key);
-  s->bind(2, index);
-  if (!s->executeStep()) return std::nullopt;
-  return StoredValue{s->getColumn(0).getString(), s->getColumn(1).getInt(), Blob(s->getColumn(2))};
-}
-
-void RootDatabase::RemoveKey(int64_t id) {
-  {
-    Use s(st_->remove_values);
-    s->bind(1, id);
-    s->exec();
-  }
-  Use s(st_->remove_key);
-  s->bind(1, id);
-  s->exec();
+std::u16string RootDatabase::Describe(const std::string& what) const {
+  return FromUtf8("settings database " + file_.path + " " + what);
 }
 
 }  // namespace norvik50::settings

@@ -5,10 +5,17 @@
 // Every store operation runs as one transaction (a write takes the write
 // lock at its start, so two writers never deadlock on an upgrade), waits
 // while another process holds the lock, and retries when SQLite still says
-// busy. Nothing is cached across operations except the connection and the
-// statements, so a change another process commits is seen by the next
-// operation. Writes are committed in WAL mode: a process killed at any
-// moment loses nothing it was told was stored.
+// busy.
+//
+// Key ids are kept per connection, so that a read costs one statement: they
+// are valid for the snapshot version they were learnt under, and SQLite's
+// data version (which moves with every commit to the file, from any
+// process) tells when they must be learnt again. Values themselves are
+// never cached: a change another process commits is seen by the next read.
+//
+// The per-user store is written in WAL mode; a machine-wide store, which
+// other users read without being able to write its folder, uses a rollback
+// journal, because a WAL reader needs a shared-memory file it can create.
 #ifndef NORVIK50_SRC_SETTINGS_ROOT_DATABASE_H_
 #define NORVIK50_SRC_SETTINGS_ROOT_DATABASE_H_
 
@@ -16,14 +23,33 @@
 #include <SQLiteCpp/Statement.h>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <unordered_map>
 
+#include "norvik50/registry.h"
 #include "settings/store_location.h"
 
 namespace norvik50::settings {
+
+// The work of one operation, borrowed for the length of the call: unlike a
+// std::function it never allocates, which matters on the read path.
+class Body {
+ public:
+  template <class F>
+  requires(!std::is_same_v<std::decay_t<F>, Body>)
+      Body(F&& f)  // NOLINT: made from lambdas at every call
+      : obj_(const_cast<void*>(static_cast<const void*>(&f))),
+        call_([](void* o) -> int32_t { return (*static_cast<std::remove_reference_t<F>*>(o))(); }) {
+  }
+  int32_t operator()() const { return call_(obj_); }
+
+ private:
+  void* obj_;
+  int32_t (*call_)(void*);
+};
 
 // The id of the root key's own row.
 inline constexpr int64_t kRootKeyId = 1;
@@ -32,6 +58,7 @@ struct StoredValue {
   std::string name;  // as written (UTF-8)
   int32_t type = 0;
   std::string data;
+  std::string fold;  // the folded name, the enumeration order
 };
 
 struct ChildKey {
@@ -43,26 +70,52 @@ class RootDatabase {
  public:
   // Opens the database of `file`; with `create`, a missing file (and its
   // folder) is created with the file's mode. Returns 0; 2 when the file is
-  // missing and not to be created; 5 when it cannot be created; 1011 when
-  // it is damaged, belongs to something else or cannot be opened, with
-  // `problem` saying so (such a file is never written to).
-  static int32_t Open(const StoreFile& file, bool create, std::unique_ptr<RootDatabase>& out,
-                      std::u16string& problem);
+  // missing and not to be created; 5 when this user may not create or read
+  // it, with `problem` saying why; 1011 when it is damaged, belongs to
+  // something else or cannot be opened, with `problem` saying so (such a
+  // file is never written to).
+  static int32_t Open(const StoreFile& file, bool create, std::shared_ptr<RootDatabase>& out,
+                      StoreProblem& problem);
   ~RootDatabase();
 
   const std::string& path() const noexcept { return file_.path; }
-  // False when this process may only read the file (not its owner, or the
-  // owner's write permission is off).
-  bool writable() const noexcept { return writable_; }
+  // False when this process may only read the file (not its owner, the
+  // owner's write permission is off, or the folder or file system is
+  // read-only); read_only_reason() then says which.
+  bool writable() const noexcept { return read_only_reason_.empty(); }
+  const std::string& read_only_reason() const noexcept { return read_only_reason_; }
 
   // Runs `body` as one read or one write transaction and returns its code.
   // Busy databases are waited for and retried; SQLite failures become 5
-  // (read-only, permission) or 1011 with `problem` set.
-  int32_t Read(const std::function<int32_t()>& body, std::u16string& problem);
-  int32_t Write(const std::function<int32_t()>& body, std::u16string& problem);
+  // (read-only, permission) or 1011 with `problem` set. Write returns 5 at
+  // once when the file is not writable().
+  int32_t Read(Body body, StoreProblem& problem);
+  int32_t Write(Body body, StoreProblem& problem);
+  // Runs `body` without a transaction of its own, for a single statement
+  // that is its own snapshot; failures as for Read.
+  int32_t Single(Body body, StoreProblem& problem);
 
-  // The statements; valid only inside Read or Write.
-  std::optional<int64_t> FindKeyByPath(const std::string& folded_path);
+  // Makes every commit so far durable against a power cut: the log is
+  // copied into the database file and both are synced. 0, or 1011 with
+  // `problem` set; a process that may not write has nothing to flush.
+  int32_t Flush(StoreProblem& problem);
+
+  // The version of the snapshot the connection read last: it changes with
+  // every commit to the file, this connection's own included. Meaningful
+  // once a statement of the current operation has run.
+  uint32_t DataVersion();
+
+  // Key ids by folded path. epoch() changes whenever the ids learnt so far
+  // may no longer hold; an id taken under the current epoch is right for a
+  // snapshot when IdsCurrent() says so after a statement read it.
+  uint64_t epoch() const noexcept { return epoch_; }
+  std::optional<int64_t> CachedKeyId(const std::string& folded_path) const;
+  bool IdsCurrent() { return DataVersion() == ids_version_; }
+  // Inside Read or Write: the id of the key at `folded_path`, cached or
+  // looked up (and then cached).
+  std::optional<int64_t> KeyId(const std::string& folded_path);
+
+  // The statements; valid only inside Read, Write or Single.
   std::optional<int64_t> FindChild(int64_t parent, const std::string& fold);
   int64_t InsertKey(int64_t parent, const std::string& name, const std::string& fold,
                     const std::string& folded_path);
@@ -74,22 +127,39 @@ class RootDatabase {
                 const std::string& data);
   // False when there was no such value.
   bool RemoveValue(int64_t key, const std::string& fold);
+  // Enumeration in fold order: the entry at `index` counted from the
+  // first, or the entry `skip` places after (forward) or before the one
+  // whose fold is `from`.
   std::optional<ChildKey> ChildAt(int64_t parent, int64_t index);
-  std::optional<ChildKey> ChildAfter(int64_t parent, const std::string& fold);
+  std::optional<ChildKey> ChildNear(int64_t parent, const std::string& from, bool forward,
+                                    int64_t skip);
   std::optional<StoredValue> ValueAt(int64_t key, int64_t index);
+  std::optional<StoredValue> ValueNear(int64_t key, const std::string& from, bool forward,
+                                       int64_t skip);
   void RemoveKey(int64_t id);
 
  private:
-  RootDatabase(StoreFile file, bool writable);
-  int32_t Initialise(std::u16string& problem);
-  int32_t Run(bool write, const std::function<int32_t()>& body, std::u16string& problem);
+  enum class Mode { kSingle, kRead, kWrite };
+  RootDatabase(StoreFile file, std::string read_only_reason);
+  int32_t Initialise(StoreProblem& problem);
+  // Sets the journal mode and syncing for the kind of file (needs write).
+  int32_t ChooseJournal();
+  int32_t Run(Mode mode, Body body, StoreProblem& problem);
+  // Drops the cached ids when the snapshot just started is not theirs.
+  void SyncIds();
+  void ForgetIds();
+  void Remember(const std::string& folded_path, int64_t id);
   std::u16string Describe(const std::string& what) const;
 
   StoreFile file_;
-  bool writable_;
+  std::string read_only_reason_;
   std::unique_ptr<SQLite::Database> db_;
   struct Statements;
   std::unique_ptr<Statements> st_;
+  std::unique_ptr<SQLite::Statement> snapshot_;  // starts a read snapshot
+  std::unordered_map<std::string, int64_t> ids_;
+  uint32_t ids_version_ = 0;
+  uint64_t epoch_ = 1;
 };
 
 }  // namespace norvik50::settings

@@ -8,6 +8,7 @@
 #include <SQLiteCpp/Transaction.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 
@@ -63,14 +64,26 @@ bool MakeFile(const std::string& path, mode_t mode) {
   return ok;
 }
 
+std::string Octal(mode_t mode) {
+  char text[8];
+  std::snprintf(text, sizeof text, "%04o", static_cast<unsigned>(mode & 07777));
+  return text;
+}
+
 // "" when the first bytes are a SQLite header (or the file is empty),
-// otherwise why the file is not one.
-std::string CheckHeader(const std::string& path, off_t size) {
+// otherwise why the file is not one; `denied` tells a file this user may
+// not read from a damaged one.
+std::string CheckHeader(const std::string& path, off_t size, bool& denied) {
+  denied = false;
   if (size == 0) return {};
   static constexpr char kMagic[] = "SQLite format 3";  // with its zero: 16 bytes
   char head[16] = {};
   const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return std::string("cannot be read: ") + std::strerror(errno);
+  if (fd < 0) {
+    denied = errno == EACCES || errno == EPERM;
+    return std::string("cannot be read") + (denied ? " by this user" : "") + " (" +
+           std::strerror(errno) + ")";
+  }
   const ssize_t n = ::read(fd, head, sizeof head);
   ::close(fd);
   if (n != static_cast<ssize_t>(sizeof head) || std::memcmp(head, kMagic, sizeof head) != 0) {
@@ -79,58 +92,89 @@ std::string CheckHeader(const std::string& path, off_t size) {
   return {};
 }
 
+bool MayWrite(const std::string& path) {
+  return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+// Why this process may only read the file, or "" when it may write it.
+// Only the owner writes, and only while the owner's write bit is on: the
+// machine-wide store stays read-only for everyone else even when the file
+// system would let them (root included). The folder must be writable too,
+// for the journal SQLite writes beside the file.
+std::string ReadOnlyReason(const StoreFile& file, const struct stat& st) {
+  if (st.st_uid != ::geteuid()) {
+    return "belongs to another user (uid " + std::to_string(st.st_uid) + ")";
+  }
+  if ((st.st_mode & S_IWUSR) == 0) return "is read-only (mode " + Octal(st.st_mode) + ")";
+  if (!MayWrite(file.path)) return std::string("cannot be written (") + std::strerror(errno) + ")";
+  if (!MayWrite(file.folder)) {
+    return "lies in a folder this user cannot write (" + std::string(std::strerror(errno)) + ")";
+  }
+  return {};
+}
+
 }  // namespace
 
-int32_t RootDatabase::Open(const StoreFile& file, bool create, std::unique_ptr<RootDatabase>& out,
-                           std::u16string& problem) {
+int32_t RootDatabase::Open(const StoreFile& file, bool create, std::shared_ptr<RootDatabase>& out,
+                           StoreProblem& problem) {
   const mode_t file_mode = file.private_file ? 0600 : 0644;
   const mode_t folder_mode = file.private_file ? 0700 : 0755;
+  auto describe = [&](const std::string& what) {
+    return FromUtf8("settings database " + file.path + " " + what);
+  };
   struct stat st {};
   if (::stat(file.path.c_str(), &st) != 0) {
-    if (errno == EACCES) return 5;  // a folder this user may not look into
+    if (errno == EACCES) {
+      // A folder this user may not look into.
+      problem = {5, describe("cannot be reached by this user (" +
+                             std::string(std::strerror(EACCES)) + ")")};
+      return 5;
+    }
     if (errno != ENOENT && errno != ENOTDIR) {
-      problem = FromUtf8("settings database " + file.path +
-                         " cannot be reached: " + std::strerror(errno));
+      problem = {1011, describe("cannot be reached: " + std::string(std::strerror(errno)))};
       return 1011;
     }
     if (!create) return 2;
-    if (!MakeFolder(file.folder, folder_mode) || !MakeFile(file.path, file_mode)) {
+    if (!MakeFolder(file.folder, folder_mode) || !MakeFile(file.path, file_mode) ||
+        ::stat(file.path.c_str(), &st) != 0) {
       // Typically the machine-wide folder for a user who does not own it.
+      problem = {5, describe("cannot be created by this user (" +
+                             std::string(std::strerror(errno)) + ")")};
       return 5;
     }
-    if (::stat(file.path.c_str(), &st) != 0) return 5;
   }
   if (!S_ISREG(st.st_mode)) {
-    problem = FromUtf8("settings database " + file.path + " is not a regular file; left untouched");
+    problem = {1011, describe("is not a regular file; left untouched")};
     return 1011;
   }
-  if (const std::string bad = CheckHeader(file.path, st.st_size); !bad.empty()) {
-    problem = FromUtf8("settings database " + file.path + " " + bad + "; left untouched");
+  bool denied = false;
+  if (const std::string bad = CheckHeader(file.path, st.st_size, denied); !bad.empty()) {
+    if (denied) {
+      problem = {5, describe(bad)};
+      return 5;
+    }
+    problem = {1011, describe(bad + "; left untouched")};
     return 1011;
   }
-  // Only the owner may write, and only while the owner's write bit is on:
-  // the machine-wide store stays read-only for everyone else even when the
-  // file system would let them (root included).
-  const bool writable = st.st_uid == ::geteuid() && (st.st_mode & S_IWUSR) != 0;
-  std::unique_ptr<RootDatabase> db(new RootDatabase(file, writable));
+  std::shared_ptr<RootDatabase> db(new RootDatabase(file, ReadOnlyReason(file, st)));
   const int32_t code = db->Initialise(problem);
   if (code != 0) return code;
   out = std::move(db);
   return 0;
 }
 
-int32_t RootDatabase::Initialise(std::u16string& problem) {
+int32_t RootDatabase::Initialise(StoreProblem& problem) {
   try {
-    const int flags = writable_ ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY;
+    const int flags = writable() ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY;
     db_ = std::make_unique<SQLite::Database>(file_.path, flags | SQLite::OPEN_NOMUTEX,
                                              kBusyTimeoutMs);
+    snapshot_ = std::make_unique<SQLite::Statement>(*db_, "PRAGMA schema_version");
   } catch (const SQLite::Exception& e) {
-    problem = Describe(std::string("cannot be opened: ") + e.what());
+    problem = {1011, Describe(std::string("cannot be opened: ") + e.what())};
     return 1011;
   }
   int32_t identity = 0;
-  const int32_t code = Run(
-      false,
+  const int32_t code = Single(
       [&] {
         const int tables = db_->execAndGet("SELECT count(*) FROM sqlite_schema").getInt();
         const int32_t app = db_->execAndGet("PRAGMA application_id").getInt();
@@ -151,47 +195,57 @@ int32_t RootDatabase::Initialise(std::u16string& problem) {
   if (code != 0) return code;
   switch (identity) {
     case 2:
-      problem =
-          Describe("belongs to another program (it holds tables but not ours); left untouched");
+      problem = {1011, Describe("belongs to another program (it holds tables but not ours); "
+                                "left untouched")};
       return 1011;
     case 3:
-      problem = Describe("was written by a newer version of norvik50; left untouched");
+      problem = {1011, Describe("was written by a newer version of norvik50; left untouched")};
       return 1011;
     case 4:
-      problem = Describe("is damaged (integrity check failed); left untouched");
+      problem = {1011, Describe("is damaged (integrity check failed); left untouched")};
       return 1011;
     default:
       break;
   }
-  if (!writable_) return 0;  // read it as it is; an empty one reads as empty
-  return Run(
-             false,
-             [&] {
-               // WAL lets readers go on while one process writes; NORMAL syncs at
-               // checkpoints, which keeps every commit through a crash of the
-               // process (only a power cut could cost the last commits).
-               db_->exec("PRAGMA journal_mode=WAL");
-               db_->exec("PRAGMA synchronous=NORMAL");
-               return 0;
-             },
-             problem) == 0
-             ? Write(
-                   [&] {
-                     // Checked again under the write lock: another process may
-                     // have created the schema since we looked.
-                     if (db_->execAndGet("SELECT count(*) FROM sqlite_schema").getInt() == 0) {
-                       db_->exec(kSchema);
-                       db_->exec("PRAGMA application_id=" + std::to_string(kApplicationId));
-                       db_->exec("PRAGMA user_version=" + std::to_string(kSchemaVersion));
-                     }
-                     return 0;
-                   },
-                   problem)
-             : 1011;
+  if (!writable()) return 0;  // read it as it is; an empty one reads as empty
+  if (const int32_t set = Single([&] { return ChooseJournal(); }, problem); set != 0) return set;
+  return Write(
+      [&] {
+        // Checked again under the write lock: another process may have
+        // created the schema since we looked.
+        if (db_->execAndGet("SELECT count(*) FROM sqlite_schema").getInt() == 0) {
+          db_->exec(kSchema);
+          db_->exec("PRAGMA application_id=" + std::to_string(kApplicationId));
+          db_->exec("PRAGMA user_version=" + std::to_string(kSchemaVersion));
+        }
+        return 0;
+      },
+      problem);
 }
 
-std::u16string RootDatabase::Describe(const std::string& what) const {
-  return FromUtf8("settings database " + file_.path + " " + what);
+int32_t RootDatabase::ChooseJournal() {
+  if (file_.private_file) {
+    // WAL lets readers go on while one process writes; NORMAL syncs at
+    // checkpoints, which keeps every commit through a crash of the process
+    // (only a power cut could cost the last commits; Flush guards those).
+    db_->exec("PRAGMA journal_mode=WAL");
+    db_->exec("PRAGMA synchronous=NORMAL");
+    return 0;
+  }
+  // Users who may not write the folder read the machine-wide store, and a
+  // WAL reader must create a shared-memory file beside it: this store keeps
+  // a rollback journal, which readers only need to lock. Its writes are
+  // rare (installers, administrators), so each commit is synced.
+  db_->exec("PRAGMA synchronous=FULL");
+  if (db_->execAndGet("PRAGMA journal_mode").getString() != "wal") return 0;
+  // A file still in WAL mode leaves it once no other process has it open;
+  // until then it stays as it is, and the next opening tries again.
+  db_->setBusyTimeout(0);
+  try {
+    db_->exec("PRAGMA journal_mode=DELETE");
+  } catch (const SQLite::Exception&) {
+  }
+  db_->setBusyTimeout(kBusyTimeoutMs);
+  return 0;
 }
-
 }  // namespace norvik50::settings

@@ -205,7 +205,9 @@ TEST_F(SqliteStoreTest, ReadsOfAMissingStoreCreateNothing) {
   EXPECT_EQ(store_.CloseKey(12345), 1010);  // never handed out
 }
 
-TEST_F(SqliteStoreTest, OneFilePerRootCreatedPrivate) {
+// The per-user file is private; the machine-wide ones are for every user
+// to read, wherever the files lie.
+TEST_F(SqliteStoreTest, OneFilePerRootPrivateOnlyForTheUser) {
   store_.CloseKey(Create(u"U", HKEY_CURRENT_USER));
   store_.CloseKey(Create(u"M", HKEY_LOCAL_MACHINE));
   RegKey key = 0;
@@ -214,7 +216,7 @@ TEST_F(SqliteStoreTest, OneFilePerRootCreatedPrivate) {
   ASSERT_EQ(::stat(dir_.File("HKEY_CURRENT_USER.db").c_str(), &st), 0);
   EXPECT_EQ(st.st_mode & 0777, 0600u);
   ASSERT_EQ(::stat(dir_.File("HKEY_LOCAL_MACHINE.db").c_str(), &st), 0);
-  EXPECT_EQ(st.st_mode & 0777, 0600u);
+  EXPECT_EQ(st.st_mode & 0777, 0644u);
 }
 
 TEST_F(SqliteStoreTest, FollowsAChangedStoreFolder) {

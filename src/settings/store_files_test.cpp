@@ -6,6 +6,7 @@
 
 #include <SQLiteCpp/Database.h>
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -45,9 +46,11 @@ TEST(StoreLocationTest, FoldersByRootAndEnvironment) {
   EXPECT_EQ(StoreFileFor(HKEY_CLASSES_ROOT)->path, "/etc/norvik50/HKEY_CLASSES_ROOT.db");
   EXPECT_FALSE(StoreFileFor(HKEY_PERFORMANCE_DATA).has_value());
   EXPECT_FALSE(StoreFileFor(42).has_value());
-  // One folder for all roots overrides both.
+  // One folder for all roots overrides both; each root keeps its nature.
   ScopedEnv dir("NORVIK50_REGISTRY_DIR", home.File("all"));
   EXPECT_EQ(StoreFileFor(HKEY_LOCAL_MACHINE)->path, home.path() + "/all/HKEY_LOCAL_MACHINE.db");
+  EXPECT_FALSE(StoreFileFor(HKEY_LOCAL_MACHINE)->private_file);
+  EXPECT_TRUE(StoreFileFor(HKEY_CURRENT_USER)->private_file);
 }
 
 TEST(StoreLocationTest, PerUserStoreIsCreatedPrivate) {
@@ -135,7 +138,18 @@ TEST_F(StoreFilesTest, OnlyTheOwnerWithWritePermissionWrites) {
   EXPECT_EQ(store.DeleteKey(HKEY_LOCAL_MACHINE, u"Shared"), 5);
   RegKey for_write = 0;
   EXPECT_EQ(store.OpenKey(HKEY_LOCAL_MACHINE, u"Shared", KEY_SET_VALUE, for_write), 5);
-  EXPECT_EQ(store.TakeProblem(), u"");  // a refusal is not a damaged file
+  // Said once, as a refusal (5) with its reason, not as a damaged file.
+  const StoreProblem problem = store.TakeStoreProblem();
+  EXPECT_EQ(problem.number, 5);
+  EXPECT_NE(ToUtf8(problem.description)
+                .find(file + " cannot be written by this user: it is "
+                             "read-only (mode 0444)"),
+            std::string::npos)
+      << ToUtf8(problem.description);
+  EXPECT_EQ(store.SetValue(key, u"v", REG_SZ, "x"), 5);
+  EXPECT_EQ(store.TakeStoreProblem().number, 0);
+  EXPECT_EQ(store.QueryValue(key, u"v", 1024, type, data), 0);
+  EXPECT_EQ(data, std::string("machine\0", 8));
   ::chmod(file.c_str(), 0600);
 }
 
@@ -147,6 +161,35 @@ TEST_F(StoreFilesTest, AFolderThatCannotBeCreatedRefusesWrites) {
   RegKey key = 0;
   EXPECT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"A", 0, 63, key, nullptr), 5);
   EXPECT_EQ(store.OpenKey(HKEY_CURRENT_USER, u"A", KEY_QUERY_VALUE, key), 2);
+}
+
+// A commit lives in the write-ahead log until SQLite copies it back; after
+// a flush the database file alone holds it (and both were synced), so the
+// value survives whatever happens to the log.
+TEST_F(StoreFilesTest, AFlushPutsEveryCommitIntoTheDatabaseFile) {
+  SqliteStore store;
+  RegKey key = 0;
+  ASSERT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"Software\\App", 0, 63, key, nullptr), 0);
+  ASSERT_EQ(store.SetValue(key, u"Saved", REG_SZ, "before the power cut"), 0);
+  auto file_alone_holds_it = [&] {
+    TempFolder copy;
+    std::filesystem::copy_file(user_file_, copy.File("alone.db"));
+    SQLite::Database db(copy.File("alone.db"), SQLite::OPEN_READONLY);
+    // Without the log even the tables may be missing from the file.
+    if (!db.tableExists("vals")) return false;
+    SQLite::Statement s(db, "SELECT count(*) FROM vals WHERE fold='saved'");
+    return s.executeStep() && s.getColumn(0).getInt() == 1;
+  };
+  EXPECT_FALSE(file_alone_holds_it())
+      << "the commit was in the file already; the test proves nothing";
+  EXPECT_EQ(store.FlushKey(key), 0);
+  EXPECT_TRUE(file_alone_holds_it());
+  // Through the library's entry point, for a root and for unknown handles.
+  EXPECT_EQ(FlushSettings(HKEY_CURRENT_USER), 0);
+  EXPECT_EQ(store.FlushKey(987654), 1010);
+  // A root without a file has nothing to flush, and no file is made.
+  EXPECT_EQ(store.FlushKey(HKEY_USERS), 0);
+  EXPECT_FALSE(std::filesystem::exists(dir_.File("HKEY_USERS.db")));
 }
 
 }  // namespace

@@ -31,7 +31,9 @@ std::optional<StoreFile> BuildStoreFile(int32_t root) {
   StoreFile file;
   if (std::string dir = Env("NORVIK50_REGISTRY_DIR"); !dir.empty()) {
     file.folder = WithoutTrailingSlash(std::move(dir));
-    file.private_file = true;
+    // The machine-wide roots keep their nature in the one folder: readable
+    // by every user who may enter it, written only by the owner.
+    file.private_file = root == HKEY_CURRENT_USER;
   } else if (root == HKEY_CURRENT_USER) {
     std::string config = Env("XDG_CONFIG_HOME");
     if (config.empty()) {
@@ -54,7 +56,7 @@ std::optional<StoreFile> BuildStoreFile(int32_t root) {
 // Every store operation asks for its file; the answer only changes when the
 // environment does, so the last answer per root is kept together with the
 // variables it was built from, and comparing those is all a call costs.
-std::optional<StoreFile> StoreFileFor(int32_t root) {
+const std::optional<StoreFile>& StoreFileFor(int32_t root) {
   struct Cached {
     int32_t root = 0;
     std::string registry_dir, config_home, home;

@@ -1,6 +1,7 @@
 // Where each root key's database lies on this machine.
 //
-//  - NORVIK50_REGISTRY_DIR set: every root in that folder, as private files.
+//  - NORVIK50_REGISTRY_DIR set: every root in that folder; HKEY_CURRENT_USER
+//    a private file, the others shared for reading as below.
 //  - HKEY_CURRENT_USER: $XDG_CONFIG_HOME/norvik50/ (else ~/.config/norvik50/),
 //    a private file (mode 0600) in a private folder (0700).
 //  - the machine-wide roots: /etc/norvik50/, readable by all and writable
@@ -22,7 +23,8 @@ struct StoreFile {
 
 // The file of `root`; nullopt for a root that has no store
 // (HKEY_PERFORMANCE_DATA, unknown numbers) or when no folder can be named.
-std::optional<StoreFile> StoreFileFor(int32_t root);
+// The answer is kept per thread and valid until this thread's next call.
+const std::optional<StoreFile>& StoreFileFor(int32_t root);
 
 }  // namespace norvik50::settings
 

@@ -1,6 +1,7 @@
-// Several processes on one store: no lost updates, and a writer killed in
-// the middle loses nothing it had been told was stored. The writers are
-// this test program itself, started again with NORVIK50_SETTINGS_WRITER.
+// Several processes on one store: no lost updates, a writer killed in the
+// middle loses nothing it had been told was stored, and what one process
+// writes the other reads at once. The other processes are this test
+// program itself, started again for a job.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "norvik50/encoding.h"
+#include "settings/child_process_for_tests.h"
 #include "settings/registry_algorithms.h"
 #include "settings/sqlite_store.h"
 #include "testing/temp_folder.h"
@@ -23,12 +25,8 @@ namespace {
 constexpr std::u16string_view kKey = u"Software\\Shared";
 
 // In a writer process: writes values PREFIX0 ... PREFIX<count-1> (Long i)
-// into kKey and prints "i" on stdout once each is stored; then exits
-// without returning to the test runner.
-[[maybe_unused]] const bool kWriterRan = [] {
-  const char* job = std::getenv("NORVIK50_SETTINGS_WRITER");
-  if (job == nullptr) return false;
-  const std::string s(job);
+// into kKey and prints "i" on stdout once each is stored.
+[[maybe_unused]] const bool kWriterRan = RunJobIfAsked("write", [](const std::string& s) {
   const std::size_t colon = s.find(':');
   const std::u16string prefix = FromUtf8(s.substr(0, colon));
   const int count = std::atoi(s.c_str() + colon + 1);
@@ -36,37 +34,52 @@ constexpr std::u16string_view kKey = u"Software\\Shared";
   for (int i = 0; i < count; ++i) {
     const std::u16string name = prefix + FromUtf8(std::to_string(i));
     if (!RegWriteValue(store, HKEY_CURRENT_USER, kKey, name, Variant(int32_t{i}), nullptr)) {
-      std::_Exit(3);
+      return 3;
     }
     std::printf("%d\n", i);
     std::fflush(stdout);
   }
-  std::_Exit(0);
-}();
+  return 0;
+});
 
-struct Writer {
-  pid_t pid = -1;
-  FILE* out = nullptr;  // the writer's confirmations
-};
+// One side of a game of turns on the value "Turn": each side reads the
+// number the other just wrote and answers with the next one. Every fifth
+// turn the writer deletes the key and makes it again, after a filler key
+// that takes over the deleted key's id and holds -1: a reader that kept
+// the old id would read -1 or nothing.
+constexpr std::u16string_view kTurnKey = u"Software\\Turns";
 
-Writer StartWriter(const std::string& prefix, int count) {
-  int fds[2];
-  EXPECT_EQ(::pipe(fds), 0);
-  Writer w;
-  w.pid = ::fork();
-  if (w.pid == 0) {
-    ::dup2(fds[1], STDOUT_FILENO);
-    ::close(fds[0]);
-    ::close(fds[1]);
-    const std::string job = prefix + ":" + std::to_string(count);
-    ::setenv("NORVIK50_SETTINGS_WRITER", job.c_str(), 1);
-    char* const args[] = {const_cast<char*>("settings_tests"), nullptr};
-    ::execv("/proc/self/exe", args);
-    std::_Exit(127);
+void WriteTurn(SqliteStore& store, int turn) {
+  if (turn % 5 == 0) {
+    RegDeleteKeyTree(store, HKEY_CURRENT_USER, kTurnKey, true);
+    RegWriteValue(store, HKEY_CURRENT_USER, u"Software\\Filler" + FromUtf8(std::to_string(turn)),
+                  u"Turn", Variant(int32_t{-1}), nullptr);
   }
-  ::close(fds[1]);
-  w.out = ::fdopen(fds[0], "r");
-  return w;
+  RegWriteValue(store, HKEY_CURRENT_USER, kTurnKey, u"Turn", Variant(int32_t{turn}), nullptr);
+}
+
+int32_t ReadTurn(SqliteStore& store) {
+  const Variant v = RegReadValue(store, HKEY_CURRENT_USER, kTurnKey, u"Turn", Variant(int32_t{-2}),
+                                 false, nullptr);
+  return v.type() == VarType::kLong ? v.as_long() : -3;
+}
+
+// The child's side: told a turn on stdin, reads it, prints what it read,
+// and writes the next turn.
+[[maybe_unused]] const bool kTurnsRan = RunJobIfAsked("turns", [](const std::string&) {
+  SqliteStore store;
+  int turn = 0;
+  while (std::scanf("%d", &turn) == 1) {
+    std::printf("%d\n", ReadTurn(store));
+    WriteTurn(store, turn + 1);
+    std::printf("%d\n", turn + 1);
+    std::fflush(stdout);
+  }
+  return 0;
+});
+
+ChildProcess StartWriter(const std::string& prefix, int count) {
+  return StartChild("write:" + prefix + ":" + std::to_string(count));
 }
 
 int Wait(pid_t pid) {
@@ -101,14 +114,16 @@ class StoreProcessesTest : public ::testing::Test {
 
 TEST_F(StoreProcessesTest, TwoWritersLoseNoUpdate) {
   constexpr int kEach = 1000;
-  Writer a = StartWriter("a", kEach);
-  Writer b = StartWriter("b", kEach);
+  ChildProcess a = StartWriter("a", kEach);
+  ChildProcess b = StartWriter("b", kEach);
   // Both run at once; their confirmations are drained so neither blocks.
   int n = 0, lines = 0;
   while (std::fscanf(a.out, "%d", &n) == 1) ++lines;
   while (std::fscanf(b.out, "%d", &n) == 1) ++lines;
-  std::fclose(a.out);
-  std::fclose(b.out);
+  for (ChildProcess* c : {&a, &b}) {
+    std::fclose(c->out);
+    std::fclose(c->in);
+  }
   EXPECT_EQ(lines, 2 * kEach);
   const int sa = Wait(a.pid), sb = Wait(b.pid);
   ASSERT_TRUE(WIFEXITED(sa) && WEXITSTATUS(sa) == 0) << sa;
@@ -125,7 +140,7 @@ TEST_F(StoreProcessesTest, TwoWritersLoseNoUpdate) {
 }
 
 TEST_F(StoreProcessesTest, AKilledWriterKeepsEveryConfirmedValue) {
-  Writer w = StartWriter("k", 1000000);
+  ChildProcess w = StartWriter("k", 1000000);
   std::vector<int> confirmed;
   int i = 0;
   while (confirmed.size() < 400 && std::fscanf(w.out, "%d", &i) == 1) confirmed.push_back(i);
@@ -134,6 +149,7 @@ TEST_F(StoreProcessesTest, AKilledWriterKeepsEveryConfirmedValue) {
   // their commit.
   while (std::fscanf(w.out, "%d", &i) == 1) confirmed.push_back(i);
   std::fclose(w.out);
+  std::fclose(w.in);
   const int status = Wait(w.pid);
   ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
   ASSERT_GE(confirmed.size(), 400u);
@@ -148,6 +164,25 @@ TEST_F(StoreProcessesTest, AKilledWriterKeepsEveryConfirmedValue) {
   RegKey key = 0;
   EXPECT_EQ(check.CreateKey(HKEY_CURRENT_USER, u"After", 0, 63, key, nullptr), 0);
   EXPECT_EQ(check.TakeProblem(), u"");
+}
+
+// A value written by one process is what the other reads next, through
+// its kept key ids, even when the key was deleted and made again between.
+TEST_F(StoreProcessesTest, AlternatingProcessesNeverReadAStaleValue) {
+  constexpr int kTurns = 300;
+  SqliteStore store;
+  ChildProcess other = StartChild("turns:");
+  for (int turn = 0; turn < kTurns; turn += 2) {
+    WriteTurn(store, turn);
+    std::fprintf(other.in, "%d\n", turn);
+    std::fflush(other.in);
+    int seen = 0, written = 0;
+    ASSERT_EQ(std::fscanf(other.out, "%d %d", &seen, &written), 2) << turn;
+    EXPECT_EQ(seen, turn) << "the other process read a stale value";
+    EXPECT_EQ(ReadTurn(store), written) << "this process read a stale value";
+  }
+  const int status = FinishChild(other);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
 }
 
 }  // namespace
