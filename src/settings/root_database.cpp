@@ -107,6 +107,12 @@ int32_t RootDatabase::Run(Mode mode, Body body, StoreProblem& problem) {
   // The clock is read only once the database was found busy.
   std::optional<std::chrono::steady_clock::time_point> give_up;
   auto pause = std::chrono::milliseconds(1);
+  if (!damage_.empty()) {
+    // Once SQLite met damage, nothing touches the file again: a write into
+    // a damaged b-tree can spread the damage to pages that were sound.
+    problem = {1011, Describe(damage_)};
+    return 1011;
+  }
   while (true) {
     try {
       if (!st_ && db_->tableExists("keys")) {
@@ -168,12 +174,31 @@ int32_t RootDatabase::Run(Mode mode, Body body, StoreProblem& problem) {
         return 5;
       }
       if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB) {
-        problem = {1011, Describe(std::string("is damaged (") + e.what() + "); left untouched")};
+        damage_ = std::string("is damaged (") + e.what() + IntegrityReport() + "); left untouched";
+        problem = {1011, Describe(damage_)};
       } else {
         problem = {1011, Describe(std::string("failed: ") + e.what())};
       }
       return 1011;
     }
+  }
+}
+
+std::string RootDatabase::IntegrityReport() {
+  // The whole file is read only now that damage was met, to say how far
+  // it goes; the check itself may fail on a badly damaged file.
+  try {
+    snapshot_->tryReset();
+    SQLite::Statement check(*db_, "PRAGMA quick_check(3)");
+    std::string found;
+    while (check.executeStep()) {
+      const std::string line = check.getColumn(0).getString();
+      if (line == "ok") return "; the integrity check passed";
+      found += (found.empty() ? "; integrity check: " : " / ") + line;
+    }
+    return found;
+  } catch (const SQLite::Exception&) {
+    return {};
   }
 }
 

@@ -150,6 +150,8 @@ class RootDatabase {
   void ForgetIds();
   void Remember(const std::string& folded_path, int64_t id);
   std::u16string Describe(const std::string& what) const;
+  // What a full check of the file finds, for the report of damage.
+  std::string IntegrityReport();
 
   StoreFile file_;
   std::string read_only_reason_;
@@ -160,6 +162,7 @@ class RootDatabase {
   std::unordered_map<std::string, int64_t> ids_;
   uint32_t ids_version_ = 0;
   uint64_t epoch_ = 1;
+  std::string damage_;  // why the file is damaged, once SQLite said so
 };
 
 }  // namespace norvik50::settings

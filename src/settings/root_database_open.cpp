@@ -185,10 +185,15 @@ int32_t RootDatabase::Initialise(StoreProblem& problem) {
           identity = 2;
         } else if (version > kSchemaVersion) {
           identity = 3;
-        } else {
-          const std::string check = db_->execAndGet("PRAGMA quick_check(1)").getString();
-          if (check != "ok") identity = 4;
+        } else if (db_->execAndGet("SELECT count(*) FROM sqlite_schema WHERE type='table' AND "
+                                   "name IN ('keys', 'vals')")
+                       .getInt() != 2) {
+          // Ours by its mark, but without its tables.
+          identity = 4;
         }
+        // No scan of the whole file here: opening costs the same for every
+        // size. Damage in the pages an operation reads is reported by
+        // SQLite there, and the whole file is checked then (see Run).
         return 0;
       },
       problem);
@@ -202,7 +207,7 @@ int32_t RootDatabase::Initialise(StoreProblem& problem) {
       problem = {1011, Describe("was written by a newer version of norvik50; left untouched")};
       return 1011;
     case 4:
-      problem = {1011, Describe("is damaged (integrity check failed); left untouched")};
+      problem = {1011, Describe("is damaged (its tables are missing); left untouched")};
       return 1011;
     default:
       break;

@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <fstream>
 #include <string>
 
 #include "norvik50/encoding.h"
+#include "settings/registry_names.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50::settings {
@@ -106,6 +108,71 @@ TEST_F(SqliteStoreTest, SubKeysEnumerateInCaseInsensitiveOrder) {
   ASSERT_EQ(store_.EnumKey(root, 0, 256, name), 0);
   EXPECT_EQ(name, u"_x");
   EXPECT_EQ(store_.EnumKey(root, 7, 256, name), ERROR_NO_MORE_ITEMS);
+}
+
+// Walking by index continues from the last entry a handle saw, in either
+// direction; whatever the order of the indexes, each gives the entry at
+// that place in fold order, and a change to the store between two calls
+// is seen at once.
+TEST_F(SqliteStoreTest, EnumerationByIndexInAnyOrder) {
+  const RegKey parent = Create(u"Walk");
+  std::vector<std::u16string> keys, values;
+  for (int i = 0; i < 60; ++i) {
+    // Mixed case and widths, so that fold order is not insertion order.
+    const std::u16string n = (i % 3 == 0 ? u"K" : u"k") + FromUtf8(std::to_string(i * 37 % 61));
+    store_.CloseKey(Create(u"Walk\\" + n));
+    ASSERT_EQ(store_.SetValue(parent, u"V" + n, REG_SZ, "x"), 0);
+    keys.push_back(n);
+    values.push_back(u"V" + n);
+  }
+  auto by_fold = [](const std::u16string& a, const std::u16string& b) {
+    return FoldName(a) < FoldName(b);
+  };
+  std::sort(keys.begin(), keys.end(), by_fold);
+  std::sort(values.begin(), values.end(), by_fold);
+  std::vector<uint32_t> descending(60), shuffled(60);
+  for (uint32_t i = 0; i < 60; ++i) descending[i] = 59 - i;
+  for (uint32_t i = 0; i < 60; ++i) shuffled[i] = (i * 23) % 60;
+  const std::vector<std::vector<uint32_t>> orders{
+      descending, shuffled, {0, 0, 1, 1, 30, 29, 31, 2, 58, 59, 60, 59, 0}};
+  RegKey walk = 0;
+  ASSERT_EQ(store_.OpenKey(HKEY_CURRENT_USER, u"Walk", KEY_QUERY_VALUE, walk), 0);
+  for (const auto& order : orders) {
+    for (const uint32_t i : order) {
+      std::u16string name;
+      int32_t type = 0;
+      std::string data;
+      if (i >= 60) {
+        EXPECT_EQ(store_.EnumKey(walk, i, 256, name), ERROR_NO_MORE_ITEMS);
+        EXPECT_EQ(store_.EnumValue(walk, i, name, type, data), ERROR_NO_MORE_ITEMS);
+        continue;
+      }
+      ASSERT_EQ(store_.EnumKey(walk, i, 256, name), 0) << i;
+      EXPECT_EQ(name, keys[i]) << i;
+      ASSERT_EQ(store_.EnumValue(walk, i, name, type, data), 0) << i;
+      EXPECT_EQ(name, values[i]) << i;
+    }
+  }
+  // Another program adds an entry in front while this handle walks: the
+  // next index counts it, though the store did not change through us.
+  std::u16string name;
+  int32_t type = 0;
+  std::string data;
+  ASSERT_EQ(store_.EnumKey(walk, 10, 256, name), 0);
+  ASSERT_EQ(store_.EnumValue(walk, 10, name, type, data), 0);
+  SqliteStore other;
+  RegKey theirs = 0;
+  ASSERT_EQ(other.CreateKey(HKEY_CURRENT_USER, u"Walk\\0first", 0, 63, theirs, nullptr), 0);
+  ASSERT_EQ(other.SetValue(theirs, u"", REG_SZ, "x"), 0);
+  RegKey their_parent = 0;
+  ASSERT_EQ(other.OpenKey(HKEY_CURRENT_USER, u"Walk", KEY_SET_VALUE, their_parent), 0);
+  ASSERT_EQ(other.SetValue(their_parent, u"0first", REG_SZ, "x"), 0);
+  ASSERT_EQ(store_.EnumKey(walk, 11, 256, name), 0);
+  EXPECT_EQ(name, keys[10]);
+  ASSERT_EQ(store_.EnumValue(walk, 11, name, type, data), 0);
+  EXPECT_EQ(name, values[10]);
+  ASSERT_EQ(store_.EnumKey(walk, 0, 256, name), 0);
+  EXPECT_EQ(name, u"0first");
 }
 
 TEST_F(SqliteStoreTest, DeleteKeyRules) {

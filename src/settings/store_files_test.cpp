@@ -114,6 +114,49 @@ TEST_F(StoreFilesTest, ForeignOrDamagedFilesAreReportedAndNeverWritten) {
   }
 }
 
+// Opening reads no more than the file's header and schema, so damage deep
+// in the file is met by the operation that reads it: it is reported then
+// (1011, with the path and what a full check finds), and from then on
+// nothing is written to the file, not even where it is sound.
+TEST_F(StoreFilesTest, DamageMetLaterIsReportedAndNothingIsWrittenAfter) {
+  {
+    SqliteStore store;
+    RegKey key = 0;
+    ASSERT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"Software\\Many", 0, 63, key, nullptr), 0);
+    const std::string text(200, 'x');
+    for (int i = 0; i < 2000; ++i) {
+      ASSERT_EQ(store.SetValue(key, u"v" + FromUtf8(std::to_string(i)), REG_SZ, text), 0);
+    }
+    ASSERT_EQ(store.FlushKey(key), 0);  // every page in the file itself
+  }
+  // A page in the middle of the values, its header and cells overwritten.
+  std::string bytes = dir_.Read("HKEY_CURRENT_USER.db");
+  const std::size_t page = 4096, middle = (bytes.size() / page / 2) * page;
+  ASSERT_GT(bytes.size(), 40 * page);
+  for (std::size_t i = middle; i < middle + page; i += 3) bytes[i] = '\x5A';
+  WriteFile(user_file_, bytes);
+
+  SqliteStore store;
+  RegKey key = 0;
+  // The header and schema are sound: the store opens, and sound pages read.
+  ASSERT_EQ(store.OpenKey(HKEY_CURRENT_USER, u"Software\\Many", KEY_QUERY_VALUE, key), 0);
+  std::u16string name;
+  int32_t type = 0, code = 0;
+  std::string data;
+  uint32_t index = 0;
+  while ((code = store.EnumValue(key, index, name, type, data)) == 0) ++index;
+  EXPECT_EQ(code, 1011) << "the walk went through the damaged page unnoticed";
+  EXPECT_LT(index, 2000u);
+  const std::string problem = ToUtf8(store.TakeProblem());
+  EXPECT_NE(problem.find(user_file_ + " is damaged"), std::string::npos) << problem;
+  EXPECT_NE(problem.find("left untouched"), std::string::npos) << problem;
+  // Writes anywhere are refused now, reads too; the file stays as it was.
+  RegKey other = 0;
+  EXPECT_EQ(store.CreateKey(HKEY_CURRENT_USER, u"Elsewhere", 0, 63, other, nullptr), 1011);
+  EXPECT_EQ(store.QueryValue(key, u"v0", 1024, type, data), 1011);
+  EXPECT_TRUE(dir_.Read("HKEY_CURRENT_USER.db") == bytes) << "the damaged file was written";
+}
+
 TEST_F(StoreFilesTest, OnlyTheOwnerWithWritePermissionWrites) {
   {
     SqliteStore store;
