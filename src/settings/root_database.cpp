@@ -186,20 +186,20 @@ int32_t RootDatabase::Run(Mode mode, Body body, StoreProblem& problem) {
 
 std::string RootDatabase::IntegrityReport() {
   // The whole file is read only now that damage was met, to say how far
-  // it goes; the check itself may fail on a badly damaged file.
+  // it goes. On a badly damaged file the check itself fails after the
+  // first findings; those are what is said.
+  std::string found;
   try {
     snapshot_->tryReset();
     SQLite::Statement check(*db_, "PRAGMA quick_check(3)");
-    std::string found;
     while (check.executeStep()) {
       const std::string line = check.getColumn(0).getString();
       if (line == "ok") return "; the integrity check passed";
       found += (found.empty() ? "; integrity check: " : " / ") + line;
     }
-    return found;
   } catch (const SQLite::Exception&) {
-    return {};
   }
+  return found;
 }
 
 std::u16string RootDatabase::Describe(const std::string& what) const {

@@ -115,13 +115,23 @@ std::map<std::string, std::string> Snapshot(const std::string& folder) {
 class StoreOtherUsersTest : public ::testing::Test {
  protected:
   void SetUp() override {
+    // The unprivileged reader must be able to pass through every folder
+    // above the temporary one (a private TMPDIR would stop it).
+    for (auto p = std::filesystem::path(dir_.path()).parent_path(); p != p.root_path();
+         p = p.parent_path()) {
+      struct stat st {};
+      if (AsRoot() && (::stat(p.c_str(), &st) != 0 || (st.st_mode & S_IXOTH) == 0)) {
+        GTEST_SKIP() << p << " is closed to other users; point TMPDIR elsewhere";
+      }
+    }
     // Others may enter the folder; the owner writes the store as installers do.
     ASSERT_EQ(::chmod(dir_.path().c_str(), 0755), 0);
+    // The owner's process ends before others read, as an installer's does.
+    SqliteStore owner;
     RegKey key = 0;
-    ASSERT_EQ(owner_.CreateKey(HKEY_LOCAL_MACHINE, kKey, 0, KEY_ALL_ACCESS, key, nullptr), 0);
-    ASSERT_EQ(owner_.SetValue(key, u"ResourceDLL", REG_SZ, "C:\\App\\Res_%L.dll"), 0);
-    ASSERT_EQ(owner_.SetValue(key, u"Counter", REG_DWORD, std::string(4, '\0')), 0);
-    owner_key_ = key;
+    ASSERT_EQ(owner.CreateKey(HKEY_LOCAL_MACHINE, kKey, 0, KEY_ALL_ACCESS, key, nullptr), 0);
+    ASSERT_EQ(owner.SetValue(key, u"ResourceDLL", REG_SZ, "C:\\App\\Res_%L.dll"), 0);
+    ASSERT_EQ(owner.SetValue(key, u"Counter", REG_DWORD, std::string(4, '\0')), 0);
   }
   void TearDown() override { ::chmod(dir_.path().c_str(), 0700); }
 
@@ -131,8 +141,6 @@ class StoreOtherUsersTest : public ::testing::Test {
 
   testing::TempFolder dir_;
   testing::ScopedEnv env_{"NORVIK50_REGISTRY_DIR", dir_.path()};
-  SqliteStore owner_;
-  RegKey owner_key_ = 0;
 };
 
 TEST_F(StoreOtherUsersTest, AReaderWhoMayNotWriteReadsTheCommittedValues) {
@@ -174,8 +182,11 @@ TEST_F(StoreOtherUsersTest, AReaderFollowsTheOwnerWritingAtTheSameTime) {
   }
   constexpr int32_t kLast = 60;
   ChildProcess watcher = StartChild("watch:drop:" + std::to_string(kLast));
+  SqliteStore owner;
+  RegKey key = 0;
+  ASSERT_EQ(owner.OpenKey(HKEY_LOCAL_MACHINE, kKey, KEY_SET_VALUE, key), 0);
   for (int32_t i = 1; i <= kLast; ++i) {
-    ASSERT_EQ(owner_.SetValue(owner_key_, u"Counter", REG_DWORD, DwordBytes(i)), 0);
+    ASSERT_EQ(owner.SetValue(key, u"Counter", REG_DWORD, DwordBytes(i)), 0);
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
   std::string out;
