@@ -283,8 +283,8 @@ int main(int argc, char** argv) {
       "\nInformation: QSettings syncs the whole file to disk on every sync();\n"
       "tkrSetValue and the raw write commit in WAL mode with synchronous=NORMAL\n"
       "(no sync per commit), so these ratios compare a commit with an fsync.\n");
-  ratio("BM_tkrSetValueLong", "BM_QSettingsSetValueSync/1");
-  ratio("BM_tkrSetValueLong", "BM_QSettingsSetValueSync/1000");
+  ratio("BM_QSettingsSetValueSync/1", "BM_tkrSetValueLong");
+  ratio("BM_QSettingsSetValueSync/1000", "BM_tkrSetValueLong");
   ratio("BM_tkrGetStringMissingAutoCreate", "BM_tkrSetValueLong");
   std::printf(
       "\nGrowth for 10x the input (targets: first access 100k/1k <= 1.5; export and\n"
