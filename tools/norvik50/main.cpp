@@ -5,6 +5,7 @@
 //   norvik50 members [PATTERN]    the members that answer by name
 //   norvik50 lzw deflate|inflate  the LZW codec on files or stdin/stdout
 //   norvik50 reg query|add|...    the settings store, .reg import and export
+//   norvik50 res list|string|get  a look into a Windows resource library
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
@@ -23,6 +24,7 @@ int main(int argc, char** argv) {
   norvik50::cli::AddMembersCommand(app);
   norvik50::cli::AddLzwCommand(app);
   norvik50::cli::AddRegCommand(app);
+  norvik50::cli::AddResCommand(app);
   std::vector<std::string> args =
       norvik50::cli::TranslateRegSwitches(std::vector<std::string>(argv, argv + argc));
   // CLI11 takes the arguments after the program name, last one first.

@@ -1,0 +1,48 @@
+// norvik50 res end to end on the resource libraries the build makes.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "testing/run_command.h"
+
+namespace norvik50 {
+namespace {
+
+testing::CommandRun Res(const std::string& args) {
+  return testing::RunCommand("NORVIK50_LOCALE=en-US " + std::string(NORVIK50_TOOL) + " res " +
+                             args);
+}
+
+std::string Fixture(const std::string& name) {
+  return std::string(NORVIK50_FIXTURE_DIR) + "/" + name;
+}
+
+TEST(ResCommandTest, ListsEveryResource) {
+  const auto run = Res("list " + Fixture("multi32.dll"));
+  EXPECT_EQ(run.status, 0);
+  EXPECT_NE(run.out.find("(PE32)"), std::string::npos);
+  EXPECT_NE(run.out.find("FORMS                MAIN                 0x0409    77"),
+            std::string::npos)
+      << run.out;
+  EXPECT_NE(run.out.find("#6 STRING            #19                  0x0000    46"),
+            std::string::npos);
+}
+
+TEST(ResCommandTest, StringsAndResources) {
+  EXPECT_EQ(Res("string " + Fixture("Res_DE.dll") + " 100").out, "Größe ändern\n");
+  // The loader's choice for the locale: English for en-US.
+  EXPECT_EQ(Res("string " + Fixture("multi64.dll") + " 200").out, "Hello\n");
+  EXPECT_EQ(Res("get " + Fixture("multi64.dll") + " '#10' '#7'").out, "abc<def>");
+  EXPECT_EQ(Res("get " + Fixture("multi64.dll") + " forms main").out.substr(0, 11), "<resources>");
+}
+
+TEST(ResCommandTest, ExitCodes) {
+  EXPECT_EQ(Res("string " + Fixture("Res_DE.dll") + " 5").status, 1);
+  EXPECT_EQ(Res("get " + Fixture("Res_DE.dll") + " XML '#5'").status, 1);
+  EXPECT_EQ(Res("list /no/such.dll").status, 2);
+  EXPECT_EQ(Res("list " + std::string(NORVIK50_FIXTURE_DIR) + "/../../CMakeCache.txt").status, 2);
+  EXPECT_EQ(Res("string " + Fixture("Res_DE.dll") + " 70000").status, 2);  // usage
+}
+
+}  // namespace
+}  // namespace norvik50
