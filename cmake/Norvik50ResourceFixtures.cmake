@@ -7,14 +7,16 @@
 # ${NORVIK50_FIXTURE_DIR}/output from the script `rc` (files it names are
 # looked up beside it) as part of the target norvik50_resource_fixtures.
 include_guard(GLOBAL)
-set(NORVIK50_FIXTURE_DIR ${CMAKE_BINARY_DIR}/fixtures/resources)
-set(NORVIK50_FIXTURE_SOURCES ${PROJECT_SOURCE_DIR}/testdata/resources)
+# Cached, so that every directory sees them, not only the first includer.
+set(NORVIK50_FIXTURE_DIR ${CMAKE_BINARY_DIR}/fixtures/resources CACHE INTERNAL "")
+set(NORVIK50_FIXTURE_SOURCES ${PROJECT_SOURCE_DIR}/testdata/resources CACHE INTERNAL "")
 find_program(NORVIK50_WINDRES_x86_64 x86_64-w64-mingw32-windres REQUIRED)
 find_program(NORVIK50_LD_x86_64 x86_64-w64-mingw32-ld REQUIRED)
 find_program(NORVIK50_WINDRES_i686 i686-w64-mingw32-windres REQUIRED)
 find_program(NORVIK50_LD_i686 i686-w64-mingw32-ld REQUIRED)
 find_program(NORVIK50_CPP cpp REQUIRED)
-file(GLOB NORVIK50_FIXTURE_INPUTS CONFIGURE_DEPENDS ${NORVIK50_FIXTURE_SOURCES}/*)
+file(GLOB fixture_inputs CONFIGURE_DEPENDS ${NORVIK50_FIXTURE_SOURCES}/*)
+set(NORVIK50_FIXTURE_INPUTS ${fixture_inputs} CACHE INTERNAL "")
 add_custom_target(norvik50_resource_fixtures)
 
 function(norvik50_resource_dll arch rc output)

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "testing/run_command.h"
+#include "testing/temp_folder.h"
 
 namespace norvik50 {
 namespace {
@@ -42,6 +43,24 @@ TEST(ResCommandTest, ExitCodes) {
   EXPECT_EQ(Res("list /no/such.dll").status, 2);
   EXPECT_EQ(Res("list " + std::string(NORVIK50_FIXTURE_DIR) + "/../../CMakeCache.txt").status, 2);
   EXPECT_EQ(Res("string " + Fixture("Res_DE.dll") + " 70000").status, 2);  // usage
+}
+
+TEST(ResCommandTest, TheTourReadsRealLibrariesInBothLanguages) {
+  testing::TempFolder temp;
+  const auto run =
+      testing::RunCommand("TMPDIR=" + temp.path() + " NORVIK50_REGISTRY_DIR=" + temp.path() + " " +
+                          NORVIK50_TOOL + " demo");
+  ASSERT_EQ(run.status, 0) << run.out;
+  const std::size_t step = run.out.find("== Languages and resources");
+  ASSERT_NE(step, std::string::npos) << run.out;
+  const std::string out = run.out.substr(step);
+  EXPECT_NE(out.find("tklLanguages() = Array(\"1;Deutsch;DE\", \"2;English;EN\")"),
+            std::string::npos)
+      << out;
+  EXPECT_NE(out.find("tklRes(100) = \"Größe ändern\""), std::string::npos);
+  EXPECT_NE(out.find("tklRes(100) = \"Change size\""), std::string::npos);
+  EXPECT_NE(out.find("tklXMLRes(Object, \"title\") = \"Overview\""), std::string::npos);
+  EXPECT_NE(out.find("'LoadLibrary 'R:\\App\\Res_FR.dll' failed.'"), std::string::npos);
 }
 
 }  // namespace

@@ -1,0 +1,15 @@
+// The tour's step on languages and resources: a German and an English
+// resource library (real Windows DLLs, carried inside the tool) read by
+// the library's own reader.
+#ifndef NORVIK50_TOOLS_NORVIK50_DEMO_RESOURCES_H_
+#define NORVIK50_TOOLS_NORVIK50_DEMO_RESOURCES_H_
+
+#include "demo_tour.h"
+
+namespace norvik50::cli {
+
+void ResourcesStep(Tour& tour);
+
+}  // namespace norvik50::cli
+
+#endif  // NORVIK50_TOOLS_NORVIK50_DEMO_RESOURCES_H_
