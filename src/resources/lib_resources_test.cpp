@@ -156,3 +156,66 @@ TEST_F(ResourceMembersTest, HostModulesPlugIn) {
 
 }  // namespace
 }  // namespace norvik50
+
+namespace norvik50 {
+namespace {
+
+// The machine-wide store as an ordinary user meets it: readable, every
+// write refused (5).
+class ReadOnlyMachineStore final : public RegistryStore {
+ public:
+  explicit ReadOnlyMachineStore(std::shared_ptr<RegistryStore> inner) : inner_(std::move(inner)) {}
+  int32_t OpenKey(RegKey p, std::u16string_view s, int32_t a, RegKey& k) override {
+    if (p == HKEY_LOCAL_MACHINE && (a & KEY_SET_VALUE)) return ++refused, ERROR_ACCESS_DENIED;
+    return inner_->OpenKey(p, s, a, k);
+  }
+  int32_t CreateKey(RegKey p, std::u16string_view s, int32_t o, int32_t a, RegKey& k,
+                    int32_t* d) override {
+    if (p == HKEY_LOCAL_MACHINE) return ++refused, ERROR_ACCESS_DENIED;
+    return inner_->CreateKey(p, s, o, a, k, d);
+  }
+  int32_t QueryValue(RegKey k, std::u16string_view n, std::size_t b, int32_t& t,
+                     std::string& d) override {
+    return inner_->QueryValue(k, n, b, t, d);
+  }
+  int32_t SetValue(RegKey k, std::u16string_view n, int32_t t, std::string_view d) override {
+    return inner_->SetValue(k, n, t, d);
+  }
+  int32_t DeleteValue(RegKey k, std::u16string_view n) override {
+    return inner_->DeleteValue(k, n);
+  }
+  int32_t EnumKey(RegKey k, uint32_t i, std::size_t b, std::u16string& n) override {
+    return inner_->EnumKey(k, i, b, n);
+  }
+  int32_t EnumValue(RegKey k, uint32_t i, std::u16string& n, int32_t& t, std::string& d) override {
+    return inner_->EnumValue(k, i, n, t, d);
+  }
+  int32_t DeleteKey(RegKey p, std::u16string_view s) override { return inner_->DeleteKey(p, s); }
+  int32_t CloseKey(RegKey k) override { return inner_->CloseKey(k); }
+  int refused = 0;
+
+ private:
+  std::shared_ptr<RegistryStore> inner_;
+};
+
+TEST_F(ResourceMembersTest, AMachineStoreThatRefusesWritesStillAnswers) {
+  SetLanguage(LANG_GERMAN);
+  auto store = std::make_shared<ReadOnlyMachineStore>(CurrentRegistryStore());
+  SetRegistryStore(store);
+  // "ResourceDLL" exists: read as it is.
+  EXPECT_EQ(lib_.tklRes(100), u"Größe ändern");
+  EXPECT_TRUE(ui_->messages.empty());
+  // "DebugXML_100" is read without write-back, "ResourceDLL" with it: the
+  // refused write of an absent value changes nothing the caller sees.
+  SetRegistryStore(nullptr);
+  lib_.tkrSetValue(HKEY_LOCAL_MACHINE, lib_.tklRegKey(), u"ResourceDLL", Variant(u"-"));
+  SetRegistryStore(store);
+  EXPECT_EQ(lib_.tklRes(100), u"");
+  EXPECT_GT(store->refused, 0);
+  ASSERT_EQ(ui_->messages.size(), 1u);  // the failed load, nothing about the store
+  EXPECT_NE(ui_->messages[0].find(u"LoadLibrary ''"), std::u16string::npos);
+  SetRegistryStore(nullptr);
+}
+
+}  // namespace
+}  // namespace norvik50
