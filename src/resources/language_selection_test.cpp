@@ -2,6 +2,7 @@
 // real files.
 #include "resources/language_selection.h"
 
+#include "resources/resource_document.h"
 #include "resources/resource_test_support.h"
 
 namespace norvik50 {
@@ -91,6 +92,23 @@ TEST_F(LanguageTest, NothingFoundIsAnEmptyList) {
   EXPECT_EQ(none.ubound(), -1);
   SetMachineValue(u"ResourceDLL", u"C:\\Missing\\App%L.dll", u"");
   EXPECT_EQ(lib_.tklLanguages().ubound(), -1);
+}
+
+TEST_F(LanguageTest, ADocumentWithoutLanguagesGivesOneEmptyEntry) {
+  WriteFile("c/R/AppDE.dll", "x");
+  SetMachineValue(u"ResourceDLL", u"C:\\R\\App%L.dll", u"");
+  // Another Part may load other content into the process's document.
+  ResourceDocument().LoadXml(
+      u"<resources><lang langid=\"1\" name=\"D\"/><lang langid=\"2\" name=\"E\" "
+      u"extension=\"DE\"/></resources>");
+  // A lang element without extension never matches.
+  EXPECT_EQ(Entries(lib_.tklLanguages()), (std::vector<std::u16string>{u"2;E;DE"}));
+  ResourceDocument().LoadXml(u"<resources><item name=\"x\"/></resources>");
+  const SafeArray list = lib_.tklLanguages();
+  EXPECT_EQ(list.lbound(), 0);
+  EXPECT_EQ(Entries(list), (std::vector<std::u16string>{u""}));
+  ResourceDocument().LoadXml(u"");  // the built-in document comes back at the next use
+  EXPECT_EQ(Entries(lib_.tklLanguages()), (std::vector<std::u16string>{u"1;Deutsch;DE"}));
 }
 
 TEST_F(LanguageTest, ChooserIsOfferedTheBaseKeysLanguages) {
