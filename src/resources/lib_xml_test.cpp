@@ -82,6 +82,16 @@ TEST_F(XmlMembersTest, ComboTakesNumbersUpToTheFirstGap) {
   EXPECT_TRUE(list_->rows().empty());
 }
 
+TEST_F(XmlMembersTest, ComboCounterEndsAtSixteenBits) {
+  // A quote in the name turns the lookup into a union that finds the item
+  // whatever its number, so the counter runs to 32767 and its overflow
+  // ends the filling quietly.
+  const auto doc = Document(u"<item name=\"c\" text=\"All\"/>");
+  lib_.tklXMLFillComboWithResList(doc, list_, u"c\"]|/resources/item[@name=\"c");
+  ASSERT_EQ(list_->rows().size(), 32768u);
+  EXPECT_EQ(list_->rows().back(), (MemoryList::Row{u"All", 32767}));
+}
+
 TEST_F(XmlMembersTest, TabStripStopsAtADuplicateKey) {
   const auto doc = Document(
       u"<item name=\"t\" number=\"1\" text=\"General\"/>"
