@@ -86,6 +86,8 @@ TEST_F(BatchRobustnessTest, EveryBadLineIsAnsweredAndTheNextLineToo) {
        R"({"id":1,"member":"tklIsEmpty","args":[{"vt":"Integer","v":32768}]})", 5},
       {"Array upper bound past a Long",
        R"({"id":1,"member":"tklIsEmpty","args":[{"vt":"Array","lb":2147483647,"v":[1,2]}]})", 5},
+      {"empty array below the lowest bound",
+       R"({"id":1,"member":"tklArrayHasData","args":[{"vt":"Array","lb":-2147483648,"v":[]}]})", 5},
       {"list item data past a Long",
        R"({"id":1,"member":"tklIsEmpty","args":[{"vt":"Object","type":"List","v":[{"text":"a","itemData":99999999999}]}]})",
        5},

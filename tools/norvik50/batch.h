@@ -3,7 +3,8 @@
 //   {"id": 1, "member": "tklGetFullPath", "args": ["C:\\Temp", "x.LOG"]}
 //   {"id": 1, "ok": true, "result": {"vt":"String","v":"C:\\Temp\\x.LOG"}}
 // A bad line gets {"id":..., "ok": false, "error": {...}} and the batch
-// goes on.
+// goes on: whatever a line holds (any JSON, any depth, values out of every
+// range, a failure no member documents), it ends in exactly one answer.
 #ifndef NORVIK50_TOOLS_NORVIK50_BATCH_H_
 #define NORVIK50_TOOLS_NORVIK50_BATCH_H_
 
@@ -15,7 +16,8 @@
 
 namespace norvik50::cli {
 
-// The answer to one request line.
+// The answer to one request line; never throws for anything in the line.
+// Strings in the answer are in the wire form (write it with WriteJsonLine).
 nlohmann::ordered_json AnswerRequest(LIB& lib, std::string_view line);
 
 // Answers every line of `in` on `out`; blank lines are skipped. Returns the

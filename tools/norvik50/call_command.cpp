@@ -107,7 +107,7 @@ void AddCallCommand(CLI::App& app) {
     } else {
       const json& error = answer["error"];
       std::cerr << "norvik50: error " << error.value("number", 0) << ": "
-                << error.value("description", "") << '\n';
+                << ToUtf8(WireTextToUtf16(error.value("description", ""))) << '\n';
     }
     ExitCode() = ok ? 0 : 1;
   });

@@ -131,8 +131,9 @@ Variant Typed(const json& value, int depth) {
     int64_t lb = 0;
     if (const auto it = value.find("lb"); it != value.end())
       lb = WholeNumber(*it, INT32_MIN, INT32_MAX, "lb");
-    // The upper bound must be a Long as well.
-    if (lb + static_cast<int64_t>(v.size()) - 1 > INT32_MAX) {
+    // The upper bound must be a Long as well (an empty array's is lb - 1).
+    const int64_t ub = lb + static_cast<int64_t>(v.size()) - 1;
+    if (ub > INT32_MAX || ub < INT32_MIN) {
       throw JsonValueError("Array upper bound out of range");
     }
     std::vector<Variant> items;

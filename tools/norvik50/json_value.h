@@ -7,6 +7,11 @@
 // Shorthand in requests: a JSON string is a String, true/false a Boolean,
 // null a Null, a whole number a Long (a Double when out of range), any
 // other number a Double.
+// Strings are in the wire form of json_line.h (unpaired surrogates kept).
+// A value out of its type's range (an Integer past 32767, a Date outside the
+// years 100 to 9999, a Single past its largest value, Currency and Decimal
+// outside theirs) and values nested deeper than kMaxNesting raise
+// JsonValueError, never an overflow or a crash.
 #ifndef NORVIK50_TOOLS_NORVIK50_JSON_VALUE_H_
 #define NORVIK50_TOOLS_NORVIK50_JSON_VALUE_H_
 
