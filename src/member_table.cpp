@@ -14,6 +14,7 @@ const MemberTable& Members() {
     RegisterNumericMembers(t);
     RegisterSettingsMembers(t);
     RegisterResourceMembers(t);
+    RegisterDialogMembers(t);
     return t;
   }();
   return table;

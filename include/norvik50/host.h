@@ -26,6 +26,44 @@ NORVIK50_EXPORT std::u16string HostApplicationName();
 NORVIK50_EXPORT std::u16string HostApplicationTitle();
 NORVIK50_EXPORT void SetHostApplication(std::u16string_view name, std::u16string_view title = u"");
 
+// ---- Dialog requests ------------------------------------------------------------
+
+// One button of a message box: its name tag ("cmdOK", "cmdCancel", "yes",
+// "no", "abort", "retry", "ignore", "cancel"), its caption with the "&"
+// before the access letter, and the answer code it gives (1 OK ... 7 No).
+struct DialogButton {
+  std::u16string tag;
+  std::u16string caption;
+  int32_t answer = 0;
+};
+
+// Everything a message box form shows, worked out by the library from the
+// member's arguments: the button set, captions in the form's language, the
+// default and cancel buttons and the symbol. A user interface only lays it
+// out and reports the answer, so every implementation answers alike.
+struct MessageBoxRequest {
+  std::u16string form;                // "frmMsgBox" (rich-text prompt) or "frmStdMsg"
+  std::u16string title;               // never empty
+  std::u16string prompt;              // frmMsgBox: rich-text source "{...}"
+  std::u16string detail;              // frmStdMsg only
+  int32_t style = 0;                  // the caller's style word
+  int16_t language = 1;               // the form's language id
+  int32_t symbol = 0;                 // 16, 32, 48, 64 or 0 for none
+  std::vector<DialogButton> buttons;  // left to right
+  int32_t default_button = 1;         // 1-based: Enter and the first focus
+  int32_t cancel_button = 1;          // 1-based: Escape
+  int32_t width_twips = 0;            // outer size; 0 keeps the designed size
+  int32_t height_twips = 0;
+  uint32_t prompt_rgb = 0;  // frmStdMsg: 0xRRGGBB
+  int16_t font_size = 10;   // frmStdMsg: points
+  bool font_bold = true;    // frmStdMsg
+};
+
+// The access letter of a caption, upper case: every "&&" is removed first,
+// then the character after the first "&"; "" when there is none.
+// AcceleratorOf(u"Q&&A &Test") is u"T".
+NORVIK50_EXPORT std::u16string AcceleratorOf(std::u16string_view caption);
+
 // ---- User interface seam ------------------------------------------------------
 
 // Shows the library's dialogs. The default implementation is headless: it
@@ -38,8 +76,25 @@ class NORVIK50_EXPORT UserInterface {
   // message-box style word (buttons in the low 3 bits, 16/32/48/64 symbol)
   // and a title that is never empty. Returns the answer code (1 OK ... 7 No)
   // or 10 when the dialog could not be shown.
+  // The default answers 10 (the headless answer).
   virtual int32_t ShowStandardMessage(std::u16string_view prompt, std::u16string_view detail,
-                                      int32_t style, std::u16string_view title) = 0;
+                                      int32_t style, std::u16string_view title);
+  // A message box form (frmMsgBox or frmStdMsg), shown modally. Returns the
+  // button's answer code, 0 when the window was closed by its close box,
+  // 10 when the dialog could not be shown. The default hands a frmStdMsg
+  // request to ShowStandardMessage and answers 10 to anything else.
+  virtual int32_t ShowMessageBox(const MessageBoxRequest& request);
+  // The window system's own yes/no question (question symbol; the second
+  // button the default with `default_no`). Returns 6 Yes, 7 No, 10 when it
+  // could not be shown (the default).
+  virtual int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
+                           bool default_no);
+  // The answer box (frmAnswer) with the caller's captions, left to right.
+  // An empty title keeps the designed caption. Returns the 1-based position
+  // of the chosen button, 0 for Escape, the close box or a box that could
+  // not be shown (the default).
+  virtual int16_t GetAnswer(std::u16string_view prompt, std::u16string_view detail,
+                            std::u16string_view title, const std::vector<std::u16string>& captions);
   // The language chooser (frmChooseLang), shown when no language is stored
   // yet. `languages` holds "langid;name;extension" entries; returns the
   // chosen language id, or -1 when none was chosen. The default (and the

@@ -72,12 +72,11 @@ class NORVIK50_EXPORT LIB {
   // line is appended to the current log. A name without "\" lies in the
   // temporary folder with ".LOG" added; a bare name already ending in
   // ".LOG" logs nothing. Skip style: never fails.
-  void tklLogAction(std::u16string_view sMessage,
-                    std::u16string_view sLogFileName = u"");
+  void tklLogAction(std::u16string_view sMessage, std::u16string_view sLogFileName = u"");
   // Appends "ERR=n 'desc' (Source=src)" to the log; with bShowMsgBox also
   // shows it through tklErrorMsg. Style none.
-  void tklLogError(int32_t lError, std::u16string_view sErrDesc,
-                   std::u16string_view sErrSrc, bool bShowMsgBox = false);
+  void tklLogError(int32_t lError, std::u16string_view sErrDesc, std::u16string_view sErrSrc,
+                   bool bShowMsgBox = false);
   // Shows "Runtime error 'n':" (German: "Laufzeitfehler 'n':") with the
   // description in the standard message dialog. Skip style.
   void tklErrorMsg(int32_t lError, std::u16string_view sErrorDesc,
@@ -86,8 +85,7 @@ class NORVIK50_EXPORT LIB {
   // ---- Paths and files --------------------------------------------------
 
   // sPath + "\" + sFile with exactly one "\" between them. Skip style.
-  std::u16string tklGetFullPath(std::u16string_view sPath,
-                                std::u16string_view sFile);
+  std::u16string tklGetFullPath(std::u16string_view sPath, std::u16string_view sFile);
   // True when sFilename names an existing file (not a folder). Handler style.
   bool tklFileExists(std::u16string_view sFilename);
   // 16 for an existing folder, 0 otherwise (not the Boolean True).
@@ -172,8 +170,7 @@ class NORVIK50_EXPORT LIB {
   bool tklArrayHasData(const Variant& vArray);
   // Removes every item of a Collection; with bSetToNothing the reference
   // is reset. Handler style: ends quietly without a Collection.
-  void tklClearCollection(std::shared_ptr<HostObject>& oCollection,
-                          bool bSetToNothing = false);
+  void tklClearCollection(std::shared_ptr<HostObject>& oCollection, bool bSetToNothing = false);
   // Sorts a String array in place, case-insensitively in the current
   // locale, stably. Style none: 9 unbounded, 6 bound outside 16 bits, 13 a
   // non-String element.
@@ -276,8 +273,7 @@ class NORVIK50_EXPORT LIB {
   // The value as text (DWORDs in decimal, binary data one character a byte).
   std::u16string tkrGetString(int32_t lRegKey, std::u16string_view sRegSubKey,
                               std::u16string_view sValueName,
-                              std::u16string_view sDefaultValue = u"",
-                              bool bAutoCreate = false);
+                              std::u16string_view sDefaultValue = u"", bool bAutoCreate = false);
   // The value as read: text, byte text or a Long. Without vDefaultValue a
   // missing value gives "" and nothing is written.
   Variant tkrGetValue(int32_t lRegKey, std::u16string_view sRegSubKey,
@@ -289,8 +285,8 @@ class NORVIK50_EXPORT LIB {
   // text as text; "hex:01,ff" as bytes; "-" deletes the value (and never
   // creates the key); Boolean, Date and everything else as the empty text.
   // False when the store refused or the key could not be opened.
-  bool tkrSetValue(int32_t lRegKey, std::u16string_view sRegSubKey,
-                   std::u16string_view sValueName, const Variant& vData);
+  bool tkrSetValue(int32_t lRegKey, std::u16string_view sRegSubKey, std::u16string_view sValueName,
+                   const Variant& vData);
   // The number of keys in the subtree, the key itself included (a key with
   // two leaf sub-keys gives 3); 0 for a missing key.
   int32_t tkrSubKeyCount(int32_t lRegKey, std::u16string_view sRegSubKey);
@@ -356,6 +352,42 @@ class NORVIK50_EXPORT LIB {
   // the number, caption the text. A duplicate key ends it quietly.
   void tklXMLFillTabStrip(const std::shared_ptr<HostObject>& oDOMDoc,
                           const std::shared_ptr<HostObject>& oTab, std::u16string_view sName);
+
+  // ---- Dialogs ----------------------------------------------------------
+  // Shown through the installed user interface (norvik50/host.h); the
+  // headless one shows nothing and answers as a dialog that failed. Answer
+  // codes: 1 OK, 2 Cancel, 3 Abort, 4 Retry, 5 Ignore, 6 Yes, 7 No, 0 for
+  // the close box, 10 when the dialog failed.
+
+  // The rich message box (frmMsgBox): sPrompt is rich-text source and may
+  // end in "|width|height" (twips); lButtons the message-box style word. An
+  // empty *sTitle becomes the application title and is written back.
+  // Explicit sizes above 0 win over those in the prompt. 10 on any failure
+  // (a size piece that is no number included).
+  int32_t tklExtMsgBox(std::u16string_view sPrompt, int32_t lButtons = 0,
+                       std::u16string* sTitle = nullptr, int32_t lWidthInTwips = 0,
+                       int32_t lHeightInTwips = 0);
+  // Yes/no question through tklExtMsgBox (style 36, No the default with
+  // bDefaultNo). True exactly for Yes.
+  bool tklExtAsk(const Variant& sQuestion, std::u16string* sTitle = nullptr,
+                 int32_t lWidthInTwips = 0, int32_t lHeightInTwips = 0, bool bDefaultNo = false);
+  // The standard message box (frmStdMsg): a prompt in PromptColor (0..15 of
+  // the sixteen-colour palette), FontSize points, bold with FontBold, and a
+  // detail text below it. An empty Title is the application title. 10 when
+  // it fails, at once and without a box for a PromptColor outside 0..15.
+  int32_t tklMsgBox(std::u16string_view Prompt, std::u16string_view Detail, int32_t Buttons = 0,
+                    std::u16string_view Title = u"", int32_t PromptColor = 0, int16_t FontSize = 10,
+                    bool FontBold = true);
+  // The window system's yes/no question; True exactly for Yes. A missing
+  // vTitle is the application title.
+  bool tklAsk(const Variant& sQuestion, const std::optional<Variant>& vTitle = std::nullopt,
+              bool bDefaultNo = false);
+  // The answer box with one button per element of Buttons (captions as
+  // given, "&" marks the access letter). Returns the chosen button's
+  // position (1 for the first element, whatever the lower bound), 0 for
+  // Escape, the close box or a box that could not be shown.
+  int16_t tklGetAnswer(std::u16string_view Prompt, std::u16string_view Detail,
+                       std::u16string_view Title, const SafeArray& Buttons);
 
   // ---- State shared with the member families ----------------------------
 

@@ -11,7 +11,6 @@ namespace norvik50 {
 namespace {
 
 constexpr std::u16string_view kFallbackLogName = u"nvk40err";
-constexpr int32_t kExclamationOk = 48;
 
 // UCase(name) Like "*.LOG".
 bool EndsWithLogExtension(std::u16string_view name) {
@@ -38,8 +37,7 @@ void LIB::tklLogAction(std::u16string_view sMessage, std::u16string_view sLogFil
       // A bare name that already ends in ".LOG" leaves the file name empty,
       // so the path names the temporary folder itself and nothing is
       // written. Hosts rely on this to switch logging off; keep it.
-      const std::u16string file =
-          EndsWithLogExtension(log_name_) ? u"" : log_name_ + u".LOG";
+      const std::u16string file = EndsWithLogExtension(log_name_) ? u"" : log_name_ + u".LOG";
       path = tklGetFullPath(tklTempDir(), file);
     } else {
       path = log_name_;  // a full path, used as it stands
@@ -52,8 +50,8 @@ void LIB::tklLogAction(std::u16string_view sMessage, std::u16string_view sLogFil
   }
 }
 
-void LIB::tklLogError(int32_t lError, std::u16string_view sErrDesc,
-                      std::u16string_view sErrSrc, bool bShowMsgBox) {
+void LIB::tklLogError(int32_t lError, std::u16string_view sErrDesc, std::u16string_view sErrSrc,
+                      bool bShowMsgBox) {
   tklLogAction(FormatErrorLine(lError, sErrDesc, sErrSrc), u"");
   if (bShowMsgBox) tklErrorMsg(lError, sErrDesc, sErrSrc);
 }
@@ -62,12 +60,10 @@ void LIB::tklErrorMsg(int32_t lError, std::u16string_view sErrorDesc,
                       std::u16string_view sErrorSource) {
   try {
     const std::u16string number = ErrorNumberText(lError);
-    const std::u16string heading =
-        MessageLanguage(*this) == LANG_GERMAN ? u"Laufzeitfehler '" + number + u"':"
-                                               : u"Runtime error '" + number + u"':";
-    const std::u16string title =
-        sErrorSource.empty() ? HostApplicationTitle() : std::u16string(sErrorSource);
-    CurrentUserInterface().ShowStandardMessage(heading, sErrorDesc, kExclamationOk, title);
+    const std::u16string heading = MessageLanguage(*this) == LANG_GERMAN
+                                       ? u"Laufzeitfehler '" + number + u"':"
+                                       : u"Runtime error '" + number + u"':";
+    ShowErrorMessage(*this, heading, sErrorDesc, sErrorSource);
   } catch (...) {
     // Skip style: a dialog that cannot be shown is not the caller's problem.
   }

@@ -1,5 +1,6 @@
 #include "core/library_state.h"
 
+#include "norvik50/host.h"
 #include "norvik50/lib.h"
 
 namespace norvik50 {
@@ -13,6 +14,11 @@ std::u16string& StoredBaseKey() {
 std::function<int16_t(LIB&)>& LanguageSource() {
   static std::function<int16_t(LIB&)> source;
   return source;
+}
+
+ErrorMessageShow& ErrorShow() {
+  static ErrorMessageShow show;
+  return show;
 }
 
 }  // namespace
@@ -33,5 +39,18 @@ int16_t MessageLanguage(LIB& lib) {
 void SetMessageLanguageSource(std::function<int16_t(LIB&)> source) {
   LanguageSource() = std::move(source);
 }
+
+void ShowErrorMessage(LIB& lib, std::u16string_view heading, std::u16string_view detail,
+                      std::u16string_view title) {
+  if (const auto& show = ErrorShow()) {
+    show(lib, heading, detail, title);
+    return;
+  }
+  constexpr int32_t kExclamationOk = 48;
+  CurrentUserInterface().ShowStandardMessage(heading, detail, kExclamationOk,
+                                             title.empty() ? HostApplicationTitle() : title);
+}
+
+void SetErrorMessageShow(ErrorMessageShow show) { ErrorShow() = std::move(show); }
 
 }  // namespace norvik50

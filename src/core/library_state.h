@@ -29,6 +29,15 @@ inline void ApplyRegKey(std::u16string_view key) {
 int16_t MessageLanguage(LIB& lib);
 void SetMessageLanguageSource(std::function<int16_t(LIB&)> source);
 
+// How an error message reaches the screen. The dialog layer installs the
+// standard message box (tklMsgBox); until it is linked in, the user
+// interface's plain standard message shows it.
+using ErrorMessageShow = std::function<void(LIB& lib, std::u16string_view heading,
+                                            std::u16string_view detail, std::u16string_view title)>;
+void ShowErrorMessage(LIB& lib, std::u16string_view heading, std::u16string_view detail,
+                      std::u16string_view title);
+void SetErrorMessageShow(ErrorMessageShow show);
+
 }  // namespace norvik50
 
 #endif  // NORVIK50_SRC_CORE_LIBRARY_STATE_H_

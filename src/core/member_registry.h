@@ -14,6 +14,7 @@ void RegisterCodecMembers(MemberTable& table);     // src/codecs/codec_members.c
 void RegisterNumericMembers(MemberTable& table);   // src/numeric/numeric_members.cpp
 void RegisterSettingsMembers(MemberTable& table);  // src/settings/settings_members.cpp
 void RegisterResourceMembers(MemberTable& table);  // src/resources/resource_members.cpp
+void RegisterDialogMembers(MemberTable& table);    // src/dialogs/dialog_members.cpp
 
 }  // namespace norvik50
 

@@ -5,13 +5,7 @@ namespace {
 
 // Without a display a dialog cannot be shown; answering 10 ("the dialog
 // failed") at once keeps batch jobs and services from ever blocking.
-class HeadlessUi final : public UserInterface {
- public:
-  int32_t ShowStandardMessage(std::u16string_view, std::u16string_view, int32_t,
-                              std::u16string_view) override {
-    return 10;
-  }
-};
+class HeadlessUi final : public UserInterface {};
 
 std::shared_ptr<UserInterface>& Installed() {
   static std::shared_ptr<UserInterface> ui = HeadlessUserInterface();
@@ -21,6 +15,27 @@ std::shared_ptr<UserInterface>& Installed() {
 }  // namespace
 
 UserInterface::~UserInterface() = default;
+
+int32_t UserInterface::ShowStandardMessage(std::u16string_view, std::u16string_view, int32_t,
+                                           std::u16string_view) {
+  return 10;
+}
+
+int32_t UserInterface::ShowMessageBox(const MessageBoxRequest& request) {
+  // Hosts that only implement the plain standard message still see every
+  // frmStdMsg box, the error messages included.
+  if (request.form == u"frmStdMsg") {
+    return ShowStandardMessage(request.prompt, request.detail, request.style, request.title);
+  }
+  return 10;
+}
+
+int32_t UserInterface::AskYesNo(std::u16string_view, std::u16string_view, bool) { return 10; }
+
+int16_t UserInterface::GetAnswer(std::u16string_view, std::u16string_view, std::u16string_view,
+                                 const std::vector<std::u16string>&) {
+  return 0;
+}
 
 int16_t UserInterface::ChooseLanguage(const std::vector<std::u16string>&) { return -1; }
 

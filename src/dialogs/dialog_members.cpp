@@ -1,0 +1,59 @@
+// Dispatch entries of the dialog members.
+#include "core/member_builder.h"
+#include "core/member_registry.h"
+#include "norvik50/lib.h"
+
+namespace norvik50 {
+
+void RegisterDialogMembers(MemberTable& table) {
+  using namespace members;
+
+  table.Add(Method(
+      "tklExtMsgBox",
+      {In("sPrompt", S), Opt("lButtons", L, Variant(int32_t{0})),
+       Opt("sTitle", S, Variant(u""), true), Opt("lWidthInTwips", L, Variant(int32_t{0}), true),
+       Opt("lHeightInTwips", L, Variant(int32_t{0}), true)},
+      L, [](LIB& lib, CallArgs& a) {
+        std::u16string title = a.str(2);
+        const bool was_empty = title.empty();
+        const int32_t answer = lib.tklExtMsgBox(a.str(0), a.i32(1), &title, a.i32(3), a.i32(4));
+        if (was_empty) WriteBack(a, 2, Variant(title));
+        return Variant(answer);
+      }));
+  table.Add(Method("tklExtAsk",
+                   {In("sQuestion", V), OptMissing("sTitle", S, true),
+                    Opt("lWidthInTwips", L, Variant(int32_t{0}), true),
+                    Opt("lHeightInTwips", L, Variant(int32_t{0}), true),
+                    Opt("bDefaultNo", B, Variant(false), true)},
+                   B, [](LIB& lib, CallArgs& a) {
+                     std::u16string title = a.has(1) ? a.str(1) : std::u16string();
+                     const bool was_empty = title.empty();
+                     const bool yes = lib.tklExtAsk(a[0], &title, a.i32(2), a.i32(3), a.flag(4));
+                     if (was_empty && a.has(1)) WriteBack(a, 1, Variant(title));
+                     return Variant(yes);
+                   }));
+  table.Add(Method(
+      "tklMsgBox",
+      {In("Prompt", S), In("Detail", S), Opt("Buttons", L, Variant(int32_t{0}), true),
+       Opt("Title", S, Variant(u"")), Opt("PromptColor", L, Variant(int32_t{0}), true),
+       Opt("FontSize", I, Variant(int16_t{10}), true), Opt("FontBold", B, Variant(true), true)},
+      L, [](LIB& lib, CallArgs& a) {
+        return Variant(
+            lib.tklMsgBox(a.str(0), a.str(1), a.i32(2), a.str(3), a.i32(4), a.i16(5), a.flag(6)));
+      }));
+  table.Add(Method("tklAsk",
+                   {In("sQuestion", V), OptMissing("vTitle", V, true),
+                    Opt("bDefaultNo", B, Variant(false), true)},
+                   B, [](LIB& lib, CallArgs& a) {
+                     const std::optional<Variant> title =
+                         a.has(1) ? std::optional<Variant>(a[1]) : std::nullopt;
+                     return Variant(lib.tklAsk(a[0], title, a.flag(2)));
+                   }));
+  table.Add(
+      Method("tklGetAnswer", {In("Prompt", S), In("Detail", S), In("Title", S), Ref("Buttons", A)},
+             I, [](LIB& lib, CallArgs& a) {
+               return Variant(lib.tklGetAnswer(a.str(0), a.str(1), a.str(2), a[3].as_array()));
+             }));
+}
+
+}  // namespace norvik50
