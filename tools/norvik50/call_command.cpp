@@ -4,6 +4,7 @@
 
 #include "batch.h"
 #include "commands.h"
+#include "dialog_choice.h"
 #include "json_line.h"
 #include "json_value.h"
 #include "member_description.h"
@@ -71,6 +72,7 @@ void AddCallCommand(CLI::App& app) {
   call->add_option("ARG", *args, "Arguments: JSON values or plain text");
   call->add_flag("--let", *let, "Call the let form of a property (new value last)");
   call->add_flag("--json", *as_json, "Print the whole answer as a batch JSON line");
+  const auto headless = AddHeadlessFlag(*call);
   call->footer("Arguments of a member: norvik50 call MEMBER --help; all members: norvik50 members");
   call->callback([=] {
     if (*help && member->empty()) {
@@ -90,6 +92,7 @@ void AddCallCommand(CLI::App& app) {
     json request = {{"id", 1}, {"member", *member}, {"let", *let}, {"args", json::array()}};
     for (const std::string& arg : *args) request["args"].push_back(ArgumentToJson(arg));
     json answer;
+    ChooseDialogs(*headless);
     {
       LIB lib;
       answer = AnswerRequest(lib, WriteJsonLine(request));

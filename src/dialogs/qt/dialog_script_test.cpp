@@ -1,0 +1,170 @@
+// The dialog script and the dialog log: in process through the members,
+// and end to end through `norvik50 batch`.
+#include <gtest/gtest.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <fstream>
+#include <sstream>
+
+#include "core/library_state.h"
+#include "dialogs/qt/dialog_driver.h"
+#include "norvik50/lib.h"
+#include "norvik50/qt_dialogs.h"
+#include "testing/run_command.h"
+#include "testing/temp_folder.h"
+
+namespace norvik50 {
+namespace {
+
+using namespace norvik50::testing;
+
+std::vector<QJsonObject> ReadLog(const std::string& path) {
+  std::vector<QJsonObject> lines;
+  std::ifstream in(path);
+  for (std::string line; std::getline(in, line);) {
+    lines.push_back(QJsonDocument::fromJson(QByteArray::fromStdString(line)).object());
+  }
+  return lines;
+}
+
+QStringList Buttons(const QJsonObject& o) {
+  QStringList list;
+  for (const QJsonValue& v : o.value("buttons").toArray()) list << v.toString();
+  return list;
+}
+
+class DialogScriptTest : public ::testing::Test {
+ protected:
+  DialogScriptTest() {
+    InstallQtDialogs();
+    SetHostApplication(u"host", u"Host");
+    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(int32_t{1}));
+  }
+  ~DialogScriptTest() override {
+    SetUserInterface(nullptr);
+    SetHostApplication(u"", u"");
+    SetBaseKey(u"");
+  }
+  void Script(const std::string& lines) {
+    std::ofstream(temp_.File("script.jsonl")) << lines;
+    qt::RestartDialogScript();
+  }
+
+  TempFolder temp_;
+  ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
+  ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
+  ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", temp_.File("script.jsonl")};
+  ScopedEnv log_{"NORVIK50_DIALOG_LOG", temp_.File("dialogs.jsonl")};
+  LIB lib_;
+};
+
+TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
+  Script(R"({"keys":["J"]}
+{"keys":["Escape"]}
+{"click":2}
+{"click":"&Nein"}
+{"close":true}
+{"keys":["Tab","Space"]}
+)");
+  EXPECT_EQ(lib_.tklMsgBox(u"Weiter?", u"Details", 4 + 32), 6);
+  EXPECT_EQ(lib_.tklExtMsgBox(u"{\\b Abbruch}", 2), 5);
+  EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 3), 7);
+  EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 3), 7);
+  EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 3), 0);
+  // Tab moves the focus from the default (Ja) to Nein, Space presses it.
+  EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 4), 7);
+  // The script is used up: the next box closes at once by its close box.
+  EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 0), 0);
+  // A member that fails before showing anything takes no line.
+  EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 0, u"", 16), 10);
+
+  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  ASSERT_EQ(log.size(), 7u);
+  EXPECT_EQ(log[0].value("form").toString(), "frmStdMsg");
+  EXPECT_EQ(log[0].value("title").toString(), "Host");
+  EXPECT_EQ(log[0].value("prompt").toString(), "Weiter?");
+  EXPECT_EQ(log[0].value("detail").toString(), "Details");
+  EXPECT_EQ(Buttons(log[0]), (QStringList{"&Ja", "&Nein"}));
+  EXPECT_EQ(log[0].value("default").toInt(), 1);
+  EXPECT_EQ(log[0].value("cancel").toInt(), 2);
+  EXPECT_EQ(log[0].value("symbol").toInt(), 32);
+  EXPECT_EQ(log[0].value("answer").toInt(), 6);
+  EXPECT_EQ(log[1].value("form").toString(), "frmMsgBox");
+  EXPECT_EQ(log[1].value("prompt").toString(), "Abbruch");
+  EXPECT_EQ(Buttons(log[1]), (QStringList{"&Abbrechen", "&Wiederholen", "&Ignorieren"}));
+  EXPECT_EQ(log[1].value("width").toInt(), 6000);  // the designed outer size
+  EXPECT_EQ(log[1].value("height").toInt(), 2850);
+  EXPECT_EQ(log[4].value("answer").toInt(), 0);
+}
+
+TEST_F(DialogScriptTest, SizeFromThePromptReachesTheLog) {
+  Script("{\"keys\":[\"Enter\"]}\n");
+  EXPECT_EQ(lib_.tklExtMsgBox(u"Text|6000|3000"), 1);
+  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  ASSERT_EQ(log.size(), 1u);
+  EXPECT_EQ(log[0].value("width").toInt(), 6000);
+  EXPECT_EQ(log[0].value("height").toInt(), 3000);
+}
+
+TEST_F(DialogScriptTest, AnswerBoxQuestionAndChooser) {
+  Script(R"({"keys":["V"]}
+{"keys":["Enter"]}
+{"keys":["Tab"]}
+{"keys":["Escape"]}
+)");
+  const SafeArray captions(1, {Variant(u"&Speichern"), Variant(u"&Verwerfen"), Variant(u"Nichts")});
+  EXPECT_EQ(lib_.tklGetAnswer(u"p", u"d", u"", captions), 2);
+  // The system box with No as default: Enter answers No.
+  EXPECT_FALSE(lib_.tklAsk(Variant(u"Sicher?"), std::nullopt, true));
+  // The chooser: closing it any way keeps the selection (the first row).
+  // A fresh base key has no language stored yet.
+  EXPECT_EQ(lib_.tklLanguage(u"SOFTWARE\\Fresh"), 1);
+  EXPECT_EQ(lib_.tklGetAnswer(u"p", u"d", u"t", captions), 0);
+  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  ASSERT_EQ(log.size(), 4u);
+  EXPECT_EQ(log[0].value("form").toString(), "frmAnswer");
+  EXPECT_EQ(log[0].value("title").toString(), "Benutzereingabe notwendig");
+  EXPECT_EQ(log[1].value("form").toString(), "system");
+  EXPECT_EQ(log[1].value("default").toInt(), 2);
+  EXPECT_EQ(log[2].value("form").toString(), "frmChooseLang");
+  EXPECT_EQ(log[2].value("title").toString(), "Choose language");
+}
+
+TEST(DialogBatchTest, BatchActsOutTheScriptAndLogsEachDialog) {
+  TempFolder temp;
+  { std::ofstream(temp.File("script.jsonl")) << "{\"keys\":[\"N\"]}\n{\"click\":1}\n"; }
+  const std::string env = "QT_QPA_PLATFORM=offscreen TMPDIR=" + temp.path() +
+                          " NORVIK50_REGISTRY_DIR=" + temp.File("reg") +
+                          " NORVIK50_DIALOG_SCRIPT=" + temp.File("script.jsonl") +
+                          " NORVIK50_DIALOG_LOG=" + temp.File("log.jsonl");
+  const std::string requests =
+      R"({"id":0,"member":"tkrSetValue","args":[-2147483647,"SOFTWARE\\VANTEX\\Global","Language",2]}
+{"id":1,"member":"tklExtAsk","args":["Continue?"]}
+{"id":2,"member":"tklMsgBox","args":["Saved","All done"]}
+{"id":3,"member":"tklMsgBox","args":["x","y",0,"",16]}
+)";
+  std::ofstream(temp.File("in.jsonl")) << requests;
+  const CommandRun run = RunCommand(env + " " NORVIK50_TOOL " batch < " + temp.File("in.jsonl"));
+  ASSERT_EQ(run.status, 0) << run.out;
+  EXPECT_NE(run.out.find(R"({"id":1,"ok":true,"result":{"vt":"Boolean","v":false})"),
+            std::string::npos)
+      << run.out;
+  EXPECT_NE(run.out.find(R"({"id":2,"ok":true,"result":{"vt":"Long","v":1})"), std::string::npos);
+  EXPECT_NE(run.out.find(R"({"id":3,"ok":true,"result":{"vt":"Long","v":10})"), std::string::npos);
+  const auto log = ReadLog(temp.File("log.jsonl"));
+  ASSERT_EQ(log.size(), 2u);
+  EXPECT_EQ(Buttons(log[0]), (QStringList{"&Yes", "&No"}));
+  EXPECT_EQ(log[0].value("answer").toInt(), 7);
+  EXPECT_EQ(log[1].value("prompt").toString(), "Saved");
+  EXPECT_EQ(log[1].value("answer").toInt(), 1);
+
+  // --headless: nothing is shown, the box answers as failed.
+  const CommandRun headless = RunCommand(env + " " NORVIK50_TOOL " call --headless tklMsgBox a b");
+  EXPECT_EQ(headless.out, "10\n");
+  EXPECT_EQ(ReadLog(temp.File("log.jsonl")).size(), 2u);
+}
+
+}  // namespace
+}  // namespace norvik50

@@ -1,0 +1,82 @@
+// The dialog gallery: every form in German and English as PNG pictures.
+#include <QDir>
+#include <QPixmap>
+
+#include "dialogs/message_buttons.h"
+#include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/qt_application.h"
+#include "norvik50/qt_dialogs.h"
+
+namespace norvik50 {
+namespace {
+
+struct Language {
+  int16_t id;
+  const char* code;
+  const char* qt_locale;
+};
+
+MessageBoxRequest Request(std::u16string form, std::u16string title, std::u16string prompt,
+                          std::u16string detail, int32_t style, int16_t language) {
+  MessageBoxRequest r;
+  r.form = std::move(form);
+  r.title = std::move(title);
+  r.prompt = std::move(prompt);
+  r.detail = std::move(detail);
+  FillButtons(r, style, language);
+  return r;
+}
+
+}  // namespace
+
+int RenderDialogGallery(const std::string& folder) {
+  qt::EnsureApplication();
+  const QString dir = QString::fromStdString(folder);
+  QDir().mkpath(dir);
+  int written = 0;
+  QString name;
+  qt::SetShownHook([&](QDialog& dialog) {
+    if (dialog.grab().save(dir + QStringLiteral("/") + name + QStringLiteral(".png"))) ++written;
+    dialog.close();
+  });
+  const auto ui = QtUserInterface();
+  for (const Language& lang : {Language{1, "de", "de_DE"}, Language{2, "en", "en_US"}}) {
+    const bool german = lang.id == 1;
+    const QString suffix = QStringLiteral("_") + QString::fromLatin1(lang.code);
+    name = QStringLiteral("frmMsgBox") + suffix;
+    ui->ShowMessageBox(Request(
+        u"frmMsgBox", u"norvik50",
+        german ? u"{\\b Speichern?}\\par Die \\cf1 Rechnung 2024-117\\cf0  wurde ge\\'e4ndert."
+                 u"{\\colortbl;\\red0\\green0\\blue192;}"
+               : u"{\\b Save?}\\par The \\cf1 invoice 2024-117\\cf0  was changed."
+                 u"{\\colortbl;\\red0\\green0\\blue192;}",
+        u"", 3 + 32 + 256, lang.id));
+    name = QStringLiteral("frmStdMsg") + suffix;
+    ui->ShowMessageBox(Request(u"frmStdMsg", u"LIB:tkrGetValue()",
+                               german ? u"Laufzeitfehler '5':" : u"Runtime error '5':",
+                               german ? u"Ung\u00fcltiger Prozeduraufruf oder ung\u00fcltiges "
+                                        u"Argument"
+                                      : u"Invalid procedure call or argument",
+                               48, lang.id));
+    name = QStringLiteral("frmStdMsg_retry") + suffix;
+    ui->ShowMessageBox(Request(u"frmStdMsg", u"norvik50",
+                               german ? u"Die Datei ist gesperrt." : u"The file is locked.",
+                               u"C:\\Daten\\Kunden.dat", 2 + 16 + 512, lang.id));
+    name = QStringLiteral("frmAnswer") + suffix;
+    ui->GetAnswer(german ? u"Beleg schon gebucht" : u"Document already posted",
+                  german ? u"Wie soll es weitergehen?" : u"How do you want to go on?", u"",
+                  german ? std::vector<std::u16string>{u"&Stornieren", u"&Verwerfen", u"Nichts tun"}
+                         : std::vector<std::u16string>{u"&Storno", u"&Void", u"Do nothing"});
+    name = QStringLiteral("system") + suffix;
+    qt::LoadQtTranslations(QString::fromLatin1(lang.qt_locale));
+    ui->AskYesNo(german ? u"Programm beenden?" : u"Quit the program?", u"norvik50", true);
+    if (german) {
+      name = QStringLiteral("frmChooseLang");
+      ui->ChooseLanguage({u"1;Deutsch;DE", u"2;English;EN", u"3;Fran\u00e7ais;FR"});
+    }
+  }
+  qt::SetShownHook(nullptr);
+  return written;
+}
+
+}  // namespace norvik50

@@ -1,0 +1,75 @@
+#include "dialogs/qt/qt_application.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFontDatabase>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+namespace norvik50::qt {
+namespace {
+
+// Where no Tahoma is installed, a metric-compatible one shipped by
+// Debian's fonts-wine keeps the twip layouts as designed.
+constexpr const char* kTahomaFiles[] = {"/usr/share/wine/fonts/tahoma.ttf",
+                                        "/usr/share/wine/fonts/tahomabd.ttf"};
+
+void LoadDialogFont() {
+  if (QFontDatabase::families().contains(QStringLiteral("Tahoma"))) return;
+  for (const char* file : kTahomaFiles) {
+    if (QFile::exists(QString::fromLatin1(file))) {
+      QFontDatabase::addApplicationFont(QString::fromLatin1(file));
+    }
+  }
+}
+
+QTranslator*& CurrentTranslator() {
+  static QTranslator* translator = nullptr;
+  return translator;
+}
+
+}  // namespace
+
+void EnsureApplication() {
+  static bool prepared = false;
+  if (!QApplication::instance()) {
+    // The library has no loop of its own: the application object lives for
+    // the rest of the process and each dialog runs its own modal loop.
+    static int argc = 1;
+    static char name[] = "norvik50";
+    static char* argv[] = {name, nullptr};
+    new QApplication(argc, argv);
+  }
+  if (prepared) return;
+  prepared = true;
+  LoadDialogFont();
+  LoadQtTranslations(QLocale::system().name());
+}
+
+QFont DialogFont(double points, bool bold) {
+  QFont font(QStringLiteral("Tahoma"));
+  font.setPointSizeF(points);
+  font.setBold(bold);
+  return font;
+}
+
+bool LoadQtTranslations(const QString& locale_name) {
+  QTranslator*& translator = CurrentTranslator();
+  if (translator) {
+    QCoreApplication::removeTranslator(translator);
+    delete translator;
+    translator = nullptr;
+  }
+  auto* loaded = new QTranslator(QCoreApplication::instance());
+  if (!loaded->load(QLocale(locale_name), QStringLiteral("qtbase"), QStringLiteral("_"),
+                    QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    delete loaded;
+    return false;
+  }
+  QCoreApplication::installTranslator(loaded);
+  translator = loaded;
+  return true;
+}
+
+}  // namespace norvik50::qt

@@ -1,0 +1,25 @@
+// The QApplication the dialogs run in: the host's, or one the library
+// creates on the first dialog; the dialog font and Qt's own translations.
+#ifndef NORVIK50_SRC_DIALOGS_QT_QT_APPLICATION_H_
+#define NORVIK50_SRC_DIALOGS_QT_QT_APPLICATION_H_
+
+#include <QFont>
+#include <QString>
+
+namespace norvik50::qt {
+
+// Makes sure a QApplication exists; creates one on first use when the
+// host has none. Also loads the dialog font and Qt's translations once.
+void EnsureApplication();
+
+// The dialogs' font: Tahoma at `points` (the platform's fallback where it
+// is missing).
+QFont DialogFont(double points = 8.0, bool bold = false);
+
+// Loads Qt's own translations (qtbase) for `locale_name` ("de_DE"),
+// replacing those loaded before; false when none are installed.
+bool LoadQtTranslations(const QString& locale_name);
+
+}  // namespace norvik50::qt
+
+#endif  // NORVIK50_SRC_DIALOGS_QT_QT_APPLICATION_H_

@@ -1,0 +1,102 @@
+// The Qt user interface: each seam call builds its form, runs it modally
+// through the dialog driver and answers what the form holds.
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+
+#include "dialogs/qt/answer_form.h"
+#include "dialogs/qt/choose_lang_form.h"
+#include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/message_form.h"
+#include "dialogs/qt/qt_application.h"
+#include "norvik50/qt_dialogs.h"
+
+namespace norvik50 {
+namespace {
+
+QString ToQ(std::u16string_view text) {
+  return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+class QtUi final : public UserInterface {
+ public:
+  explicit QtUi(QWidget* owner) : owner_(owner) {}
+
+  int32_t ShowMessageBox(const MessageBoxRequest& request) override {
+    qt::EnsureApplication();
+    qt::MessageForm form(request, owner_);
+    qt::RunModal(
+        form, [&] { return form.Facts(); }, [&] { return form.Result(); });
+    return form.Result();
+  }
+
+  int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
+                   bool default_no) override {
+    qt::EnsureApplication();
+    // The window system's own box: its captions are Qt's, translated for
+    // the user's locale.
+    QMessageBox box(QMessageBox::Question, ToQ(title), ToQ(question),
+                    QMessageBox::Yes | QMessageBox::No, owner_);
+    box.setWindowFlag(Qt::WindowStaysOnTopHint);
+    box.setDefaultButton(default_no ? QMessageBox::No : QMessageBox::Yes);
+    int answer = 0;
+    qt::RunModal(
+        box,
+        [&] {
+          qt::DialogFacts f;
+          f.form = QStringLiteral("system");
+          f.title = box.windowTitle();
+          f.prompt = box.text();
+          const QAbstractButton* yes = box.button(QMessageBox::Yes);
+          const QAbstractButton* no = box.button(QMessageBox::No);
+          const bool yes_first = yes->mapTo(&box, QPoint()).x() <= no->mapTo(&box, QPoint()).x();
+          f.buttons << (yes_first ? yes : no)->text() << (yes_first ? no : yes)->text();
+          f.default_button = (default_no == yes_first) ? 2 : 1;
+          f.cancel_button = yes_first ? 2 : 1;
+          f.symbol = 32;
+          return f;
+        },
+        [&] {
+          answer = box.clickedButton() == box.button(QMessageBox::Yes) ? 6 : 7;
+          return answer;
+        });
+    return answer;
+  }
+
+  int16_t GetAnswer(std::u16string_view prompt, std::u16string_view detail,
+                    std::u16string_view title,
+                    const std::vector<std::u16string>& captions) override {
+    qt::EnsureApplication();
+    qt::AnswerForm form(ToQ(prompt), ToQ(detail), ToQ(title), captions, owner_);
+    qt::RunModal(
+        form, [&] { return form.Facts(); }, [&] { return form.Result(); });
+    return static_cast<int16_t>(form.Result());
+  }
+
+  int16_t ChooseLanguage(const std::vector<std::u16string>& languages) override {
+    qt::EnsureApplication();
+    qt::ChooseLangForm form(owner_);
+    form.FillLanguages(languages);
+    qt::RunModal(
+        form, [&] { return form.Facts(); }, [&] { return form.SelectedLanguage(); });
+    return static_cast<int16_t>(form.SelectedLanguage());
+  }
+
+ private:
+  QPointer<QWidget> owner_;
+};
+
+}  // namespace
+
+std::shared_ptr<UserInterface> QtUserInterface(QWidget* owner) {
+  return std::make_shared<QtUi>(owner);
+}
+
+void InstallQtDialogs(QWidget* owner) { SetUserInterface(QtUserInterface(owner)); }
+
+bool DisplayAvailable() {
+  return !qgetenv("DISPLAY").isEmpty() || !qgetenv("WAYLAND_DISPLAY").isEmpty() ||
+         !qgetenv("QT_QPA_PLATFORM").isEmpty();
+}
+
+}  // namespace norvik50

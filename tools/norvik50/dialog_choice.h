@@ -1,0 +1,20 @@
+// Which dialogs the command line shows: the Qt forms when a display is
+// there (DISPLAY, WAYLAND_DISPLAY or an explicit QT_QPA_PLATFORM) and the
+// build has them, the headless answers otherwise or with --headless.
+#ifndef NORVIK50_TOOLS_NORVIK50_DIALOG_CHOICE_H_
+#define NORVIK50_TOOLS_NORVIK50_DIALOG_CHOICE_H_
+
+#include <CLI/CLI.hpp>
+#include <memory>
+
+namespace norvik50::cli {
+
+// Adds --headless to `command`; the returned flag is set when given.
+std::shared_ptr<bool> AddHeadlessFlag(CLI::App& command);
+
+// Installs the Qt dialogs unless `headless` or no display is there.
+void ChooseDialogs(bool headless);
+
+}  // namespace norvik50::cli
+
+#endif  // NORVIK50_TOOLS_NORVIK50_DIALOG_CHOICE_H_
