@@ -9,6 +9,7 @@
 
 #include "batch.h"
 #include "json_line.h"
+#include "json_value.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50::cli {
@@ -165,6 +166,15 @@ TEST_F(BatchRobustnessTest, UnpairedSurrogatesRoundTripThroughAMember) {
               std::string::npos)
         << c.source << " -> " << answers[0];
   }
+}
+
+TEST(JsonValueTest, DatesOutsideTheCalendarAreWrittenAsTheirSerial) {
+  // No member should produce one, but writing it must not go through the
+  // calendar conversion, which has no year for it.
+  EXPECT_EQ(VariantToJson(Variant(Date{1e300})), json({{"vt", "Date"}, {"v", 1e300}}));
+  EXPECT_EQ(VariantToJson(Variant(Date{-657435.0})), json({{"vt", "Date"}, {"v", -657435.0}}));
+  EXPECT_EQ(VariantToJson(Variant(Date{0.5})),
+            json({{"vt", "Date"}, {"v", "1899-12-30T12:00:00"}}));
 }
 
 TEST(JsonLineTest, EveryUtf16TextSurvivesTheWireForm) {

@@ -235,8 +235,15 @@ json VariantToJson(const Variant& value) {
       return {{"vt", "Currency"}, {"v", value.as_currency().ToString()}};
     case VarType::kDecimal:
       return {{"vt", "Decimal"}, {"v", value.as_decimal().ToString()}};
-    case VarType::kDate:
+    case VarType::kDate: {
+      // A serial outside the calendar's years has no date text; it is
+      // written as the number it is rather than through the calendar.
+      const double serial = value.as_date().serial;
+      if (!(serial >= Date::kMinSerial && serial <= Date::kMaxSerial)) {
+        return {{"vt", "Date"}, {"v", DoubleToJson(serial)}};
+      }
       return {{"vt", "Date"}, {"v", value.as_date().ToIsoString()}};
+    }
     case VarType::kString:
       return {{"vt", "String"}, {"v", Utf16ToWireText(value.as_string())}};
     case VarType::kBoolean: {
