@@ -10,6 +10,7 @@
 #include "commands.h"
 #include "demo_resources.h"
 #include "demo_tour.h"
+#include "dialog_choice.h"
 #include "json_line.h"
 #include "norvik50/dispatch.h"
 #include "norvik50/encoding.h"
@@ -191,9 +192,9 @@ void BatchStep(Tour& tour) {
 }
 
 using StepFunction = void (*)(Tour&);
-constexpr StepFunction kSteps[] = {FoldersStep,  PathsStep, TextStep,      NumbersStep,
-                                   FormatStep,   SqlStep,   LzwStep,       SettingsStep,
-                                   ResourcesStep, LogStep,  BatchStep};
+constexpr StepFunction kSteps[] = {FoldersStep,   PathsStep, TextStep, NumbersStep,
+                                   FormatStep,    SqlStep,   LzwStep,  SettingsStep,
+                                   ResourcesStep, LogStep,   BatchStep};
 
 // The tour keeps its settings out of the user's own store.
 std::string TourRegistryFolder() {
@@ -227,7 +228,17 @@ void RunDemo() {
 }  // namespace
 
 void AddDemoCommand(CLI::App& app) {
-  app.add_subcommand("demo", "A short tour of the library")->callback(RunDemo);
+  CLI::App* demo = app.add_subcommand("demo", "A short tour of the library");
+  auto gallery = std::make_shared<std::string>();
+  demo->add_option("--gallery", *gallery,
+                   "Render every dialog in German and English to PNG files in DIR");
+  demo->callback([gallery] {
+    if (gallery->empty()) {
+      RunDemo();
+    } else {
+      ExitCode() = RunDialogGallery(*gallery);
+    }
+  });
 }
 
 }  // namespace norvik50::cli

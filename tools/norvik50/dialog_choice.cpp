@@ -1,5 +1,8 @@
 #include "dialog_choice.h"
 
+#include <cstdlib>
+#include <iostream>
+
 #ifdef NORVIK50_WITH_QT
 #include "norvik50/qt_dialogs.h"
 #endif
@@ -18,6 +21,19 @@ void ChooseDialogs(bool headless) {
   if (!headless && DisplayAvailable()) InstallQtDialogs();
 #else
   (void)headless;
+#endif
+}
+
+int RunDialogGallery(const std::string& folder) {
+#ifdef NORVIK50_WITH_QT
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  const int written = RenderDialogGallery(folder);
+  std::cout << written << " pictures in " << folder << '\n';
+  return written > 0 ? 0 : 1;
+#else
+  std::cerr << "norvik50 demo --gallery: this build has no Qt dialogs\n";
+  (void)folder;
+  return 1;
 #endif
 }
 

@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <string>
 
 namespace norvik50::cli {
 
@@ -14,6 +15,11 @@ std::shared_ptr<bool> AddHeadlessFlag(CLI::App& command);
 
 // Installs the Qt dialogs unless `headless` or no display is there.
 void ChooseDialogs(bool headless);
+
+// Renders the dialog gallery into `folder` on the offscreen platform
+// (unless QT_QPA_PLATFORM names another). Returns the exit code: 0 when
+// pictures were written, 1 otherwise (also in a build without Qt).
+int RunDialogGallery(const std::string& folder);
 
 }  // namespace norvik50::cli
 

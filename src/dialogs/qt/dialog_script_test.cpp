@@ -2,6 +2,7 @@
 // and end to end through `norvik50 batch`.
 #include <gtest/gtest.h>
 
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -164,6 +165,26 @@ TEST(DialogBatchTest, BatchActsOutTheScriptAndLogsEachDialog) {
   const CommandRun headless = RunCommand(env + " " NORVIK50_TOOL " call --headless tklMsgBox a b");
   EXPECT_EQ(headless.out, "10\n");
   EXPECT_EQ(ReadLog(temp.File("log.jsonl")).size(), 2u);
+}
+
+}  // namespace
+}  // namespace norvik50
+
+namespace norvik50 {
+namespace {
+
+TEST(DialogGalleryTest, EveryFormInBothLanguagesBecomesAPicture) {
+  TempFolder temp;
+  ScopedEnv script("NORVIK50_DIALOG_SCRIPT", std::nullopt);
+  ScopedEnv log("NORVIK50_DIALOG_LOG", std::nullopt);
+  const std::string folder = temp.File("gallery");
+  EXPECT_EQ(RenderDialogGallery(folder), 11);
+  for (const char* name : {"frmMsgBox_de", "frmMsgBox_en", "frmStdMsg_de", "frmAnswer_en",
+                           "system_de", "frmChooseLang"}) {
+    QImage picture(QString::fromStdString(folder + "/" + name + ".png"));
+    EXPECT_GT(picture.width(), 150) << name;
+    EXPECT_GT(picture.height(), 60) << name;
+  }
 }
 
 }  // namespace

@@ -44,13 +44,13 @@ int RenderDialogGallery(const std::string& folder) {
     const bool german = lang.id == 1;
     const QString suffix = QStringLiteral("_") + QString::fromLatin1(lang.code);
     name = QStringLiteral("frmMsgBox") + suffix;
-    ui->ShowMessageBox(Request(
-        u"frmMsgBox", u"norvik50",
-        german ? u"{\\b Speichern?}\\par Die \\cf1 Rechnung 2024-117\\cf0  wurde ge\\'e4ndert."
-                 u"{\\colortbl;\\red0\\green0\\blue192;}"
-               : u"{\\b Save?}\\par The \\cf1 invoice 2024-117\\cf0  was changed."
-                 u"{\\colortbl;\\red0\\green0\\blue192;}",
-        u"", 3 + 32 + 256, lang.id));
+    ui->ShowMessageBox(
+        Request(u"frmMsgBox", u"norvik50",
+                german ? u"{{\\colortbl;\\red0\\green0\\blue192;}{\\b\\fs20 Speichern?}\\par Die "
+                         u"\\cf1 Rechnung 2024-117\\cf0  wurde ge\\'e4ndert.}"
+                       : u"{{\\colortbl;\\red0\\green0\\blue192;}{\\b\\fs20 Save?}\\par The "
+                         u"\\cf1 invoice 2024-117\\cf0  was changed.}",
+                u"", 3 + 32 + 256, lang.id));
     name = QStringLiteral("frmStdMsg") + suffix;
     ui->ShowMessageBox(Request(u"frmStdMsg", u"LIB:tkrGetValue()",
                                german ? u"Laufzeitfehler '5':" : u"Runtime error '5':",

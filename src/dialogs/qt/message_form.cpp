@@ -117,13 +117,13 @@ void MessageForm::LayoutRichBox() {
   // menu bar and 15 pixels; the message fills what is above it.
   const int top =
       height_twips / kTwipsPerPixel - kButtonHeight - (kSizingFrame + kMenuBarHeight + 15);
-  const int left = symbol_->isVisible() ? kTextLeft : kMargin;
+  const int left = !symbol_->isHidden() ? kTextLeft : kMargin;
   rich_->setGeometry(left, kMargin, std::max(1, width() - left - kMargin), std::max(1, top - 20));
   PlaceButtonRow(top, width_twips / 30);
 }
 
 void MessageForm::LayoutStandardBox() {
-  const int left = symbol_->isVisible() ? kTextLeft : kMargin;
+  const int left = !symbol_->isHidden() ? kTextLeft : kMargin;
   const int screen_client = AvailableScreenWidth() - 2 * kSizingFrame;
   const int max_label = std::max(50, screen_client - left - kMargin);
   FitLabel(*message_, max_label);
@@ -138,7 +138,7 @@ void MessageForm::LayoutStandardBox() {
                 row + 2 * kMargin});
   const int client_width = std::min(wanted, screen_client);
   const int content_bottom =
-      std::max(symbol_->isVisible() ? kMargin + kSymbolSize : 0, detail_->y() + detail_->height());
+      std::max(!symbol_->isHidden() ? kMargin + kSymbolSize : 0, detail_->y() + detail_->height());
   const int top = content_bottom + 16;
   setFixedSize(client_width, std::max(designed.height(), top + kButtonHeight + kMargin));
   PlaceButtonRow(top, client_width / 2);

@@ -156,6 +156,22 @@ TEST_F(FormsTest, StandardBoxGrowsWithItsTextWithinTheScreen) {
   EXPECT_GT(small.buttons()[0]->y(), 0);
 }
 
+// Laid out before the form is shown: the symbol decides the text's left
+// edge even though no widget is visible yet.
+TEST_F(FormsTest, TextStandsRightOfTheSymbolOrInItsPlace) {
+  for (const char16_t* kind : {u"frmMsgBox", u"frmStdMsg"}) {
+    for (const auto& [style, left] : std::vector<std::pair<int32_t, int>>{
+             {48, MessageForm::kTextLeft}, {0, MessageForm::kMargin}}) {
+      MessageForm form(Request(kind, style, 2), nullptr);
+      QWidget* text = kind == std::u16string_view(u"frmMsgBox")
+                          ? static_cast<QWidget*>(form.findChild<QTextEdit*>())
+                          : form.findChildren<QLabel*>()[1];  // labMessage after imgSymbol
+      ASSERT_NE(text, nullptr);
+      EXPECT_EQ(text->x(), left) << style;
+    }
+  }
+}
+
 TEST_F(FormsTest, AnswerBoxAccessLettersEscapeAndClicks) {
   const std::vector<std::u16string> captions = {u"&Speichern", u"&Verwerfen", u"Nichts"};
   const std::vector<std::pair<Qt::Key, int>> keys = {

@@ -11,9 +11,10 @@ namespace norvik50::qt {
 namespace {
 
 // Where no Tahoma is installed, a metric-compatible one shipped by
-// Debian's fonts-wine keeps the twip layouts as designed.
-constexpr const char* kTahomaFiles[] = {"/usr/share/wine/fonts/tahoma.ttf",
-                                        "/usr/share/wine/fonts/tahomabd.ttf"};
+// Debian's fonts-wine keeps the twip layouts as designed. Only the regular
+// face: that package's bold face draws thinner than the regular one, while
+// Qt's emboldened regular face looks bold as it should.
+constexpr const char* kTahomaFiles[] = {"/usr/share/wine/fonts/tahoma.ttf"};
 
 void LoadDialogFont() {
   if (QFontDatabase::families().contains(QStringLiteral("Tahoma"))) return;
