@@ -58,6 +58,7 @@ class DialogScriptTest : public ::testing::Test {
   ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
   ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", temp_.File("script.jsonl")};
   ScopedEnv log_{"NORVIK50_DIALOG_LOG", temp_.File("dialogs.jsonl")};
+  ScopedLocale locale_{"de-DE"};
   LIB lib_;
 };
 
@@ -129,6 +130,8 @@ TEST_F(DialogScriptTest, AnswerBoxQuestionAndChooser) {
   EXPECT_EQ(log[0].value("title").toString(), "Benutzereingabe notwendig");
   EXPECT_EQ(log[1].value("form").toString(), "system");
   EXPECT_EQ(log[1].value("default").toInt(), 2);
+  // Qt's own captions, translated for the German locale.
+  EXPECT_EQ(Buttons(log[1]), (QStringList{"&Ja", "&Nein"}));
   EXPECT_EQ(log[2].value("form").toString(), "frmChooseLang");
   EXPECT_EQ(log[2].value("title").toString(), "Choose language");
 }

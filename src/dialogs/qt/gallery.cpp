@@ -5,6 +5,7 @@
 #include "dialogs/message_buttons.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/qt_application.h"
+#include "norvik50/locale.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50 {
@@ -40,7 +41,8 @@ int RenderDialogGallery(const std::string& folder) {
     dialog.close();
   });
   const auto ui = QtUserInterface();
-  for (const Language& lang : {Language{1, "de", "de_DE"}, Language{2, "en", "en_US"}}) {
+  const std::string locale_before = CurrentLocale().tag;
+  for (const Language& lang : {Language{1, "de", "de-DE"}, Language{2, "en", "en-US"}}) {
     const bool german = lang.id == 1;
     const QString suffix = QStringLiteral("_") + QString::fromLatin1(lang.code);
     name = QStringLiteral("frmMsgBox") + suffix;
@@ -68,7 +70,8 @@ int RenderDialogGallery(const std::string& folder) {
                   german ? std::vector<std::u16string>{u"&Stornieren", u"&Verwerfen", u"Nichts tun"}
                          : std::vector<std::u16string>{u"&Storno", u"&Void", u"Do nothing"});
     name = QStringLiteral("system") + suffix;
-    qt::LoadQtTranslations(QString::fromLatin1(lang.qt_locale));
+    // The system box speaks the library locale's language.
+    SetCurrentLocale(lang.qt_locale);
     ui->AskYesNo(german ? u"Programm beenden?" : u"Quit the program?", u"norvik50", true);
     if (german) {
       name = QStringLiteral("frmChooseLang");
@@ -76,6 +79,7 @@ int RenderDialogGallery(const std::string& folder) {
     }
   }
   qt::SetShownHook(nullptr);
+  SetCurrentLocale(locale_before);
   return written;
 }
 

@@ -6,6 +6,9 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
+#include <string>
+
+#include "norvik50/locale.h"
 
 namespace norvik50::qt {
 namespace {
@@ -45,7 +48,16 @@ void EnsureApplication() {
   if (prepared) return;
   prepared = true;
   LoadDialogFont();
-  LoadQtTranslations(QLocale::system().name());
+}
+
+void FollowLibraryLocale() {
+  // The library's locale (NORVIK50_LOCALE or the POSIX environment), so
+  // that the system box speaks the language the numbers are written in.
+  static std::string loaded = "-";
+  const std::string& name = CurrentLocale().icu_name;
+  if (name == loaded) return;
+  loaded = name;
+  LoadQtTranslations(QString::fromStdString(name));
 }
 
 QFont DialogFont(double points, bool bold) {

@@ -9,12 +9,16 @@
 namespace norvik50::qt {
 
 // Makes sure a QApplication exists; creates one on first use when the
-// host has none. Also loads the dialog font and Qt's translations once.
+// host has none. Also loads the dialog font once.
 void EnsureApplication();
 
 // The dialogs' font: Tahoma at `points` (the platform's fallback where it
 // is missing).
 QFont DialogFont(double points = 8.0, bool bold = false);
+
+// Loads Qt's translations for the library's current locale when it
+// changed since the last call.
+void FollowLibraryLocale();
 
 // Loads Qt's own translations (qtbase) for `locale_name` ("de_DE"),
 // replacing those loaded before; false when none are installed.

@@ -33,6 +33,7 @@ class QtUi final : public UserInterface {
   int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
                    bool default_no) override {
     qt::EnsureApplication();
+    qt::FollowLibraryLocale();
     // The window system's own box: its captions are Qt's, translated for
     // the user's locale.
     QMessageBox box(QMessageBox::Question, ToQ(title), ToQ(question),
