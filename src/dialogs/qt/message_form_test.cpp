@@ -172,6 +172,36 @@ TEST_F(FormsTest, TextStandsRightOfTheSymbolOrInItsPlace) {
   }
 }
 
+TEST_F(FormsTest, StandardPromptTakesColourSizeAndWeightDetailTenPixelsBelow) {
+  struct Case {
+    int32_t colour;
+    QColor shown;
+    int16_t size;
+    bool bold;
+  };
+  const std::vector<Case> cases = {
+      {4, QColor(128, 0, 0), 10, true},   // dark red
+      {12, QColor(255, 0, 0), 10, true},  // bright red
+      {0, QColor(0, 0, 0), 8, false},     // small and plain
+  };
+  for (const Case& c : cases) {
+    MessageBoxRequest r = Request(u"frmStdMsg", 0, 2);
+    r.prompt_rgb = *PaletteColor(c.colour);
+    r.font_size = c.size;
+    r.font_bold = c.bold;
+    r.detail = u"Detail";
+    MessageForm form(r, nullptr);
+    const QList<QLabel*> labels = form.findChildren<QLabel*>();
+    ASSERT_EQ(labels.size(), 3);  // imgSymbol, labMessage, labDetail
+    const QLabel* prompt = labels[1];
+    const QLabel* detail = labels[2];
+    EXPECT_EQ(prompt->palette().color(QPalette::WindowText), c.shown) << c.colour;
+    EXPECT_EQ(prompt->font().pointSize(), c.size);
+    EXPECT_EQ(prompt->font().bold(), c.bold);
+    EXPECT_EQ(detail->y(), prompt->y() + prompt->height() + 10);
+  }
+}
+
 TEST_F(FormsTest, AnswerBoxAccessLettersEscapeAndClicks) {
   const std::vector<std::u16string> captions = {u"&Speichern", u"&Verwerfen", u"Nichts"};
   const std::vector<std::pair<Qt::Key, int>> keys = {
