@@ -23,6 +23,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -44,6 +45,13 @@ inline constexpr std::size_t kMaxStringLength = 256;
 // Compresses `input`. An empty input has no compressed form: raises
 // norvik50::Error 5 (invalid procedure call or argument).
 [[nodiscard]] std::string Deflate(std::string_view input);
+
+// As Deflate on text whose characters stand for their Windows-1252 bytes,
+// with each byte of the stream as its character (the text a host
+// receives). nullopt when a character has no such byte. Reads the text in
+// place and writes the stream straight into its text: no byte copy of
+// either exists.
+[[nodiscard]] std::optional<std::u16string> DeflateCharacters(std::u16string_view text);
 
 // Decompresses `stream` (a compressed text as Deflate writes it).
 //  - "" when the stream does not begin with the clear code (this includes the

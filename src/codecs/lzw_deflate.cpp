@@ -3,9 +3,12 @@
 // table lives per thread and is returned to all-zero at the end of every call
 // by clearing only the slots that call wrote.
 #include <memory>
+#include <optional>
+#include <type_traits>
 
 #include "codecs/lzw.h"
 #include "codecs/lzw_bits.h"
+#include "norvik50/encoding.h"
 #include "norvik50/error.h"
 
 namespace norvik50::lzw {
@@ -80,16 +83,61 @@ struct BitWriter {
   }
 };
 
+// The input's bytes: a byte string as it stands, a text through its
+// characters' Windows-1252 bytes, read one by one as the compressor goes,
+// so a text never needs a byte copy of itself. Read() gives the byte, or
+// kNoByte plus some byte for a character without one: the compressor goes
+// on with that byte (the table stays in range and is cleared as always)
+// and the result is dropped at the end. Checking in the compressing loop
+// costs nothing there, which waits on its table lookups anyway; a pass of
+// its own over the text cost half as much as the compression.
+constexpr uint32_t kNoByte = 0x100;
+
+struct ByteUnits {
+  using Unit = unsigned char;
+  static constexpr bool kMayLackBytes = false;
+  uint32_t Read(const Unit* p) const { return *p; }
+};
+struct CharUnits {
+  using Unit = char16_t;
+  static constexpr bool kMayLackBytes = true;
+  struct Table {
+    uint16_t byte_of[0x10000];
+    Table() : byte_of() {
+      for (uint32_t c = 0; c < 0x10000; ++c) {
+        const auto b = CharToCp1252(static_cast<char16_t>(c));
+        byte_of[c] = b ? uint16_t{*b} : uint16_t{kNoByte};
+      }
+    }
+  };
+  uint32_t Read(const Unit* p) const { return byte_of[*p]; }
+  const uint16_t* byte_of = [] {
+    static const Table kTable;
+    return kTable.byte_of;
+  }();
+};
+
+// Each byte as its Windows-1252 character, for a stream written as text.
+struct CharOfByte {
+  char16_t chars[256];
+  CharOfByte() : chars() {
+    for (int i = 0; i < 256; ++i) chars[i] = Cp1252ToChar(static_cast<uint8_t>(i));
+  }
+};
+
 // The codes of the stream, collected by the matching loop and packed in
 // batches onto the end of the output: the packing runs in a tight loop of
 // its own instead of lengthening every step of the matching, whose speed is
 // set by the chain of table lookups. The output grows by appending, so no
-// page of it is touched before it is written.
+// page of it is touched before it is written. A text output receives each
+// packed byte as its character right there, so the stream never exists
+// twice.
+template <typename Out>
 class CodeSink {
  public:
   static constexpr uint32_t kBatch = 1024;
 
-  explicit CodeSink(std::string& out) : out_(out) {
+  explicit CodeSink(Out& out) : out_(out) {
     // The stream always opens with the clear code, whose low 8 bits make a
     // zero byte that the format leaves out; only its top bit is kept.
     writer_.acc = kClearCode >> 8;
@@ -121,9 +169,20 @@ class CodeSink {
   }
 
  private:
-  void Append() { out_.append(staging_, static_cast<std::size_t>(writer_.out - staging_)); }
+  void Append() {
+    const auto n = static_cast<std::size_t>(writer_.out - staging_);
+    if constexpr (std::is_same_v<Out, std::string>) {
+      out_.append(staging_, n);
+    } else {
+      static const CharOfByte kCharOf;
+      const std::size_t old = out_.size();
+      out_.resize(old + n);
+      char16_t* to = out_.data() + old;
+      for (std::size_t i = 0; i < n; ++i) to[i] = kCharOf.chars[static_cast<uint8_t>(staging_[i])];
+    }
+  }
 
-  std::string& out_;
+  Out& out_;
   BitWriter writer_{nullptr};
   uint32_t count_ = 0;
   uint16_t codes_[kBatch];
@@ -136,23 +195,27 @@ class CodeSink {
 // again in the new dictionary, one byte at a time. This follows that chain
 // and keys entry 258 once it is complete; until then no lookup can reach it,
 // just as a search of the string dictionary would never get there.
+template <typename Units>
 struct LateEntry {
+  using Unit = typename Units::Unit;
   static constexpr uint32_t kNone = 0xFFFFFFFF;  // never a slot
 
   // The slot whose learning learns the next prefix of w: (code of w's
   // longest prefix learnt so far, the byte that extends it). Strings are
   // unique in the dictionary, so that prefix can only be learnt there.
   uint32_t watch = kNone;
-  const unsigned char* prefix = nullptr;  // w's bytes in the input
+  const Unit* prefix = nullptr;  // w's bytes in the input
   std::size_t prefix_length = 0;
   std::size_t matched = 0;  // length of that longest prefix
   uint32_t next_byte = 0;   // the byte after w
 
-  void Start(const unsigned char* w_bytes, std::size_t w_length, uint32_t byte) {
+  Units units;
+
+  void Start(const Unit* w_bytes, std::size_t w_length, uint32_t byte) {
     prefix = w_bytes;
     prefix_length = w_length;
     matched = 1;
-    watch = (uint32_t{w_bytes[0]} << 8) | w_bytes[1];
+    watch = ((units.Read(w_bytes) & 0xFF) << 8) | (units.Read(w_bytes + 1) & 0xFF);
     next_byte = byte;
   }
   void Stop() { watch = kNone; }
@@ -163,7 +226,7 @@ struct LateEntry {
       dict.Set((learnt << 8) | next_byte, kFirstLearnt);
       Stop();
     } else {
-      watch = (learnt << 8) | prefix[matched];
+      watch = (learnt << 8) | (units.Read(prefix + matched) & 0xFF);
     }
   }
 };
@@ -176,18 +239,19 @@ std::size_t MaxStreamBytes(std::size_t n) {
   return codes / 8 * kCodeBits + kCodeBits;
 }
 
-}  // namespace
-
-std::string Deflate(std::string_view input) {
-  if (input.empty()) {
+// The stream of `size` units from `begin`; nullopt when a character has no
+// byte.
+template <typename Out, typename Units>
+std::optional<Out> DeflateInto(const typename Units::Unit* begin, std::size_t size) {
+  if (size == 0) {
     throw Error(kErrInvalidCall,
                 u"An empty text has no compressed form (DEFLATE needs at "
                 u"least one character)",
                 std::u16string(kErrorSource));
   }
-  std::string out;
-  out.reserve(MaxStreamBytes(input.size()));
-  CodeSink batch(out);
+  Out out;
+  out.reserve(MaxStreamBytes(size));
+  CodeSink<Out> batch(out);
 
   // Nothing below allocates or throws (the output never grows past its
   // reserve), so the table is always left all-zero.
@@ -195,17 +259,21 @@ std::string Deflate(std::string_view input) {
   Dictionary dict{table.slots.get(), table.written, table.written};
   uint8_t* const slots = dict.slots;
 
-  const auto* const begin = reinterpret_cast<const unsigned char*>(input.data());
-  const auto* const end = begin + input.size();
-  const unsigned char* w_start = begin;  // where the bytes of w begin
-  uint32_t w = *begin;
+  using Unit = typename Units::Unit;
+  const Unit* const end = begin + size;
+  const Unit* w_start = begin;  // where the bytes of w begin
+  const Units units;
+  uint32_t lacking = units.Read(begin);  // kNoByte set once a character has no byte
+  uint32_t w = lacking & 0xFF;
   uint32_t next = kFirstLearnt;
-  LateEntry late;
+  LateEntry<Units> late{.units = units};
 
   // A found string only extends w; all the work is on the other path, where
   // w's code is written and wc learnt.
-  for (const unsigned char* p = begin + 1; p < end; ++p) {
-    const uint32_t c = *p;
+  for (const Unit* p = begin + 1; p < end; ++p) {
+    const uint32_t unit = units.Read(p);
+    if constexpr (Units::kMayLackBytes) lacking |= unit;
+    const uint32_t c = unit & 0xFF;
     const uint32_t slot = (w << 8) | c;
     if (const uint32_t found = slots[slot]) {
       w = found + kSlotBias;
@@ -232,18 +300,32 @@ std::string Deflate(std::string_view input) {
     }
     batch.Put(w);
     dict.Set(slot, next);
-    if (slot == late.watch) [[unlikely]] late.Advance(dict, next);
+    if (slot == late.watch) [[unlikely]]
+      late.Advance(dict, next);
     ++next;
     w = c;
     w_start = p;
-    if (batch.full()) [[unlikely]] batch.Flush();
+    if (batch.full()) [[unlikely]]
+      batch.Flush();
   }
   batch.Put(w);
   batch.Put(kEndCode);
   batch.Put(0);  // padding; its top bits fall into the dropped partial byte
   batch.Finish();
   dict.Clear();
+  if (lacking & kNoByte) return std::nullopt;
   return out;
+}
+
+}  // namespace
+
+std::string Deflate(std::string_view input) {
+  return *DeflateInto<std::string, ByteUnits>(reinterpret_cast<const unsigned char*>(input.data()),
+                                              input.size());
+}
+
+std::optional<std::u16string> DeflateCharacters(std::u16string_view text) {
+  return DeflateInto<std::u16string, CharUnits>(text.data(), text.size());
 }
 
 }  // namespace norvik50::lzw

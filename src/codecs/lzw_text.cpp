@@ -13,22 +13,26 @@ namespace {
 // The bytes the characters stand for. A character outside the code page has
 // no byte, and silently replacing it (as a best-fit conversion would) would
 // make INFLATE return a different text than was compressed.
+Error NotByteCharacters(const char16_t* what) {
+  return Error(kErrInvalidCall,
+               std::u16string(what) +
+                   u" contains a character that is not a byte character "
+                   u"(it has no Windows-1252 code)",
+               std::u16string(kErrorSource));
+}
+
 std::string ToBytes(std::u16string_view text, const char16_t* what) {
   std::optional<std::string> bytes = TextToBytes(text);
-  if (!bytes) {
-    throw Error(kErrInvalidCall,
-                std::u16string(what) +
-                    u" contains a character that is not a byte character "
-                    u"(it has no Windows-1252 code)",
-                std::u16string(kErrorSource));
-  }
+  if (!bytes) throw NotByteCharacters(what);
   return std::move(*bytes);
 }
 
 }  // namespace
 
 std::u16string DeflateText(std::u16string_view text) {
-  return BytesToText(Deflate(ToBytes(text, u"The text to DEFLATE")));
+  std::optional<std::u16string> stream = DeflateCharacters(text);
+  if (!stream) throw NotByteCharacters(u"The text to DEFLATE");
+  return std::move(*stream);
 }
 
 std::u16string InflateText(std::u16string_view text) {

@@ -6,6 +6,8 @@
 #include <unistd.h>
 
 #include <optional>
+#include <random>
+#include <string>
 
 #include "codecs/lzw.h"
 #include "codecs/lzw_bomb.h"
@@ -57,6 +59,29 @@ TEST(LzwText, SameCodePageAsTheLibrary) {
   for (char16_t ch : {u'\u0100', u'\u20AD', u'\u2121', u'\uFFFF'}) {
     ASSERT_FALSE(TextToBytes(std::u16string(1, ch)).has_value());
     EXPECT_THROW((void)lzw::DeflateText(std::u16string(1, ch)), Error);
+  }
+}
+
+TEST(LzwText, TextIsCompressedAsItsBytes) {
+  // Long texts go through many dictionary clears and late entries; the
+  // text is read through its characters' bytes in place, so every stream
+  // must equal the byte path's, and a refused text must leave nothing
+  // behind that changes the next stream.
+  std::mt19937 rng(11);
+  std::string random(300000, '\0');
+  for (char& c : random) c = static_cast<char>(rng() >> 24);
+  std::string repetitive;
+  while (repetitive.size() < 300000) repetitive += "Rechnung 2024-" + std::to_string(rng() % 97);
+  for (const std::string* bytes : {&random, &repetitive}) {
+    const std::u16string text = BytesToText(*bytes);
+    const std::u16string expected = BytesToText(lzw::Deflate(*bytes));
+    EXPECT_EQ(lzw::DeflateText(text), expected);
+    for (std::size_t at : {std::size_t{0}, std::size_t{1}, text.size() / 2, text.size() - 1}) {
+      std::u16string damaged = text;
+      damaged[at] = u'\u0100';
+      EXPECT_EQ(ErrorOf([&] { (void)lzw::DeflateText(damaged); }), kErrInvalidCall) << at;
+      EXPECT_EQ(lzw::DeflateText(text), expected) << "after a refused text, at " << at;
+    }
   }
 }
 
