@@ -26,11 +26,15 @@ std::u16string LoadLibraryFailed(std::u16string_view path) {
 }
 
 // The ANSI string call hands the text through the system's 8-bit code
-// page: a character Windows-1252 lacks comes back as "?".
-std::u16string ThroughAnsi(const std::u16string& text) {
-  std::u16string ansi = BytesToText(TextToBytesLossy(text));
-  if (ansi.size() > kStringBufferChars) ansi.resize(kStringBufferChars);
-  return ansi;
+// page: a character Windows-1252 lacks comes back as "?". Done in place,
+// character by character, as the round trip through bytes would.
+std::u16string ThroughAnsi(std::u16string text) {
+  if (text.size() > kStringBufferChars) text.resize(kStringBufferChars);
+  for (char16_t& c : text) {
+    const std::optional<uint8_t> byte = CharToCp1252(c);
+    c = byte ? Cp1252ToChar(*byte) : u'?';
+  }
+  return text;
 }
 
 // UCase(name) Like "*_??.DLL" on the chosen file name.

@@ -24,6 +24,29 @@ std::optional<uint32_t> U32(std::span<const uint8_t> b, uint64_t at) {
          (static_cast<uint32_t>(b[at + 2]) << 16) | (static_cast<uint32_t>(b[at + 3]) << 24);
 }
 
+// The same on a source: the bytes are read first, then decoded.
+std::optional<uint16_t> U16(ImageBytes& source, uint64_t at) {
+  const auto b = source.Read(at, 2);
+  return b ? U16(*b, 0) : std::nullopt;
+}
+std::optional<uint32_t> U32(ImageBytes& source, uint64_t at) {
+  const auto b = source.Read(at, 4);
+  return b ? U32(*b, 0) : std::nullopt;
+}
+
+class MemoryBytes final : public ImageBytes {
+ public:
+  explicit MemoryBytes(std::span<const uint8_t> bytes) : bytes_(bytes) {}
+  uint64_t size() const noexcept override { return bytes_.size(); }
+  std::optional<std::span<const uint8_t>> Read(uint64_t offset, uint64_t length) override {
+    if (offset > bytes_.size() || bytes_.size() - offset < length) return std::nullopt;
+    return bytes_.subspan(offset, length);
+  }
+
+ private:
+  std::span<const uint8_t> bytes_;
+};
+
 char16_t Upper(char16_t c) { return c >= u'a' && c <= u'z' ? char16_t(c - u'a' + u'A') : c; }
 
 std::u16string UpperCase(std::u16string_view text) {
@@ -54,9 +77,20 @@ std::u16string ResourceIdText(const ResourceId& id) {
   return u"#" + std::u16string(digits.begin(), digits.end());
 }
 
+std::shared_ptr<ImageBytes> BytesInMemory(std::span<const uint8_t> bytes) {
+  return std::make_shared<MemoryBytes>(bytes);
+}
+
 std::optional<PeImage> PeImage::Parse(std::span<const uint8_t> bytes) {
-  if (bytes.size() < 64 || bytes[0] != 'M' || bytes[1] != 'Z') return std::nullopt;
-  const uint32_t pe = *U32(bytes, 0x3C);
+  return Parse(BytesInMemory(bytes));
+}
+
+std::optional<PeImage> PeImage::Parse(std::shared_ptr<ImageBytes> source) {
+  ImageBytes& bytes = *source;
+  const uint64_t file_size = bytes.size();
+  const auto dos = bytes.Read(0, 64);
+  if (!dos || (*dos)[0] != 'M' || (*dos)[1] != 'Z') return std::nullopt;
+  const uint32_t pe = *U32(*dos, 0x3C);
   const auto signature = U32(bytes, pe);
   if (!signature || *signature != 0x00004550u) return std::nullopt;  // "PE\0\0"
   const auto section_count = U16(bytes, uint64_t{pe} + 6);
@@ -66,7 +100,7 @@ std::optional<PeImage> PeImage::Parse(std::span<const uint8_t> bytes) {
   if (!section_count || !optional_size || !magic) return std::nullopt;
 
   PeImage image;
-  image.bytes_ = bytes;
+  image.bytes_ = std::move(source);
   uint64_t count_at = 0;
   if (*magic == 0x10B) {
     count_at = optional_header + 92;
@@ -78,20 +112,21 @@ std::optional<PeImage> PeImage::Parse(std::span<const uint8_t> bytes) {
   }
   const uint64_t optional_end = optional_header + *optional_size;
   const uint64_t sections_at = optional_end;
-  if (sections_at + uint64_t{*section_count} * kSectionHeader > bytes.size()) return std::nullopt;
+  const auto table = bytes.Read(sections_at, uint64_t{*section_count} * kSectionHeader);
+  if (!table) return std::nullopt;
   for (uint32_t i = 0; i < *section_count; ++i) {
-    const uint64_t at = sections_at + uint64_t{i} * kSectionHeader;
-    const uint32_t virtual_size = *U32(bytes, at + 8);
-    const uint32_t rva = *U32(bytes, at + 12);
-    const uint32_t raw_size = *U32(bytes, at + 16);
-    const uint32_t raw_offset = *U32(bytes, at + 20);
-    if (raw_offset >= bytes.size()) continue;  // nothing of it in the file
+    const uint64_t at = uint64_t{i} * kSectionHeader;
+    const uint32_t virtual_size = *U32(*table, at + 8);
+    const uint32_t rva = *U32(*table, at + 12);
+    const uint32_t raw_size = *U32(*table, at + 16);
+    const uint32_t raw_offset = *U32(*table, at + 20);
+    if (raw_offset >= file_size) continue;  // nothing of it in the file
     // The loader maps at most the raw data; a virtual size of 0 (old
     // linkers) means the raw size.
-    uint64_t file_size = raw_size;
-    if (virtual_size != 0) file_size = std::min<uint64_t>(file_size, virtual_size);
-    file_size = std::min<uint64_t>(file_size, bytes.size() - raw_offset);
-    image.sections_.push_back({rva, raw_offset, static_cast<uint32_t>(file_size)});
+    uint64_t section_size = raw_size;
+    if (virtual_size != 0) section_size = std::min<uint64_t>(section_size, virtual_size);
+    section_size = std::min<uint64_t>(section_size, file_size - raw_offset);
+    image.sections_.push_back({rva, raw_offset, static_cast<uint32_t>(section_size)});
   }
 
   const auto directory_count = U32(bytes, count_at);
@@ -108,37 +143,54 @@ std::optional<PeImage> PeImage::Parse(std::span<const uint8_t> bytes) {
   for (const Section& s : image.sections_) {
     if (*resource_rva >= s.rva && *resource_rva - s.rva < s.file_size) {
       const uint32_t skip = *resource_rva - s.rva;
-      image.root_ = bytes.subspan(s.file_offset + skip, s.file_size - skip);
+      image.root_offset_ = uint64_t{s.file_offset} + skip;
+      image.root_size_ = s.file_size - skip;
       break;
     }
   }
-  if (image.root_.size() < kDirectoryHeader) return std::nullopt;
+  if (image.root_size_ < kDirectoryHeader) return std::nullopt;
   return image;
 }
 
-std::optional<std::span<const uint8_t>> PeImage::AtRva(uint32_t rva, uint32_t size) const {
+std::optional<uint64_t> PeImage::AtRva(uint32_t rva, uint32_t size) const {
   for (const Section& s : sections_) {
     if (rva >= s.rva && rva - s.rva < s.file_size) {
       const uint32_t skip = rva - s.rva;
       if (size > s.file_size - skip) return std::nullopt;
-      return bytes_.subspan(s.file_offset + skip, size);
+      return uint64_t{s.file_offset} + skip;
     }
   }
   return std::nullopt;
 }
 
-PeImage::Entry PeImage::Entries::operator[](std::size_t i) const {
-  return {*U32(table, i * kEntrySize), *U32(table, i * kEntrySize + 4)};
+std::optional<std::span<const uint8_t>> PeImage::RootBytes(uint64_t at, uint64_t length) const {
+  if (at > root_size_ || root_size_ - at < length) return std::nullopt;
+  return bytes_->Read(root_offset_ + at, length);
+}
+std::optional<uint16_t> PeImage::RootU16(uint64_t at) const {
+  const auto b = RootBytes(at, 2);
+  return b ? U16(*b, 0) : std::nullopt;
+}
+std::optional<uint32_t> PeImage::RootU32(uint64_t at) const {
+  const auto b = RootBytes(at, 4);
+  return b ? U32(*b, 0) : std::nullopt;
+}
+
+std::optional<PeImage::Entry> PeImage::EntryAt(const Entries& entries, std::size_t i) const {
+  const auto b = RootBytes(entries.first + i * kEntrySize, kEntrySize);
+  if (!b) return std::nullopt;
+  return Entry{*U32(*b, 0), *U32(*b, 4)};
 }
 
 std::optional<PeImage::Entries> PeImage::Directory(uint32_t offset) const {
-  const auto named = U16(root_, uint64_t{offset} + 12);
-  const auto numbered = U16(root_, uint64_t{offset} + 14);
-  if (!named || !numbered) return std::nullopt;
-  const uint64_t count = uint64_t{*named} + *numbered;
+  const auto header = RootBytes(offset, kDirectoryHeader);
+  if (!header) return std::nullopt;
+  const uint16_t named = *U16(*header, 12);
+  const uint16_t numbered = *U16(*header, 14);
+  const uint64_t count = uint64_t{named} + numbered;
   const uint64_t first = uint64_t{offset} + kDirectoryHeader;
-  if (first + count * kEntrySize > root_.size()) return std::nullopt;
-  return Entries{root_.subspan(first, count * kEntrySize), *named};
+  if (first + count * kEntrySize > root_size_) return std::nullopt;
+  return Entries{first, static_cast<std::size_t>(count), named};
 }
 
 std::optional<ResourceId> PeImage::EntryId(const Entry& entry) const {
@@ -146,11 +198,11 @@ std::optional<ResourceId> PeImage::EntryId(const Entry& entry) const {
     return ResourceId{static_cast<uint16_t>(entry.name_field & 0xFFFF), {}};
   }
   const uint64_t at = entry.name_field & ~kHighBit;
-  const auto length = U16(root_, at);
-  if (!length || at + 2 + uint64_t{*length} * 2 > root_.size()) return std::nullopt;
+  const auto length = RootU16(at);
+  const auto chars = length ? RootBytes(at + 2, uint64_t{*length} * 2) : std::nullopt;
+  if (!chars) return std::nullopt;
   std::u16string name(*length, u'\0');
-  for (uint16_t i = 0; i < *length; ++i)
-    name[i] = static_cast<char16_t>(*U16(root_, at + 2 + i * 2));
+  for (uint16_t i = 0; i < *length; ++i) name[i] = static_cast<char16_t>(*U16(*chars, i * 2));
   return ResourceId{std::nullopt, std::move(name)};
 }
 
@@ -163,7 +215,9 @@ std::optional<PeImage::Entry> PeImage::Lookup(const Entries& entries, const Reso
     std::size_t high = entries.size();
     while (low < high) {
       const std::size_t middle = low + (high - low) / 2;
-      const Entry e = entries[middle];
+      const auto found = EntryAt(entries, middle);
+      if (!found) return std::nullopt;
+      const Entry e = *found;
       const uint32_t number = e.name_field & 0xFFFF;
       if (!(e.name_field & kHighBit) && number == *id.number) return e;
       if ((e.name_field & kHighBit) || number < *id.number) {
@@ -176,7 +230,9 @@ std::optional<PeImage::Entry> PeImage::Lookup(const Entries& entries, const Reso
   }
   const std::u16string wanted = UpperCase(id.name);
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    const Entry e = entries[i];
+    const auto found = EntryAt(entries, i);
+    if (!found) return std::nullopt;
+    const Entry e = *found;
     if (!(e.name_field & kHighBit)) break;
     const auto name = EntryId(e);
     if (name && UpperCase(name->name) == wanted) return e;
@@ -189,23 +245,27 @@ std::optional<uint32_t> PeImage::Subdirectory(const Entry& entry) const {
   return entry.offset_field & ~kHighBit;
 }
 
-std::optional<std::span<const uint8_t>> PeImage::DataEntry(uint32_t offset, uint32_t* size) const {
-  const auto rva = U32(root_, offset);
-  const auto length = U32(root_, uint64_t{offset} + 4);
-  if (!rva || !length || uint64_t{offset} + kDataEntrySize > root_.size()) return std::nullopt;
-  if (size) *size = *length;
-  return AtRva(*rva, *length);
+std::optional<uint64_t> PeImage::DataEntry(uint32_t offset, uint32_t* size) const {
+  const auto b = RootBytes(offset, kDataEntrySize);
+  if (!b) return std::nullopt;
+  const uint32_t rva = *U32(*b, 0);
+  const uint32_t length = *U32(*b, 4);
+  *size = length;
+  return AtRva(rva, length);
 }
 
 std::optional<std::span<const uint8_t>> PeImage::Data(const Entry& entry) const {
   if (entry.offset_field & kHighBit) return std::nullopt;
-  return DataEntry(entry.offset_field, nullptr);
+  uint32_t size = 0;
+  const auto at = DataEntry(entry.offset_field, &size);
+  if (!at) return std::nullopt;
+  return bytes_->Read(*at, size);
 }
 
 std::optional<std::span<const uint8_t>> PeImage::Find(const ResourceId& type,
                                                       const ResourceId& name,
                                                       std::span<const uint16_t> preferred) const {
-  if (root_.empty()) return std::nullopt;
+  if (root_size_ == 0) return std::nullopt;
   const auto types = Directory(0);
   if (!types) return std::nullopt;
   const auto type_entry = Lookup(*types, type);
@@ -218,7 +278,8 @@ std::optional<std::span<const uint8_t>> PeImage::Find(const ResourceId& type,
   for (uint16_t language : preferred) {
     if (const auto entry = Lookup(*languages, ResourceId{language, {}})) return Data(*entry);
   }
-  return Data((*languages)[0]);
+  const auto first = EntryAt(*languages, 0);
+  return first ? Data(*first) : std::nullopt;
 }
 
 std::optional<std::u16string> PeImage::FindString(uint16_t id,
@@ -243,7 +304,7 @@ std::optional<std::u16string> PeImage::FindString(uint16_t id,
 
 std::vector<ResourceEntry> PeImage::List() const {
   std::vector<ResourceEntry> listing;
-  if (root_.empty()) return listing;
+  if (root_size_ == 0) return listing;
   std::set<uint32_t> seen{0};
   // A directory offset reached a second time is skipped: real files never
   // share directories, and a cyclic or shared one must not multiply the
@@ -256,17 +317,23 @@ std::vector<ResourceEntry> PeImage::List() const {
   const auto types = Directory(0);
   if (!types) return listing;
   for (std::size_t i = 0; i < types->size(); ++i) {
-    const Entry t = (*types)[i];
+    const auto t_at = EntryAt(*types, i);
+    if (!t_at) continue;
+    const Entry t = *t_at;
     const auto type = EntryId(t);
     const auto names = enter(t);
     if (!type || !names) continue;
     for (std::size_t j = 0; j < names->size(); ++j) {
-      const Entry n = (*names)[j];
+      const auto n_at = EntryAt(*names, j);
+      if (!n_at) continue;
+      const Entry n = *n_at;
       const auto name = EntryId(n);
       const auto languages = enter(n);
       if (!name || !languages) continue;
       for (std::size_t k = 0; k < languages->size(); ++k) {
-        const Entry l = (*languages)[k];
+        const auto l_at = EntryAt(*languages, k);
+        if (!l_at) continue;
+        const Entry l = *l_at;
         uint32_t size = 0;
         if (l.offset_field & kHighBit || !DataEntry(l.offset_field, &size)) continue;
         listing.push_back({*type, *name, static_cast<uint16_t>(l.name_field & 0xFFFF), size});

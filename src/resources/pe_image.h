@@ -1,5 +1,5 @@
 // A bounded reader of the resources of a PE32 or PE32+ image (a Windows
-// resource library) held in memory, usually a mapped file.
+// resource library), held in memory or read from its file piece by piece.
 //
 // Every read is checked against the bytes given: a truncated file, a size
 // or offset that points outside, a directory that refers back to itself,
@@ -10,6 +10,7 @@
 #define NORVIK50_SRC_RESOURCES_PE_IMAGE_H_
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -42,12 +43,27 @@ struct ResourceEntry {
   uint32_t size = 0;
 };
 
+// Where an image's bytes come from.
+class ImageBytes {
+ public:
+  virtual ~ImageBytes() = default;
+  virtual uint64_t size() const noexcept = 0;
+  // The `length` bytes at `offset`, valid as long as this object; nullopt
+  // when they do not all lie within the image or cannot be read.
+  virtual std::optional<std::span<const uint8_t>> Read(uint64_t offset, uint64_t length) = 0;
+};
+
+// Bytes held in memory by the caller.
+std::shared_ptr<ImageBytes> BytesInMemory(std::span<const uint8_t> bytes);
+
 class PeImage {
  public:
   // The image in `bytes` (which must outlive it); nullopt when they are not
   // a PE32 or PE32+ image whose headers and section table lie within them,
   // or whose resource directory lies outside them.
   static std::optional<PeImage> Parse(std::span<const uint8_t> bytes);
+  // The same for bytes from any source, read only where a lookup needs them.
+  static std::optional<PeImage> Parse(std::shared_ptr<ImageBytes> bytes);
 
   // The data of resource (type, name) in the language that `preferred`
   // picks: the first of those languages that the resource has, else its
@@ -78,25 +94,34 @@ class PeImage {
     uint32_t offset_field;
   };
 
-  std::optional<std::span<const uint8_t>> AtRva(uint32_t rva, uint32_t size) const;
-  // The entries of one directory, read in place (a lookup copies nothing).
+  // The file offset of `size` bytes at `rva`, when they lie in a section.
+  std::optional<uint64_t> AtRva(uint32_t rva, uint32_t size) const;
+  // Reads within the resource section, `at` counted from its directory.
+  std::optional<std::span<const uint8_t>> RootBytes(uint64_t at, uint64_t length) const;
+  std::optional<uint16_t> RootU16(uint64_t at) const;
+  std::optional<uint32_t> RootU32(uint64_t at) const;
+  // The entries of one directory, read one by one as a lookup needs them.
   struct Entries {
-    std::span<const uint8_t> table;  // count * 8 bytes, checked to lie in the image
-    std::size_t named = 0;           // named entries come first
-    std::size_t size() const noexcept { return table.size() / 8; }
-    bool empty() const noexcept { return table.empty(); }
-    Entry operator[](std::size_t i) const;
+    uint64_t first = 0;  // the table's offset; count * 8 bytes checked to lie in the section
+    std::size_t count = 0;
+    std::size_t named = 0;  // named entries come first
+    std::size_t size() const noexcept { return count; }
+    bool empty() const noexcept { return count == 0; }
   };
+  std::optional<Entry> EntryAt(const Entries& entries, std::size_t i) const;
   std::optional<Entries> Directory(uint32_t offset) const;
   std::optional<ResourceId> EntryId(const Entry& entry) const;
   std::optional<Entry> Lookup(const Entries& entries, const ResourceId& id) const;
   std::optional<uint32_t> Subdirectory(const Entry& entry) const;
   std::optional<std::span<const uint8_t>> Data(const Entry& entry) const;
-  std::optional<std::span<const uint8_t>> DataEntry(uint32_t offset, uint32_t* size) const;
+  // The file offset of the data a data entry describes, and its size.
+  std::optional<uint64_t> DataEntry(uint32_t offset, uint32_t* size) const;
 
-  std::span<const uint8_t> bytes_;
+  std::shared_ptr<ImageBytes> bytes_;
   std::vector<Section> sections_;
-  std::span<const uint8_t> root_;  // the resource section from its directory on
+  // The resource section from its directory on, in the file.
+  uint64_t root_offset_ = 0;
+  uint64_t root_size_ = 0;
   bool pe32_plus_ = false;
 };
 

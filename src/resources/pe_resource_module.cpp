@@ -5,7 +5,7 @@
 #include "norvik50/host.h"
 #include "norvik50/locale.h"
 #include "norvik50/resource_module.h"
-#include "resources/mapped_file.h"
+#include "resources/file_image_bytes.h"
 #include "resources/pe_image.h"
 #include "resources/resource_languages.h"
 
@@ -27,8 +27,8 @@ const std::vector<uint16_t>& LanguagesForCurrentLocale() {
 
 class PeResourceModule final : public ResourceModule {
  public:
-  PeResourceModule(std::unique_ptr<MappedFile> file, pe::PeImage image)
-      : file_(std::move(file)), image_(std::move(image)), languages_(LanguagesForCurrentLocale()) {}
+  explicit PeResourceModule(pe::PeImage image)
+      : image_(std::move(image)), languages_(LanguagesForCurrentLocale()) {}
 
   std::optional<std::u16string> FetchString(uint16_t id) override {
     return image_.FindString(id, languages_);
@@ -45,8 +45,7 @@ class PeResourceModule final : public ResourceModule {
   }
 
  private:
-  std::unique_ptr<MappedFile> file_;  // the image's bytes live here
-  pe::PeImage image_;
+  pe::PeImage image_;  // holds the open file it reads from
   std::vector<uint16_t> languages_;
 };
 
@@ -60,11 +59,11 @@ ResourceModuleOpener& InstalledOpener() {
 ResourceModule::~ResourceModule() = default;
 
 std::unique_ptr<ResourceModule> OpenPeResourceModule(const std::string& linux_path) {
-  auto file = MappedFile::Open(linux_path);
+  auto file = FileImageBytes::Open(linux_path);
   if (!file) return nullptr;
-  auto image = pe::PeImage::Parse(file->bytes());
+  auto image = pe::PeImage::Parse(std::move(file));
   if (!image) return nullptr;
-  return std::make_unique<PeResourceModule>(std::move(file), std::move(*image));
+  return std::make_unique<PeResourceModule>(std::move(*image));
 }
 
 std::unique_ptr<ResourceModule> OpenResourceModule(std::u16string_view path) {

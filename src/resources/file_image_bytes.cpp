@@ -1,0 +1,58 @@
+#include "resources/file_image_bytes.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace norvik50 {
+
+std::shared_ptr<FileImageBytes> FileImageBytes::Open(const std::string& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return nullptr;
+  struct stat info {};
+  if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) || info.st_size <= 0) {
+    ::close(fd);
+    return nullptr;
+  }
+  return std::make_shared<FileImageBytes>(fd, static_cast<uint64_t>(info.st_size));
+}
+
+FileImageBytes::~FileImageBytes() { ::close(fd_); }
+
+bool FileImageBytes::ReadAt(uint8_t* to, uint64_t length, uint64_t offset) const {
+  while (length > 0) {
+    const ssize_t got = ::pread(fd_, to, length, static_cast<off_t>(offset));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return false;  // an error, or the file was cut short
+    to += got;
+    offset += static_cast<uint64_t>(got);
+    length -= static_cast<uint64_t>(got);
+  }
+  return true;
+}
+
+std::optional<std::span<const uint8_t>> FileImageBytes::Read(uint64_t offset, uint64_t length) {
+  if (offset > size_ || size_ - offset < length) return std::nullopt;
+  if (length == 0) return std::span<const uint8_t>();
+  const uint64_t block = offset / kBlock;
+  if ((offset + length - 1) / kBlock != block) {
+    auto piece = std::make_unique_for_overwrite<uint8_t[]>(length);
+    if (!ReadAt(piece.get(), length, offset)) return std::nullopt;
+    pieces_.push_back(std::move(piece));
+    return std::span<const uint8_t>(pieces_.back().get(), length);
+  }
+  auto it = blocks_.find(block);
+  if (it == blocks_.end()) {
+    const uint64_t start = block * kBlock;
+    const uint64_t bytes = std::min(kBlock, size_ - start);
+    auto data = std::make_unique_for_overwrite<uint8_t[]>(bytes);
+    if (!ReadAt(data.get(), bytes, start)) return std::nullopt;
+    it = blocks_.emplace(block, std::move(data)).first;
+  }
+  return std::span<const uint8_t>(it->second.get() + offset % kBlock, length);
+}
+
+}  // namespace norvik50
