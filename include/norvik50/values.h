@@ -13,6 +13,8 @@
 
 namespace norvik50 {
 
+struct Decimal;
+
 // Currency: a 64-bit integer scaled by 10,000 (four decimal places).
 struct NORVIK50_EXPORT Currency {
   int64_t scaled = 0;
@@ -23,6 +25,9 @@ struct NORVIK50_EXPORT Currency {
   // runtime's CCur does; raises overflow (6) outside the Currency range or
   // for NaN and infinities.
   static Currency FromDouble(double value);
+  // The Decimal's digits at four places, half to even beyond them, with no
+  // step through a Double; raises overflow (6) outside the Currency range.
+  static Currency FromDecimal(const Decimal& value);
   double ToDouble() const noexcept { return static_cast<double>(scaled) / kScale; }
   // Plain decimal text with '.' and no trailing zeros: "12.5", "-0.0001".
   std::string ToString() const;
@@ -57,7 +62,8 @@ struct NORVIK50_EXPORT Date {
   // Raises overflow (6) for a date outside 100..9999 or an invalid day.
   static Date FromCivil(const CivilDateTime& c);
   static bool IsValidCivil(const CivilDateTime& c) noexcept;
-  // Rounds to the nearest second.
+  // Rounds to the nearest second; raises overflow (6) for a serial outside
+  // kMinSerial..kMaxSerial (and NaN), which names no calendar day.
   CivilDateTime ToCivil() const;
   // The current local date and time.
   static Date Now();

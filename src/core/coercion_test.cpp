@@ -83,6 +83,24 @@ TEST(NumberTextTest, PlainNumbers) {
   }
 }
 
+// The core coercion follows the same value rules as the full conversion:
+// the digits a type really has, never a detour that loses or invents some.
+TEST(CoercionTest, ExactBetweenTheScaledTypes) {
+  // True is -1; a Byte keeps its low byte.
+  EXPECT_EQ(CoerceTo(Variant(true), VarType::kByte).as_byte(), 255);
+  EXPECT_EQ(CoerceTo(Variant(false), VarType::kByte).as_byte(), 0);
+  // A Single's 7 digits, not the 15 of its widened double (0.600000023841858).
+  EXPECT_EQ(CoerceTo(Variant(0.6f), VarType::kDecimal).as_decimal().ToString(), "0.6");
+  // A Decimal above 2^53 / 10,000 reaches Currency with every digit.
+  const Decimal big = *Decimal::Parse("922337203685476");
+  EXPECT_EQ(CoerceTo(Variant(big), VarType::kCurrency).as_currency().ToString(), "922337203685476");
+  EXPECT_EQ(ErrorOf(Variant(*Decimal::Parse("922337203685478")), VarType::kCurrency), 6);
+  // And back: the Currency's four places, exactly.
+  const Currency c = *Currency::Parse("922337203685477.5807");
+  EXPECT_EQ(CoerceTo(Variant(c), VarType::kDecimal).as_decimal().ToString(),
+            "922337203685477.5807");
+}
+
 TEST(CoercionTest, NumbersRoundHalfToEvenAndOverflow) {
   EXPECT_EQ(CoerceTo(Variant(2.5), VarType::kInteger).as_integer(), 2);
   EXPECT_EQ(CoerceTo(Variant(3.5), VarType::kInteger).as_integer(), 4);

@@ -48,19 +48,32 @@ double NumberFrom(const Variant& value) {
 std::u16string TextFrom(const Variant& value) {
   const char16_t decimal = CurrentLocale().decimal;
   switch (value.type()) {
-    case VarType::kEmpty: return u"";
-    case VarType::kNull: Raise(kErrInvalidUseOfNull);
-    case VarType::kString: return value.as_string();
-    case VarType::kInteger: return DoubleToText(value.as_integer(), decimal);
-    case VarType::kLong: return DoubleToText(value.as_long(), decimal);
-    case VarType::kByte: return DoubleToText(value.as_byte(), decimal);
-    case VarType::kSingle: return SingleToText(value.as_single(), decimal);
-    case VarType::kDouble: return DoubleToText(value.as_double(), decimal);
-    case VarType::kCurrency: return CurrencyToText(value.as_currency(), decimal);
-    case VarType::kDecimal: return DecimalToText(value.as_decimal(), decimal);
-    case VarType::kDate: return DateToText(value.as_date());
-    case VarType::kBoolean: return value.as_boolean() ? u"True" : u"False";
-    default: Raise(kErrTypeMismatch);
+    case VarType::kEmpty:
+      return u"";
+    case VarType::kNull:
+      Raise(kErrInvalidUseOfNull);
+    case VarType::kString:
+      return value.as_string();
+    case VarType::kInteger:
+      return DoubleToText(value.as_integer(), decimal);
+    case VarType::kLong:
+      return DoubleToText(value.as_long(), decimal);
+    case VarType::kByte:
+      return DoubleToText(value.as_byte(), decimal);
+    case VarType::kSingle:
+      return SingleToText(value.as_single(), decimal);
+    case VarType::kDouble:
+      return DoubleToText(value.as_double(), decimal);
+    case VarType::kCurrency:
+      return CurrencyToText(value.as_currency(), decimal);
+    case VarType::kDecimal:
+      return DecimalToText(value.as_decimal(), decimal);
+    case VarType::kDate:
+      return DateToText(value.as_date());
+    case VarType::kBoolean:
+      return value.as_boolean() ? u"True" : u"False";
+    default:
+      Raise(kErrTypeMismatch);
   }
 }
 
@@ -122,9 +135,12 @@ Variant CoerceTo(const Variant& value, VarType type) {
     case VarType::kInteger:
       return Variant(static_cast<int16_t>(RoundToInteger(NumberFrom(value), -32768, 32767)));
     case VarType::kLong:
-      return Variant(static_cast<int32_t>(
-          RoundToInteger(NumberFrom(value), -2147483648.0, 2147483647.0)));
+      return Variant(
+          static_cast<int32_t>(RoundToInteger(NumberFrom(value), -2147483648.0, 2147483647.0)));
     case VarType::kByte:
+      // True is -1 and a Byte keeps its low byte.
+      if (value.type() == VarType::kBoolean)
+        return Variant(static_cast<uint8_t>(value.as_boolean() ? 255 : 0));
       return Variant(static_cast<uint8_t>(RoundToInteger(NumberFrom(value), 0, 255)));
     case VarType::kSingle: {
       const double v = NumberFrom(value);
@@ -140,8 +156,15 @@ Variant CoerceTo(const Variant& value, VarType type) {
         std::replace(text.begin(), text.end(), CurrentLocale().decimal, u'.');
         if (auto c = Currency::Parse(std::string(text.begin(), text.end()))) return Variant(*c);
       }
+      if (value.type() == VarType::kDecimal)
+        return Variant(Currency::FromDecimal(value.as_decimal()));
       return Variant(Currency::FromDouble(NumberFrom(value)));
     case VarType::kDecimal:
+      // A Single keeps its own 7 digits, a Currency all of its four places.
+      if (value.type() == VarType::kSingle) return Variant(Decimal::FromSingle(value.as_single()));
+      if (value.type() == VarType::kCurrency) {
+        if (auto d = Decimal::Parse(value.as_currency().ToString())) return Variant(*d);
+      }
       return Variant(Decimal::FromDouble(NumberFrom(value)));
     case VarType::kBoolean:
       return Variant(NumberFrom(value) != 0);

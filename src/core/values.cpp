@@ -68,6 +68,28 @@ Currency Currency::FromDouble(double value) {
   return {negative ? static_cast<int64_t>(uint64_t{0} - m) : static_cast<int64_t>(m)};
 }
 
+Currency Currency::FromDecimal(const Decimal& value) {
+  // Scaling the digits themselves keeps every digit of a large amount: a
+  // Decimal of 922337203685476 is exactly that Currency, where a Double
+  // would already have lost the last places.
+  U128 m = (static_cast<U128>(value.hi) << 64) | value.lo;
+  if (value.scale <= 4) {
+    for (int scale = value.scale; scale < 4; ++scale) m *= 10;  // < 2^96 x 10^4: no wrap
+  } else {
+    U128 divisor = 1;
+    for (int scale = value.scale; scale > 4; --scale) divisor *= 10;
+    const U128 rest = m % divisor;
+    m /= divisor;
+    const U128 half = divisor / 2;  // divisor is even
+    if (rest > half || (rest == half && (m & 1) != 0)) ++m;
+  }
+  const U128 limit = (static_cast<U128>(1) << 63) - (value.negative ? 0 : 1);
+  if (m > limit) Raise(kErrOverflow);
+  const uint64_t magnitude = static_cast<uint64_t>(m);
+  return {value.negative ? static_cast<int64_t>(uint64_t{0} - magnitude)
+                         : static_cast<int64_t>(magnitude)};
+}
+
 std::string Currency::ToString() const {
   const bool negative = scaled < 0;
   const uint64_t magnitude =
@@ -139,6 +161,8 @@ Date Date::FromCivil(const CivilDateTime& c) {
 }
 
 CivilDateTime Date::ToCivil() const {
+  // Past the range the day number would not fit the calendar arithmetic.
+  if (!(serial >= kMinSerial && serial <= kMaxSerial)) Raise(kErrOverflow);
   double whole = std::trunc(serial);
   double time = std::fabs(serial - whole);
   int64_t day_number = static_cast<int64_t>(whole);

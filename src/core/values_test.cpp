@@ -37,10 +37,25 @@ TEST(DateTest, RoundsToTheSecondAcrossMidnight) {
   EXPECT_EQ(Date{-1.0 - (1.0 - 0.1 / 86400)}.ToCivil(), (CivilDateTime{1899, 12, 30, 0, 0, 0}));
 }
 
+TEST(DateTest, SerialsOutsideTheCalendarOverflow) {
+  // A serial past the range names no day; splitting it must fail cleanly
+  // instead of running the calendar arithmetic on a value it cannot hold.
+  for (double bad :
+       {1e300, -1e300, Date::kMaxSerial + 1, Date::kMinSerial - 1, std::nan(""), HUGE_VAL}) {
+    try {
+      (void)Date{bad}.ToCivil();
+      ADD_FAILURE() << bad;
+    } catch (const Error& e) {
+      EXPECT_EQ(e.number(), 6) << bad;
+    }
+  }
+  EXPECT_EQ(Date{Date::kMaxSerial}.ToCivil(), (CivilDateTime{9999, 12, 31, 23, 59, 59}));
+}
+
 TEST(DateTest, InvalidCivilDatesOverflow) {
-  for (const CivilDateTime& bad : {CivilDateTime{2023, 2, 29}, CivilDateTime{99, 12, 31},
-                                   CivilDateTime{10000, 1, 1}, CivilDateTime{2024, 13, 1},
-                                   CivilDateTime{2024, 1, 1, 24, 0, 0}}) {
+  for (const CivilDateTime& bad :
+       {CivilDateTime{2023, 2, 29}, CivilDateTime{99, 12, 31}, CivilDateTime{10000, 1, 1},
+        CivilDateTime{2024, 13, 1}, CivilDateTime{2024, 1, 1, 24, 0, 0}}) {
     EXPECT_FALSE(Date::IsValidCivil(bad));
     EXPECT_THROW(Date::FromCivil(bad), Error);
   }
@@ -65,13 +80,13 @@ TEST(CurrencyTest, FourPlacesRoundedHalfToEven) {
   EXPECT_EQ(Currency::FromDouble(0.03125).scaled, 312);  // half to even: down
   EXPECT_EQ(Currency::FromDouble(0.09375).scaled, 938);  // half to even: up
   EXPECT_EQ(Currency::FromDouble(-2.25).scaled, -22500);
-  EXPECT_THROW(Currency::FromDouble(1e15), Error);      // past 922337203685477.5807
+  EXPECT_THROW(Currency::FromDouble(1e15), Error);  // past 922337203685477.5807
   EXPECT_THROW(Currency::FromDouble(std::nan("")), Error);
 }
 
 TEST(CurrencyTest, TextRoundTrip) {
-  for (const char* text : {"0", "12.5", "-0.0001", "922337203685477.5807",
-                           "-922337203685477.5808"}) {
+  for (const char* text :
+       {"0", "12.5", "-0.0001", "922337203685477.5807", "-922337203685477.5808"}) {
     const auto c = Currency::Parse(text);
     ASSERT_TRUE(c) << text;
     EXPECT_EQ(c->ToString(), text);
@@ -86,7 +101,7 @@ TEST(DecimalTest, TextAndDoubles) {
   EXPECT_EQ(Decimal::Parse("-1.50")->ToString(), "-1.50");  // keeps its scale
   EXPECT_EQ(Decimal::Parse("79228162514264337593543950335")->ToString(),
             "79228162514264337593543950335");
-  EXPECT_FALSE(Decimal::Parse("79228162514264337593543950336"));  // past 96 bits
+  EXPECT_FALSE(Decimal::Parse("79228162514264337593543950336"));    // past 96 bits
   EXPECT_FALSE(Decimal::Parse("0.00000000000000000000000000001"));  // 29 places
   EXPECT_EQ(Decimal::FromDouble(1.5).ToString(), "1.5");
   EXPECT_EQ(Decimal::FromDouble(0.1).ToString(), "0.1");  // 15 digits, not the binary tail

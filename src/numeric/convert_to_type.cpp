@@ -104,31 +104,15 @@ Outcome ToSingle(const Variant& v) {
   return {Variant(f)};
 }
 
-// A Decimal's digits scaled to four places, half to even beyond them; no
-// step through a Double, so every digit of a large amount stays.
-Outcome CurrencyOfDecimal(const Decimal& d) {
-  __extension__ typedef unsigned __int128 U128;
-  U128 m = (static_cast<U128>(d.hi) << 64) | d.lo;
-  if (d.scale <= 4) {
-    for (int scale = d.scale; scale < 4; ++scale) m *= 10;  // < 2^96 x 10^4: no wrap
-  } else {
-    U128 divisor = 1;
-    for (int scale = d.scale; scale > 4; --scale) divisor *= 10;
-    const U128 rest = m % divisor;
-    m /= divisor;
-    const U128 half = divisor / 2;  // divisor is even
-    if (rest > half || (rest == half && (m & 1) != 0)) ++m;
-  }
-  const U128 limit = (static_cast<U128>(1) << 63) - (d.negative ? 0 : 1);
-  if (m > limit) return Fail(kErrOverflow);
-  const uint64_t magnitude = static_cast<uint64_t>(m);
-  return {Variant(Currency::FromScaled(d.negative ? static_cast<int64_t>(uint64_t{0} - magnitude)
-                                                  : static_cast<int64_t>(magnitude)))};
-}
-
 Outcome ToCurrency(const Variant& v) {
   if (v.type() == VarType::kCurrency) return {v};
-  if (v.type() == VarType::kDecimal) return CurrencyOfDecimal(v.as_decimal());
+  if (v.type() == VarType::kDecimal) {
+    try {  // overflow is the rare path here, so the exception costs nothing
+      return {Variant(Currency::FromDecimal(v.as_decimal()))};
+    } catch (const Error&) {
+      return Fail(kErrOverflow);
+    }
+  }
   const Number n = NumberOf(v, true);
   if (n.error) return Fail(n.error);
   if (n.text) {
