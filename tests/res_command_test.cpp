@@ -9,9 +9,9 @@
 namespace norvik50 {
 namespace {
 
-testing::CommandRun Res(const std::string& args) {
-  return testing::RunCommand("NORVIK50_LOCALE=en-US " + std::string(NORVIK50_TOOL) + " res " +
-                             args);
+testing::CommandRun Res(const std::string& args, const std::string& environment = "") {
+  return testing::RunCommand(environment + "NORVIK50_LOCALE=en-US " + std::string(NORVIK50_TOOL) +
+                             " res " + args);
 }
 
 std::string Fixture(const std::string& name) {
@@ -61,6 +61,27 @@ TEST(ResCommandTest, TheTourReadsRealLibrariesInBothLanguages) {
   EXPECT_NE(out.find("tklRes(100) = \"Change size\""), std::string::npos);
   EXPECT_NE(out.find("tklXMLRes(Object, \"title\") = \"Overview\""), std::string::npos);
   EXPECT_NE(out.find("'LoadLibrary 'R:\\App\\Res_FR.dll' failed.'"), std::string::npos);
+}
+
+TEST(ResCommandTest, FilesThatAreNoLibraryAndWindowsPathsInAnyCase) {
+  testing::TempFolder temp;
+  testing::RunCommand("printf 'MZ and nothing after it' > " + temp.File("text.dll"));
+  // A real library cut after its headers: the resource section is gone.
+  testing::RunCommand("head -c 600 " + Fixture("Res_DE.dll") + " > " + temp.File("cut.dll"));
+  for (const std::string& file : {temp.File("text.dll"), temp.File("cut.dll"), temp.path()}) {
+    EXPECT_EQ(Res("list " + file).status, 2) << file;
+    EXPECT_EQ(Res("string " + file + " 100").status, 2) << file;
+  }
+
+  // Hosts keep the path as it was typed years ago; the file on the Linux
+  // disk has its own case.
+  testing::RunCommand("mkdir " + temp.File("Prog") + " && cp " + Fixture("Res_DE.dll") + " " +
+                      temp.File("Prog/Res_DE.dll"));
+  const std::string drives = "NORVIK50_DRIVES=C=" + temp.path() + " ";
+  for (const char* path : {"'C:\\PROG\\RES_DE.DLL'", "'c:\\prog\\res_de.dll'"}) {
+    EXPECT_EQ(Res(std::string("string ") + path + " 17", drives).out, "Siebzehn\n") << path;
+  }
+  EXPECT_EQ(Res("string 'D:\\Prog\\Res_DE.dll' 17", drives).status, 2);  // D: has no root
 }
 
 }  // namespace

@@ -16,7 +16,7 @@
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
 #include "norvik50/locale.h"
-#include "resources/mapped_file.h"
+#include "resources/file_image_bytes.h"
 #include "resources/pe_image.h"
 #include "resources/resource_languages.h"
 
@@ -26,23 +26,20 @@ namespace {
 constexpr int kNotFound = 1;
 constexpr int kNoLibrary = 2;
 
-struct Library {
-  std::unique_ptr<MappedFile> file;
-  std::optional<pe::PeImage> image;
-};
-
-// The library at `path`, or nullopt after telling why on stderr.
-std::optional<Library> OpenLibrary(const std::string& path) {
+// The library at `path`, or nullopt after telling why on stderr. It is read
+// as a lookup needs it, as the resource members read it.
+std::optional<pe::PeImage> OpenLibrary(const std::string& path) {
   const auto linux_path = ToLinuxPath(FromUtf8(path));
-  Library library;
-  if (linux_path) library.file = MappedFile::Open(*linux_path);
-  if (library.file) library.image = pe::PeImage::Parse(library.file->bytes());
-  if (!library.image) {
+  std::optional<pe::PeImage> image;
+  if (linux_path) {
+    if (auto bytes = FileImageBytes::Open(*linux_path))
+      image = pe::PeImage::Parse(std::move(bytes));
+  }
+  if (!image) {
     std::cerr << "norvik50 res: '" << path << "' is missing or no resource library\n";
     ExitCode() = kNoLibrary;
-    return std::nullopt;
   }
-  return library;
+  return image;
 }
 
 const char* TypeName(const pe::ResourceId& type) {
@@ -80,9 +77,9 @@ const char* TypeName(const pe::ResourceId& type) {
 void List(const std::string& path) {
   const auto library = OpenLibrary(path);
   if (!library) return;
-  std::printf("%s %s\n", path.c_str(), library->image->is_pe32_plus() ? "(PE32+)" : "(PE32)");
+  std::printf("%s %s\n", path.c_str(), library->is_pe32_plus() ? "(PE32+)" : "(PE32)");
   std::printf("%-20s %-20s %-9s %s\n", "TYPE", "NAME", "LANGUAGE", "SIZE");
-  for (const pe::ResourceEntry& entry : library->image->List()) {
+  for (const pe::ResourceEntry& entry : library->List()) {
     std::string type = ToUtf8(pe::ResourceIdText(entry.type));
     if (const char* known = TypeName(entry.type)) type += std::string(" ") + known;
     std::printf("%-20s %-20s 0x%04X    %u\n", type.c_str(),
@@ -93,8 +90,8 @@ void List(const std::string& path) {
 void String(const std::string& path, uint32_t id) {
   const auto library = OpenLibrary(path);
   if (!library) return;
-  const auto text = library->image->FindString(static_cast<uint16_t>(id),
-                                               PreferredResourceLanguages(CurrentLocale().tag));
+  const auto text = library->FindString(static_cast<uint16_t>(id),
+                                        PreferredResourceLanguages(CurrentLocale().tag));
   if (!text) {
     std::cerr << "norvik50 res: no string " << id << " in '" << path << "'\n";
     ExitCode() = kNotFound;
@@ -108,10 +105,10 @@ void Get(const std::string& path, const std::string& type, const std::string& na
   if (!library) return;
   const auto type_id = pe::ParseResourceId(FromUtf8(type));
   const auto name_id = pe::ParseResourceId(FromUtf8(name));
-  const auto data = type_id && name_id
-                        ? library->image->Find(*type_id, *name_id,
-                                               PreferredResourceLanguages(CurrentLocale().tag))
-                        : std::nullopt;
+  const auto data =
+      type_id && name_id
+          ? library->Find(*type_id, *name_id, PreferredResourceLanguages(CurrentLocale().tag))
+          : std::nullopt;
   if (!data) {
     std::cerr << "norvik50 res: no resource " << type << " " << name << " in '" << path << "'\n";
     ExitCode() = kNotFound;
