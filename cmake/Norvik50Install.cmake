@@ -1,5 +1,7 @@
 # Install rules: the shared library, the public headers, a CMake package
-# (find_package(norvik50) -> norvik50::norvik50) and a pkg-config file.
+# (find_package(norvik50) -> norvik50::norvik50) and a pkg-config file; with
+# the Qt dialogs also libnorvik50_qt (find_package(norvik50 COMPONENTS qt)
+# -> norvik50::qt) and norvik50-qt.pc.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS norvik50 EXPORT norvik50Targets
@@ -10,6 +12,15 @@ install(TARGETS norvik50 EXPORT norvik50Targets
 install(DIRECTORY include/norvik50 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT norvik50Targets NAMESPACE norvik50::
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/norvik50)
+if(TARGET norvik50_qt_shared)
+  # Its own export file, read only for the component "qt": a host of the
+  # headless library must not need Qt to find the package.
+  install(TARGETS norvik50_qt_shared EXPORT norvik50QtTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(EXPORT norvik50QtTargets NAMESPACE norvik50::
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/norvik50)
+endif()
 
 configure_package_config_file(cmake/norvik50Config.cmake.in
   ${PROJECT_BINARY_DIR}/norvik50Config.cmake
@@ -26,6 +37,11 @@ file(RELATIVE_PATH NORVIK50_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/
 string(REGEX REPLACE "/$" "" NORVIK50_PC_TO_PREFIX "${NORVIK50_PC_TO_PREFIX}")
 configure_file(cmake/norvik50.pc.in ${PROJECT_BINARY_DIR}/norvik50.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/norvik50.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+if(TARGET norvik50_qt_shared)
+  configure_file(cmake/norvik50-qt.pc.in ${PROJECT_BINARY_DIR}/norvik50-qt.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/norvik50-qt.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endif()
 install(DIRECTORY DESTINATION ${CMAKE_INSTALL_DATADIR}/norvik50)
 
 # Installed into the system as root, the library is known to the loader at

@@ -64,6 +64,12 @@ struct MessageBoxRequest {
 // AcceleratorOf(u"Q&&A &Test") is u"T".
 NORVIK50_EXPORT std::u16string AcceleratorOf(std::u16string_view caption);
 
+// Fills the buttons, their captions (in `language`), the default and cancel
+// buttons and the symbol of `request` for the style word `style`, exactly as
+// the message box members do; for host UIs that build a request themselves
+// (a preview, a gallery) and want it to look like the members' boxes.
+NORVIK50_EXPORT void FillButtons(MessageBoxRequest& request, int32_t style, int16_t language);
+
 // ---- User interface seam ------------------------------------------------------
 
 // Shows the library's dialogs. The default implementation is headless: it

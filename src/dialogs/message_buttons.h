@@ -30,9 +30,8 @@ int32_t ButtonResultOf(std::u16string_view tag);
 // 0xRRGGBB of the sixteen-colour palette; nullopt outside 0..15.
 std::optional<uint32_t> PaletteColor(int32_t index);
 
-// Buttons, captions (in `language`), default, cancel and symbol of a
-// message box request for `style`.
-void FillButtons(MessageBoxRequest& request, int32_t style, int16_t language);
+// FillButtons is declared in norvik50/host.h: exported, so the shared Qt
+// dialogs library can build its gallery requests the members' way.
 
 }  // namespace norvik50
 
