@@ -59,6 +59,18 @@ struct MessageBoxRequest {
   bool font_bold = true;    // frmStdMsg
 };
 
+// Everything the input form (frmInput) shows, worked out by the library
+// from the member's arguments.
+struct InputRequest {
+  std::u16string title;           // the caption, without a "##|" length prefix
+  std::u16string prompt;          // plain text above the box
+  std::u16string initial_text;    // what the box starts with
+  int32_t max_length = 0;         // characters the box takes; 0 for no limit
+  bool masked = false;            // every character shown as "*"
+  std::u16string ok_caption;      // in the current language
+  std::u16string cancel_caption;  // in the current language
+};
+
 // The access letter of a caption, upper case: every "&&" is removed first,
 // then the character after the first "&"; "" when there is none.
 // AcceleratorOf(u"Q&&A &Test") is u"T".
@@ -101,6 +113,10 @@ class NORVIK50_EXPORT UserInterface {
   // not be shown (the default).
   virtual int16_t GetAnswer(std::u16string_view prompt, std::u16string_view detail,
                             std::u16string_view title, const std::vector<std::u16string>& captions);
+  // The input form, shown modally. Returns 1 with `text` set to the box's
+  // text when confirmed; 2 (text unchanged) for Cancel, the close box or
+  // a form that could not be shown (the default).
+  virtual int32_t ShowInput(const InputRequest& request, std::u16string& text);
   // The language chooser (frmChooseLang), shown when no language is stored
   // yet. `languages` holds "langid;name;extension" entries; returns the
   // chosen language id, or -1 when none was chosen. The default (and the

@@ -389,6 +389,21 @@ class NORVIK50_EXPORT LIB {
   int16_t tklGetAnswer(std::u16string_view Prompt, std::u16string_view Detail,
                        std::u16string_view Title, const SafeArray& Buttons);
 
+  // The input form: Prompt above a one-line box, Title as the caption
+  // ("08|Word": at most 8 characters, caption "Word"), OK and Cancel in the
+  // current language. The box starts with Default (empty when Value is
+  // Empty, Null or ""), never with Value. OK answers 1 and sets Value to
+  // the box's text as text; when Value held a number (Integer, Long,
+  // Single, Double) it gets the number at the start of the text ("." the
+  // decimal point) written as text. Cancel, the close box and a form that
+  // cannot be shown answer 2 and leave Value alone.
+  int32_t tklInputValue(std::u16string_view Prompt, std::u16string_view Title, Variant& Value,
+                        std::u16string_view Default = u"");
+  // tklInputValue with every typed character shown as "*"; Value gets the
+  // clear text.
+  int32_t tklInputCode(std::u16string_view Prompt, std::u16string_view Title, Variant& Value,
+                       std::u16string_view Default = u"");
+
   // ---- State shared with the member families ----------------------------
 
   // The object's current log file name ("nvk50err" after creation).

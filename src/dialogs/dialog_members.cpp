@@ -49,6 +49,21 @@ void RegisterDialogMembers(MemberTable& table) {
                          a.has(1) ? std::optional<Variant>(a[1]) : std::nullopt;
                      return Variant(lib.tklAsk(a[0], title, a.flag(2)));
                    }));
+  // Value keeps its type on the way in (a number makes OK read a number);
+  // it is written back only when the form was confirmed.
+  for (const char* name : {"tklInputValue", "tklInputCode"}) {
+    const bool masked = std::string_view(name) == "tklInputCode";
+    table.Add(Method(
+        name,
+        {In("Prompt", S), In("Title", S), Ref("Value", V), Opt("Default", S, Variant(u""), true)},
+        L, [masked](LIB& lib, CallArgs& a) {
+          Variant value = a[2];
+          const int32_t answer = masked ? lib.tklInputCode(a.str(0), a.str(1), value, a.str(3))
+                                        : lib.tklInputValue(a.str(0), a.str(1), value, a.str(3));
+          if (answer == 1) WriteBack(a, 2, std::move(value));
+          return Variant(answer);
+        }));
+  }
   table.Add(
       Method("tklGetAnswer", {In("Prompt", S), In("Detail", S), In("Title", S), Ref("Buttons", A)},
              I, [](LIB& lib, CallArgs& a) {

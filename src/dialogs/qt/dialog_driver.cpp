@@ -151,6 +151,7 @@ void AppendToLog(const DialogFacts& f, const QDialog& dialog, int answer) {
   o[QStringLiteral("default")] = f.default_button;
   o[QStringLiteral("cancel")] = f.cancel_button;
   o[QStringLiteral("symbol")] = f.symbol;
+  if (f.has_value) o[QStringLiteral("value")] = f.value;
   // The outer size: the client area plus the classic frame.
   o[QStringLiteral("width")] = (dialog.width() + 2 * kSizingFrame) * kTwipsPerPixel;
   o[QStringLiteral("height")] =

@@ -22,6 +22,9 @@ struct DialogFacts {
   int default_button = 0;  // 1-based, 0 for none
   int cancel_button = 0;
   int symbol = 0;
+  // Forms with a text box: the text it shows when the form closes.
+  QString value;
+  bool has_value = false;
 };
 
 // The classic window frame used where the window system reports none

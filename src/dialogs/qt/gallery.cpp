@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QPixmap>
 
+#include "dialogs/input_request.h"
 #include "dialogs/message_buttons.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/qt_application.h"
@@ -69,6 +70,13 @@ int RenderDialogGallery(const std::string& folder) {
                   german ? u"Wie soll es weitergehen?" : u"How do you want to go on?", u"",
                   german ? std::vector<std::u16string>{u"&Stornieren", u"&Verwerfen", u"Nichts tun"}
                          : std::vector<std::u16string>{u"&Storno", u"&Void", u"Do nothing"});
+    name = QStringLiteral("frmInput") + suffix;
+    std::u16string typed;
+    ui->ShowInput(MakeInputRequest(german ? u"Bitte geben Sie die Kundennummer ein:"
+                                          : u"Please enter the customer number:",
+                                   german ? u"08|Kunde" : u"08|Customer", Variant(u"1"), u"K-1017",
+                                   false, lang.id),
+                  typed);
     name = QStringLiteral("system") + suffix;
     // The system box speaks the library locale's language.
     SetCurrentLocale(lang.qt_locale);

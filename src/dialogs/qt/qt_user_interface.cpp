@@ -7,6 +7,7 @@
 #include "dialogs/qt/answer_form.h"
 #include "dialogs/qt/choose_lang_form.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/input_form.h"
 #include "dialogs/qt/message_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "norvik50/qt_dialogs.h"
@@ -72,6 +73,15 @@ class QtUi final : public UserInterface {
     qt::RunModal(
         form, [&] { return form.Facts(); }, [&] { return form.Result(); });
     return static_cast<int16_t>(form.Result());
+  }
+
+  int32_t ShowInput(const InputRequest& request, std::u16string& text) override {
+    qt::EnsureApplication();
+    qt::InputForm form(request, owner_);
+    qt::RunModal(
+        form, [&] { return form.Facts(); }, [&] { return form.Result(); });
+    if (form.Result() == 1) text = form.Text().toStdU16String();
+    return form.Result();
   }
 
   int16_t ChooseLanguage(const std::vector<std::u16string>& languages) override {

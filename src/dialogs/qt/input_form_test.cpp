@@ -1,0 +1,193 @@
+// frmInput on the offscreen platform: typed keys, clicks and the close box
+// on the real form, and the members driven by a dialog script.
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+#include <QTimer>
+#include <fstream>
+
+#include "core/library_state.h"
+#include "dialogs/input_request.h"
+#include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/input_form.h"
+#include "dialogs/qt/qt_application.h"
+#include "norvik50/lib.h"
+#include "norvik50/qt_dialogs.h"
+#include "testing/temp_folder.h"
+
+namespace norvik50::qt {
+namespace {
+
+using namespace norvik50::testing;
+
+// Shows the form, runs `act` once it is up, closes it by its close box if
+// it is still open, and returns the answer.
+template <typename Act>
+int ShowAndAct(InputForm& form, Act act) {
+  QTimer::singleShot(0, &form, [&] {
+    act();
+    if (form.isVisible()) form.close();
+  });
+  form.exec();
+  return form.Result();
+}
+
+class InputFormTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() { EnsureApplication(); }
+};
+
+TEST_F(InputFormTest, TheTitleLimitsWhatCanBeTyped) {
+  InputForm form(MakeInputRequest(u"Name", u"08|Word", Variant(u"x"), u"", false, 1), nullptr);
+  EXPECT_EQ(ShowAndAct(form, [&] { QTest::keyClicks(form.ValueBox(), "abcdefghijk"); }), 2);
+  EXPECT_EQ(form.Text(), "abcdefgh");
+  EXPECT_EQ(form.windowTitle(), "Word");
+}
+
+TEST_F(InputFormTest, TypingReplacesTheSelectedDefaultAndEnterConfirms) {
+  InputForm form(MakeInputRequest(u"Name", u"t", Variant(u"x"), u"Vorgabe", false, 2), nullptr);
+  EXPECT_EQ(form.ValueBox()->text(), "Vorgabe");
+  EXPECT_EQ(ShowAndAct(form,
+                       [&] {
+                         EXPECT_EQ(form.focusWidget(), form.ValueBox());
+                         EXPECT_EQ(form.ValueBox()->selectedText(), "Vorgabe");
+                         QTest::keyClicks(form.ValueBox(), "Neu");
+                         QTest::keyClick(form.ValueBox(), Qt::Key_Return);
+                       }),
+            1);
+  EXPECT_EQ(form.Text(), "Neu");
+}
+
+TEST_F(InputFormTest, OnlyOkAnswersOne) {
+  struct Case {
+    const char* how;
+    int want;
+  };
+  for (const Case& c : std::vector<Case>{{"ok", 1}, {"cancel", 2}, {"escape", 2}, {"close", 2}}) {
+    InputForm form(MakeInputRequest(u"p", u"t", Variant(u"x"), u"d", false, 1), nullptr);
+    const int answer = ShowAndAct(form, [&] {
+      const std::string how = c.how;
+      if (how == "ok") form.findChild<QPushButton*>("cmdOK")->click();
+      if (how == "cancel") form.findChild<QPushButton*>("cmdCancel")->click();
+      if (how == "escape") QTest::keyClick(form.ValueBox(), Qt::Key_Escape);
+    });
+    EXPECT_EQ(answer, c.want) << c.how;
+    EXPECT_FALSE(form.isVisible()) << c.how;
+  }
+}
+
+TEST_F(InputFormTest, ACodeShowsAnAsteriskPerCharacterAndKeepsTheClearText) {
+  InputForm form(MakeInputRequest(u"Code", u"t", Variant(u"x"), u"", true, 1), nullptr);
+  ShowAndAct(form, [&] { QTest::keyClicks(form.ValueBox(), "geheim"); });
+  EXPECT_EQ(form.ValueBox()->displayText(), "******");
+  EXPECT_EQ(form.Text(), "geheim");
+  EXPECT_EQ(form.Facts().value, "******");
+}
+
+TEST_F(InputFormTest, LayoutKeepsNineSpareRowsBelowTheBoxAndFitsLongPrompts) {
+  const QString long_prompt = QString("Ein langer Hinweis ").repeated(20);
+  for (const QString& prompt : {QString("kurz"), long_prompt}) {
+    InputForm form(MakeInputRequest(prompt.toStdU16String(), u"t", Variant(u"x"), u"", false, 1),
+                   nullptr);
+    const QRect box = form.ValueBox()->geometry();
+    EXPECT_EQ(form.height() - box.bottom() - 1, InputForm::kBottomGap);
+    const QLabel* label = form.findChild<QLabel*>();
+    EXPECT_LE(label->geometry().bottom(), box.top());
+    EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+  }
+}
+
+std::vector<QJsonObject> ReadLog(const std::string& path) {
+  std::vector<QJsonObject> lines;
+  std::ifstream in(path);
+  for (std::string line; std::getline(in, line);) {
+    lines.push_back(QJsonDocument::fromJson(QByteArray::fromStdString(line)).object());
+  }
+  return lines;
+}
+
+class InputScriptTest : public ::testing::Test {
+ protected:
+  InputScriptTest() {
+    InstallQtDialogs();
+    SetLanguage(8);
+  }
+  ~InputScriptTest() override {
+    SetUserInterface(nullptr);
+    SetBaseKey(u"");
+  }
+  void SetLanguage(int32_t id) {
+    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(id));
+  }
+  void Script(const std::string& lines) {
+    std::ofstream(temp_.File("script.jsonl")) << lines;
+    RestartDialogScript();
+  }
+
+  TempFolder temp_;
+  ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
+  ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
+  ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", temp_.File("script.jsonl")};
+  ScopedEnv log_{"NORVIK50_DIALOG_LOG", temp_.File("dialogs.jsonl")};
+  ScopedLocale locale_{"de-DE"};
+  LIB lib_;
+};
+
+TEST_F(InputScriptTest, TheMembersTakeTypedTextAndLogTheForm) {
+  Script(R"({"text":"Meier","click":1}
+{"text":"geheim","click":"OK"}
+{"text":"anders","click":"Abbrechen"}
+{"keys":["Escape"]}
+{"text":"12.5 kg","click":"OK"}
+{"text":"nichts","close":true}
+)");
+  Variant name(u"alt");
+  EXPECT_EQ(lib_.tklInputValue(u"Name?", u"08|Kunde", name, u"Vorgabe"), 1);
+  EXPECT_EQ(name.as_string(), u"Meier");
+  Variant code(u"x");
+  EXPECT_EQ(lib_.tklInputCode(u"Code?", u"Anmeldung", code), 1);
+  EXPECT_EQ(code.as_string(), u"geheim");
+  EXPECT_EQ(lib_.tklInputCode(u"Code?", u"Anmeldung", code), 2);
+  EXPECT_EQ(lib_.tklInputCode(u"Code?", u"Anmeldung", code), 2);  // Escape
+  EXPECT_EQ(code.as_string(), u"geheim");
+  // A number value reads the leading number; the text it gets back is
+  // written in the locale's form.
+  Variant weight(2.0);
+  EXPECT_EQ(lib_.tklInputValue(u"Gewicht?", u"t", weight, u"2"), 1);
+  EXPECT_EQ(weight.as_string(), u"12,5");
+  Variant kept(u"alt");
+  EXPECT_EQ(lib_.tklInputValue(u"p", u"t", kept, u"d"), 2);
+  EXPECT_EQ(kept.as_string(), u"alt");
+
+  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  ASSERT_EQ(log.size(), 6u);
+  EXPECT_EQ(log[0].value("form").toString(), "frmInput");
+  EXPECT_EQ(log[0].value("title").toString(), "Kunde");
+  EXPECT_EQ(log[0].value("prompt").toString(), "Name?");
+  // Language 8 is German: the captions come from the German texts.
+  EXPECT_EQ(log[0].value("buttons").toVariant().toStringList(), (QStringList{"OK", "Abbrechen"}));
+  EXPECT_EQ(log[0].value("default").toInt(), 1);
+  EXPECT_EQ(log[0].value("value").toString(), "Meier");
+  EXPECT_EQ(log[0].value("answer").toInt(), 1);
+  // The log never holds a code in the clear.
+  EXPECT_EQ(log[1].value("value").toString(), "******");
+  EXPECT_EQ(log[2].value("answer").toInt(), 2);
+  EXPECT_EQ(log[3].value("answer").toInt(), 2);
+  EXPECT_EQ(log[5].value("answer").toInt(), 2);
+}
+
+TEST_F(InputScriptTest, EnglishCaptionsForEnglish) {
+  SetLanguage(2);
+  Script("{\"click\":\"Cancel\"}\n");
+  Variant value(u"v");
+  EXPECT_EQ(lib_.tklInputValue(u"p", u"t", value), 2);
+  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  ASSERT_EQ(log.size(), 1u);
+  EXPECT_EQ(log[0].value("buttons").toVariant().toStringList(), (QStringList{"OK", "Cancel"}));
+  EXPECT_EQ(log[0].value("value").toString(), "");
+}
+
+}  // namespace
+}  // namespace norvik50::qt
