@@ -15,6 +15,7 @@
 #include "dialogs/qt/qt_application.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
+#include "testing/run_command.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50::qt {
@@ -187,6 +188,33 @@ TEST_F(InputScriptTest, EnglishCaptionsForEnglish) {
   ASSERT_EQ(log.size(), 1u);
   EXPECT_EQ(log[0].value("buttons").toVariant().toStringList(), (QStringList{"OK", "Cancel"}));
   EXPECT_EQ(log[0].value("value").toString(), "");
+}
+
+// Through the command line: the typed text comes back as the written-back
+// Value, and Cancel writes nothing back.
+TEST(InputBatchTest, TheBatchAnswerCarriesTheTypedValue) {
+  TempFolder temp;
+  {
+    std::ofstream(temp.File("script.jsonl")) << "{\"text\":\"4711\",\"click\":\"OK\"}\n"
+                                             << "{\"text\":\"0815\",\"click\":2}\n";
+  }
+  const std::string env = "QT_QPA_PLATFORM=offscreen TMPDIR=" + temp.path() +
+                          " NORVIK50_REGISTRY_DIR=" + temp.File("reg") +
+                          " NORVIK50_DIALOG_SCRIPT=" + temp.File("script.jsonl");
+  std::ofstream(temp.File("in.jsonl"))
+      << R"({"id":0,"member":"tkrSetValue","args":[-2147483647,"SOFTWARE\\VANTEX\\Global","Language",2]}
+{"id":1,"member":"tklInputValue","args":["Number?","04|Customer",{"vt":"Long","v":1}]}
+{"id":2,"member":"tklInputCode","args":["Code?","Login","old"]}
+)";
+  const CommandRun run = RunCommand(env + " " NORVIK50_TOOL " batch < " + temp.File("in.jsonl"));
+  ASSERT_EQ(run.status, 0) << run.out;
+  EXPECT_NE(
+      run.out.find(
+          R"({"id":1,"ok":true,"result":{"vt":"Long","v":1},"byref":{"2":{"vt":"String","v":"4711"}}})"),
+      std::string::npos)
+      << run.out;
+  EXPECT_NE(run.out.find(R"({"id":2,"ok":true,"result":{"vt":"Long","v":2}})"), std::string::npos)
+      << run.out;
 }
 
 }  // namespace
