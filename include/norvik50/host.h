@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "norvik50/export.h"
+#include "norvik50/variant.h"
 
 namespace norvik50 {
 
@@ -70,6 +71,16 @@ struct InputRequest {
   std::u16string ok_caption;      // in the current language
   std::u16string cancel_caption;  // in the current language
 };
+
+// The input form's request for the members' arguments, exactly as
+// tklInputValue (masked false) and tklInputCode (masked true) build it:
+// `title` "08|Word" gives at most 8 characters and the caption "Word";
+// the box starts empty when `value` is Empty, Null or "", else with
+// `default_text` (never with `value`); captions in `language`.
+NORVIK50_EXPORT InputRequest MakeInputRequest(std::u16string_view prompt, std::u16string_view title,
+                                              const Variant& value,
+                                              std::u16string_view default_text, bool masked,
+                                              int16_t language);
 
 // The access letter of a caption, upper case: every "&&" is removed first,
 // then the character after the first "&"; "" when there is none.

@@ -12,18 +12,14 @@
 
 namespace norvik50 {
 
-// The request for `prompt`, `title` ("08|Word": at most 8 characters,
-// caption "Word"), the incoming `value` and `default_text`; captions in
-// `language`. The box starts empty when `value` is Empty, Null or "",
-// and with `default_text` otherwise: never with `value` itself.
-InputRequest MakeInputRequest(std::u16string_view prompt, std::u16string_view title,
-                              const Variant& value, std::u16string_view default_text, bool masked,
-                              int16_t language);
+// MakeInputRequest is declared in norvik50/host.h: exported, so the shared
+// Qt dialogs library can show the form the members' way in its gallery.
 
 // The number at the start of `text` as the runtime's Val reads it: blanks,
 // tabs and line feeds are skipped, "." is the decimal point, an exponent
-// (E or D) may follow; 0 when there is no number. "12.5kg" -> 12.5,
-// " 1 2" -> 12, "abc" -> 0, "1,5" -> 1. Never raises.
+// (E or D) may follow; 0 when there is no number or it lies beyond the
+// Double range. "12.5kg" -> 12.5, " 1 2" -> 12, "abc" -> 0, "1,5" -> 1.
+// Never raises.
 double LeadingNumber(std::u16string_view text);
 
 // The value the member hands back for the confirmed `text`: for a value
