@@ -72,6 +72,18 @@ struct InputRequest {
   std::u16string cancel_caption;  // in the current language
 };
 
+// Everything the zoom editor (frmZoom) shows. The user interface sets
+// the size to the window's size when it closes.
+struct ZoomRequest {
+  std::u16string title;    // "Zoom" when the caller gives no description
+  std::u16string text;     // the source's text
+  bool enabled = true;     // false: the editor takes no input at all
+  bool locked = false;     // true: read-only
+  std::u16string tooltip;  // the source's tooltip
+  int32_t width_twips = 0;
+  int32_t height_twips = 0;
+};
+
 // The input form's request for the members' arguments, exactly as
 // tklInputValue (masked false) and tklInputCode (masked true) build it:
 // `title` "08|Word" gives at most 8 characters and the caption "Word";
@@ -128,6 +140,11 @@ class NORVIK50_EXPORT UserInterface {
   // text when confirmed; 2 (text unchanged) for Cancel, the close box or
   // a form that could not be shown (the default).
   virtual int32_t ShowInput(const InputRequest& request, std::u16string& text);
+  // The zoom editor, shown modally. Returns true with `text` set to the
+  // edited text after OK; false (text unchanged) after Cancel, the close
+  // box or when it could not be shown (the default, which leaves the
+  // request's size alone).
+  virtual bool ShowZoom(ZoomRequest& request, std::u16string& text);
   // The language chooser (frmChooseLang), shown when no language is stored
   // yet. `languages` holds "langid;name;extension" entries; returns the
   // chosen language id, or -1 when none was chosen. The default (and the

@@ -404,6 +404,18 @@ class NORVIK50_EXPORT LIB {
   int32_t tklInputCode(std::u16string_view Prompt, std::u16string_view Title, Variant& Value,
                        std::u16string_view Default = u"");
 
+  // The zoom editor for a host text field (a TextControl of type TextBox,
+  // ComboBox, Node, ListItem, ListBox, QSCombo or DCCombo, any case): its
+  // text in a large window captioned Description ("Zoom" when empty),
+  // enabled and locked as the source unless IgnoreAttributes, with its
+  // tooltip. The source's text is set afterwards: the edited text after
+  // OK, the first text otherwise; then its whole text is selected and it
+  // gets the focus. The window's size is kept under the base key +
+  // "\Positions\Forms\ZoomWindow" ("Width", "Height", twips). Raises 5
+  // for any other object, with nothing shown.
+  void tklZoomTextBox(const std::shared_ptr<HostObject>& Source,
+                      std::u16string_view Description = u"", bool IgnoreAttributes = false);
+
   // ---- State shared with the member families ----------------------------
 
   // The object's current log file name ("nvk50err" after creation).

@@ -20,8 +20,12 @@
 
 #include "norvik50/export.h"
 #include "norvik50/host.h"
+#include "norvik50/text_control.h"
 
 class QWidget;
+class QLineEdit;
+class QPlainTextEdit;
+class QTextEdit;
 
 namespace norvik50 {
 
@@ -35,6 +39,14 @@ NORVIK50_EXPORT void InstallQtDialogs(QWidget* owner = nullptr);
 // True when Qt can show windows: DISPLAY or WAYLAND_DISPLAY is set, or
 // QT_QPA_PLATFORM names a platform explicitly (offscreen included).
 NORVIK50_EXPORT bool DisplayAvailable();
+
+// A host's own text field as a TextControl of type "TextBox", for
+// tklZoomTextBox. "Locked" is the field's read-only state. The field is
+// not owned; once it is destroyed, the control reads as empty and ignores
+// changes.
+NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QLineEdit* field);
+NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QPlainTextEdit* field);
+NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QTextEdit* field);
 
 // Renders every dialog form in German and English to PNG files in
 // `folder` (created when missing). Returns the number of files written.

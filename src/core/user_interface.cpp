@@ -39,6 +39,8 @@ int16_t UserInterface::GetAnswer(std::u16string_view, std::u16string_view, std::
 
 int32_t UserInterface::ShowInput(const InputRequest&, std::u16string&) { return 2; }
 
+bool UserInterface::ShowZoom(ZoomRequest&, std::u16string&) { return false; }
+
 int16_t UserInterface::ChooseLanguage(const std::vector<std::u16string>&) { return -1; }
 
 bool UserInterface::ShowFileDialog(std::u16string_view, std::u16string_view, std::u16string&,

@@ -64,6 +64,13 @@ void RegisterDialogMembers(MemberTable& table) {
           return Variant(answer);
         }));
   }
+  table.Add(Method("tklZoomTextBox",
+                   {Ref("Source", O), Opt("Description", S, Variant(u""), true),
+                    Opt("IgnoreAttributes", B, Variant(false), true)},
+                   kNone, [](LIB& lib, CallArgs& a) {
+                     lib.tklZoomTextBox(a[0].as_object(), a.str(1), a.flag(2));
+                     return Variant();
+                   }));
   table.Add(
       Method("tklGetAnswer", {In("Prompt", S), In("Detail", S), In("Title", S), Ref("Buttons", A)},
              I, [](LIB& lib, CallArgs& a) {

@@ -82,6 +82,16 @@ int RenderDialogGallery(const std::string& folder) {
     SetCurrentLocale(lang.qt_locale);
     ui->AskYesNo(german ? u"Programm beenden?" : u"Quit the program?", u"norvik50", true);
     if (german) {
+      // The zoom editor has one designed language.
+      name = QStringLiteral("frmZoom");
+      ZoomRequest zoom;
+      zoom.title = u"Bemerkung";
+      zoom.text = u"Lieferung nur vormittags.\nBitte beim Pf\u00f6rtner melden.";
+      zoom.width_twips = 7500;
+      zoom.height_twips = 4200;
+      ui->ShowZoom(zoom, typed);
+    }
+    if (german) {
       name = QStringLiteral("frmChooseLang");
       ui->ChooseLanguage({u"1;Deutsch;DE", u"2;English;EN", u"3;Fran\u00e7ais;FR"});
     }

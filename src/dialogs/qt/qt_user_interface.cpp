@@ -10,6 +10,7 @@
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/message_form.h"
 #include "dialogs/qt/qt_application.h"
+#include "dialogs/qt/zoom_form.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50 {
@@ -82,6 +83,17 @@ class QtUi final : public UserInterface {
         form, [&] { return form.Facts(); }, [&] { return form.Result(); });
     if (form.Result() == 1) text = form.Text().toStdU16String();
     return form.Result();
+  }
+
+  bool ShowZoom(ZoomRequest& request, std::u16string& text) override {
+    qt::EnsureApplication();
+    qt::ZoomForm form(request, owner_);
+    qt::RunModal(
+        form, [&] { return form.Facts(); }, [&] { return form.Confirmed() ? 1 : 2; });
+    request.width_twips = form.WidthTwips();
+    request.height_twips = form.HeightTwips();
+    if (form.Confirmed()) text = form.Text().toStdU16String();
+    return form.Confirmed();
   }
 
   int16_t ChooseLanguage(const std::vector<std::u16string>& languages) override {
