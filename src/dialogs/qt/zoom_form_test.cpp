@@ -2,11 +2,14 @@
 // editor, and tklZoomTextBox on the host's own Qt fields.
 #include <gtest/gtest.h>
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
+#include <fstream>
 
 #include "core/library_state.h"
 #include "dialogs/qt/dialog_driver.h"
@@ -160,6 +163,37 @@ TEST_F(ZoomMemberQtTest, TheHostsFieldGetsTheEditedTextAndTheSizeIsKept) {
   });
   lib_.tklZoomTextBox(QtTextControl(&rich), u"", true);
   EXPECT_FALSE(read_only);
+}
+
+// A dialog script types into the zoom (F2 first: the caret goes to the
+// end, so the text is appended) and the log records the form.
+TEST(ZoomScriptTest, TheScriptTypesIntoTheEditorAndTheLogShowsTheText) {
+  EnsureApplication();
+  TempFolder temp;
+  ScopedEnv store("NORVIK50_REGISTRY_DIR", temp.File("reg"));
+  ScopedEnv script("NORVIK50_DIALOG_SCRIPT", temp.File("script.jsonl"));
+  ScopedEnv log("NORVIK50_DIALOG_LOG", temp.File("log.jsonl"));
+  std::ofstream(temp.File("script.jsonl")) << R"({"keys":["F2"],"text":"neu","click":"OK"})"
+                                           << "\n";
+  RestartDialogScript();
+  InstallQtDialogs();
+  QLineEdit line;
+  line.setText("alt");
+  {
+    LIB lib;
+    lib.tklZoomTextBox(QtTextControl(&line));
+  }
+  SetUserInterface(nullptr);
+  EXPECT_EQ(line.text(), "altneu");
+  std::ifstream in(temp.File("log.jsonl"));
+  std::string first;
+  std::getline(in, first);
+  const QJsonObject o = QJsonDocument::fromJson(QByteArray::fromStdString(first)).object();
+  EXPECT_EQ(o.value("form").toString(), "frmZoom");
+  EXPECT_EQ(o.value("title").toString(), "Zoom");
+  EXPECT_EQ(o.value("value").toString(), "altneu");
+  EXPECT_EQ(o.value("answer").toInt(), 1);
+  EXPECT_EQ(o.value("width").toInt(), 9000);
 }
 
 }  // namespace
