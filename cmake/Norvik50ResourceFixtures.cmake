@@ -39,7 +39,27 @@ function(norvik50_resource_dll arch rc output)
   add_dependencies(norvik50_resource_fixtures norvik50_fixture_${output})
 endfunction()
 
+# norvik50_padded_resource_dll(size) builds Bench_<size>.dll: a small string
+# table padded by one raw-data resource to `size` (100K, 10M), for tests and
+# benchmarks of libraries whose size must not matter. Built once, whoever
+# asks first.
+function(norvik50_padded_resource_dll size)
+  if(TARGET norvik50_fixture_Bench_${size}.dll)
+    return()
+  endif()
+  set(padded_dir ${CMAKE_BINARY_DIR}/fixtures/padded)
+  file(WRITE ${padded_dir}/bench_${size}.rc
+    "LANGUAGE 7, 1\nSTRINGTABLE\nBEGIN\n  100 \"Change size\"\n  4000 \"Ende\"\nEND\n1 RCDATA \"padding_${size}.bin\"\n")
+  add_custom_command(OUTPUT ${padded_dir}/padding_${size}.bin
+    COMMAND truncate -s ${size} ${padded_dir}/padding_${size}.bin
+    COMMENT "Padding of ${size}" VERBATIM)
+  norvik50_resource_dll(x86_64 ${padded_dir}/bench_${size}.rc Bench_${size}.dll
+    DEPENDS ${padded_dir}/padding_${size}.bin)
+endfunction()
+
 if(NORVIK50_BUILD_TESTS)
+  # The block reader's tests need a library that spans many blocks.
+  norvik50_padded_resource_dll(100K)
   set(sources ${NORVIK50_FIXTURE_SOURCES})
   norvik50_resource_dll(x86_64 ${sources}/res_de.rc Res_DE.dll DEPENDS ${NORVIK50_FIXTURE_INPUTS})
   norvik50_resource_dll(i686 ${sources}/res_en.rc Res_EN.dll DEPENDS ${NORVIK50_FIXTURE_INPUTS})
