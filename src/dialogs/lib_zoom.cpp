@@ -26,8 +26,6 @@ bool IsZoomableType(std::u16string type) {
 
 }  // namespace
 
-TextControl::~TextControl() = default;
-
 void LIB::tklZoomTextBox(const std::shared_ptr<HostObject>& Source, std::u16string_view Description,
                          bool IgnoreAttributes) {
   auto* source = dynamic_cast<TextControl*>(Source.get());
