@@ -416,6 +416,17 @@ class NORVIK50_EXPORT LIB {
   void tklZoomTextBox(const std::shared_ptr<HostObject>& Source,
                       std::u16string_view Description = u"", bool IgnoreAttributes = false);
 
+  // ---- Control helpers --------------------------------------------------
+
+  // Selects the whole text of a text field (a TextControl); with
+  // bChangeSelection a field whose whole text is selected gets the caret at
+  // the end instead. A StatusPanel's text becomes the field's tooltip.
+  // Never raises: other objects, Nothing and a failing step are passed over.
+  void tklSelectField(const std::shared_ptr<HostObject>& oControl, bool bChangeSelection = false,
+                      const std::shared_ptr<HostObject>& oStatusPanel = nullptr);
+  // Gives a text field (a TextControl) the input focus. Never raises.
+  void tklSetFocus(const std::shared_ptr<HostObject>& oControl);
+
   // ---- State shared with the member families ----------------------------
 
   // The object's current log file name ("nvk50err" after creation).

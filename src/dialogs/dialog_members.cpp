@@ -69,8 +69,25 @@ void RegisterDialogMembers(MemberTable& table) {
                     Opt("IgnoreAttributes", B, Variant(false), true)},
                    kNone, [](LIB& lib, CallArgs& a) {
                      lib.tklZoomTextBox(a[0].as_object(), a.str(1), a.flag(2));
+                     a.MarkWritten(0);
                      return Variant();
                    }));
+  // The control comes back in the answer: a batch object carries its new
+  // selection, tooltip and focus.
+  table.Add(Method("tklSelectField",
+                   {Ref("oControl", O), Opt("bChangeSelection", B, Variant(false), true),
+                    OptMissing("oStatusPanel", O, true)},
+                   kNone, [](LIB& lib, CallArgs& a) {
+                     lib.tklSelectField(a[0].as_object(), a.flag(1),
+                                        a.has(2) ? a[2].as_object() : nullptr);
+                     a.MarkWritten(0);
+                     return Variant();
+                   }));
+  table.Add(Method("tklSetFocus", {Ref("oControl", O)}, kNone, [](LIB& lib, CallArgs& a) {
+    lib.tklSetFocus(a[0].as_object());
+    a.MarkWritten(0);
+    return Variant();
+  }));
   table.Add(
       Method("tklGetAnswer", {In("Prompt", S), In("Detail", S), In("Title", S), Ref("Buttons", A)},
              I, [](LIB& lib, CallArgs& a) {

@@ -54,8 +54,8 @@ void LIB::tklZoomTextBox(const std::shared_ptr<HostObject>& Source, std::u16stri
   }
   // The text goes back also after Cancel: unchanged, as it came.
   source->SetText(text);
-  source->Select(0, static_cast<int32_t>(text.size()));
-  source->SetFocus();
+  tklSelectField(Source);
+  tklSetFocus(Source);
 }
 
 }  // namespace norvik50
