@@ -20,12 +20,20 @@
 
 #include "norvik50/export.h"
 #include "norvik50/host.h"
+#include "norvik50/host_controls.h"
 #include "norvik50/text_control.h"
 
 class QWidget;
+class QComboBox;
+class QLabel;
 class QLineEdit;
+class QListWidget;
+class QListWidgetItem;
 class QPlainTextEdit;
+class QTabBar;
+class QTabWidget;
 class QTextEdit;
+class QTreeWidgetItem;
 
 namespace norvik50 {
 
@@ -47,6 +55,43 @@ NORVIK50_EXPORT bool DisplayAvailable();
 NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QLineEdit* field);
 NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QPlainTextEdit* field);
 NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QTextEdit* field);
+// An editable combo box (type "ComboBox"): its edit text and selection.
+// One that is not editable reads as locked, with nothing selected; a text
+// set on it picks the row with that text, if there is one.
+NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QComboBox* combo);
+// A list box (type "ListBox") stands for its current row: the row's text,
+// locked when there is no current row or the row is not editable
+// (Qt::ItemIsEditable), selected when the row is. Enabled state, tooltip
+// and focus are the list's.
+NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QListWidget* list);
+// A row of a list (type "ListItem") or a tree (type "Node", the text of
+// `column`). An item has no caret: its text is wholly selected when the
+// item is selected in its view and not at all otherwise, so Select with a
+// length selects the item and with 0 clears its selection. Focus makes it
+// the view's current item and gives the view the focus. Enabled and locked
+// are its flags (Qt::ItemIsEnabled, no Qt::ItemIsEditable), the tooltip its
+// own. The item must be in its view when it is wrapped; once it leaves the
+// view or is destroyed, the control reads as empty and ignores changes.
+NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QListWidgetItem* item);
+NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QTreeWidgetItem* node, int column = 0);
+
+// A label in the host's status bar as the status panel of tklSelectField.
+NORVIK50_EXPORT std::shared_ptr<StatusPanel> QtStatusPanel(QLabel* label);
+
+// A list box or combo box for the list-filling members. Each row keeps its
+// item data under Qt::UserRole; NewIndex is the row where the last added
+// text landed (a sorted list puts it in its place). Not owned: once the
+// widget is destroyed, the list takes no rows and has none.
+NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QListWidget* list);
+NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QComboBox* combo);
+
+// A tab bar or tab widget for tklXMLFillTabStrip. Each tab keeps its key
+// as its QTabBar::tabData (a QString); Add raises 35602 for a key another
+// tab has and 9 for an index outside 1 ... count + 1. A tab widget gets an
+// empty page per added tab; Clear deletes those pages and leaves pages the
+// host added to the host. Not owned, as the lists.
+NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabBar* bar);
+NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
 
 // Renders every dialog form in German and English to PNG files in
 // `folder` (created when missing). Returns the number of files written.

@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "norvik50/qt_dialogs.h"
+
 namespace norvik50::qt {
 namespace {
 
@@ -33,27 +35,18 @@ class ZoomEditor final : public QPlainTextEdit {
       return;
     }
     if (event->key() == Qt::Key_F2 && plain) {
-      ToggleSelection();
+      // The rule tklSelectField applies to the host's fields.
+      SelectField(*QtTextControl(this), true);
       return;
     }
     QPlainTextEdit::keyPressEvent(event);
   }
   void focusInEvent(QFocusEvent* event) override {
     QPlainTextEdit::focusInEvent(event);
-    selectAll();
+    SelectField(*QtTextControl(this), false);
   }
 
  private:
-  void ToggleSelection() {
-    QTextCursor cursor = textCursor();
-    if (cursor.selectedText().size() == toPlainText().size() && cursor.hasSelection()) {
-      cursor.movePosition(QTextCursor::End);
-      setTextCursor(cursor);
-    } else {
-      selectAll();
-    }
-  }
-
   QPushButton* ok_;
 };
 
