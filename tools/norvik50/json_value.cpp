@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "json_line.h"
+#include "json_control_objects.h"
 #include "json_resource_objects.h"
 #include "norvik50/collection.h"
 #include "norvik50/encoding.h"
@@ -151,10 +152,11 @@ Variant Typed(const json& value, int depth) {
     }
     const std::string& type = type_it->get_ref<const std::string&>();
     if (auto object = ResourceObjectFromJson(type, v)) return *object;
+    if (auto object = ControlObjectFromJson(type, v)) return *object;
     if (type != "Collection" || !v.is_array()) {
       throw JsonValueError(
-          "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List or "
-          "TabStrip");
+          "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List, "
+          "TabStrip, TextBox, ComboBox, ListBox, ListItem, Node or StatusPanel");
     }
     auto collection = std::make_shared<Collection>();
     for (const json& item : v) collection->Add(FromJson(item, depth + 1));
@@ -265,6 +267,7 @@ json VariantToJson(const Variant& value) {
         return {{"vt", "Object"}, {"type", "Collection"}, {"v", std::move(items)}};
       }
       if (auto typed = ResourceObjectToJson(*object)) return *typed;
+      if (auto typed = ControlObjectToJson(*object)) return *typed;
       return {{"vt", "Object"}, {"type", "HostObject"}, {"v", json::object()}};
     }
     case VarType::kArray: {
