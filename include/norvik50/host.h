@@ -5,6 +5,7 @@
 #define NORVIK50_HOST_H_
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -84,6 +85,48 @@ struct ZoomRequest {
   int32_t height_twips = 0;
 };
 
+// Everything the folder chooser (frmChoosePath) shows, worked out by the
+// library from tklChoosePath's arguments and the current language.
+struct ChoosePathRequest {
+  std::u16string title;               // the caller's caption, else the designed one
+  std::u16string start_path;          // an existing folder, Windows-style ("C:\Daten")
+  std::u16string drives;              // the letters of the drive map, in order ("CZ")
+  std::u16string path_label;          // "Verzeichnis:" / "Directory:"
+  std::u16string ok_caption;          // "OK"
+  std::u16string cancel_caption;      // "Abbrechen" / "Cancel"
+  std::u16string new_folder_caption;  // "&Neuer Ordner..." / "&New Folder..."
+  // The "new folder" button: asks for a name, creates the folder below
+  // `parent` (the path field's text) and returns the new folder's path;
+  // nullopt when the user cancelled or the folder could not be created
+  // (the failure has been shown). Unset: the button does nothing.
+  std::function<std::optional<std::u16string>(std::u16string_view parent)> new_folder;
+};
+
+// The flags of the file dialog that mean something on Linux (the values
+// of OpenFileNameConstants).
+namespace file_dialog_flags {
+inline constexpr int32_t kOverwritePrompt = 2;   // save: ask before replacing a file
+inline constexpr int32_t kHideReadOnly = 4;      // no "read-only" box (there never is one)
+inline constexpr int32_t kNoChangeDir = 8;       // the current folder stays as it was
+inline constexpr int32_t kAllowMultiSelect = 512;
+inline constexpr int32_t kPathMustExist = 2048;  // the typed name's folder must exist
+inline constexpr int32_t kFileMustExist = 4096;  // the file must exist (and its folder)
+inline constexpr int32_t kCreatePrompt = 8192;   // ask before choosing a missing file
+inline constexpr int32_t kNoReadOnlyReturn = 32768;  // a write-protected file is refused
+inline constexpr int32_t kExplorer = 524288;     // several files are separated by NUL
+}  // namespace file_dialog_flags
+
+// Everything the open or save dialog shows, worked out by tklFileDialog.
+struct FileDialogRequest {
+  std::u16string filter;          // "Description|pattern|Description|pattern..."
+  std::u16string title;           // "" for the toolkit's own "Open" / "Save As"
+  std::u16string filename;        // the name the dialog starts with
+  int32_t flags = 0;              // never 0: the member's defaults are filled in
+  std::u16string initial_folder;  // Windows-style; "" for the current folder
+  bool open = true;               // false: the save dialog
+  int64_t owner_window = 0;       // the host's window id; 0 for the active window
+};
+
 // The input form's request for the members' arguments, exactly as
 // tklInputValue (masked false) and tklInputCode (masked true) build it:
 // `title` "08|Word" gives at most 8 characters and the caption "Word";
@@ -93,6 +136,15 @@ NORVIK50_EXPORT InputRequest MakeInputRequest(std::u16string_view prompt, std::u
                                               const Variant& value,
                                               std::u16string_view default_text, bool masked,
                                               int16_t language);
+
+// The folder chooser's request for tklChoosePath's arguments as the
+// member builds it, without the "new folder" action: `start_path` is the
+// folder shown first (the caller checks that it exists), captions in
+// `language` (1 German, every other English), `caption` the title when
+// not empty.
+NORVIK50_EXPORT ChoosePathRequest MakeChoosePathRequest(std::u16string_view start_path,
+                                                        std::u16string_view caption,
+                                                        int16_t language);
 
 // The access letter of a caption, upper case: every "&&" is removed first,
 // then the character after the first "&"; "" when there is none.
@@ -150,14 +202,19 @@ class NORVIK50_EXPORT UserInterface {
   // chosen language id, or -1 when none was chosen. The default (and the
   // headless UI) chooses none, so German is taken without blocking.
   virtual int16_t ChooseLanguage(const std::vector<std::u16string>& languages);
-  // The standard open (or save) file dialog with a filter
-  // ("text|pattern|..."), a title, the dialog flags (4096: the file must
-  // exist) and a start folder. Returns true with `filename` set when a file
-  // was chosen; false (filename unchanged) when cancelled. The default
-  // cancels.
-  virtual bool ShowFileDialog(std::u16string_view filter, std::u16string_view title,
-                              std::u16string& filename, int32_t flags,
-                              std::u16string_view initial_folder, bool open);
+  // The folder chooser frmChoosePath, shown modally. Returns the chosen
+  // folder (Windows-style) after OK; "" after Cancel, the close box or
+  // when it could not be shown (the default).
+  virtual std::u16string ChoosePath(const ChoosePathRequest& request);
+  // The toolkit's own folder browser, titled `title`, starting in the
+  // current folder. Returns the chosen folder (Windows-style); "" when
+  // cancelled or when it could not be shown (the default).
+  virtual std::u16string BrowseForFolder(std::u16string_view title);
+  // The open (or save) file dialog. Returns true with `filename` set to the
+  // chosen file (Windows-style; several files as the flags say) when one
+  // was chosen; false (filename unchanged) when cancelled or not shown.
+  // The default cancels.
+  virtual bool ShowFileDialog(const FileDialogRequest& request, std::u16string& filename);
 };
 
 // The headless implementation (the default).

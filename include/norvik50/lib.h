@@ -427,6 +427,27 @@ class NORVIK50_EXPORT LIB {
   // Gives a text field (a TextControl) the input focus. Never raises.
   void tklSetFocus(const std::shared_ptr<HostObject>& oControl);
 
+  // ---- Folder chooser and file dialog -------------------------------------
+
+  // Lets the user pick a folder. With sDefaultPath the library's form
+  // frmChoosePath starts there (in the current folder when it does not
+  // exist), captioned sCaption when that is not empty, its captions German
+  // for language 1 and English for every other; without it the toolkit's
+  // folder browser titled sCaption. Returns the folder (Windows-style), ""
+  // when nothing was chosen or no dialog could be shown. Never raises.
+  std::u16string tklChoosePath(std::u16string_view sDefaultPath = u"",
+                               std::u16string_view sCaption = u"");
+  // The open (bOpen) or save file dialog: sFilter "Description|pattern|...",
+  // title sDlgTitle, starting with sFilename in sInitDir (else in the
+  // folder part of sFilename). lFlags 0 means 2626560 for opening (the
+  // file must exist) and 2663430 for saving (ask before replacing, ask
+  // before creating). lHWndParent, when not 0, is the owner window. True
+  // with sFilename set to the chosen file after OK; False, sFilename as
+  // it was, when cancelled or when the dialog failed. Never raises.
+  bool tklFileDialog(std::u16string_view sFilter, std::u16string_view sDlgTitle,
+                     std::u16string& sFilename, int32_t lFlags = 0, int32_t lHWndParent = 0,
+                     std::u16string_view sInitDir = u"", bool bOpen = true);
+
   // ---- State shared with the member families ----------------------------
 
   // The object's current log file name ("nvk50err" after creation).

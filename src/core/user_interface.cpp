@@ -43,10 +43,11 @@ bool UserInterface::ShowZoom(ZoomRequest&, std::u16string&) { return false; }
 
 int16_t UserInterface::ChooseLanguage(const std::vector<std::u16string>&) { return -1; }
 
-bool UserInterface::ShowFileDialog(std::u16string_view, std::u16string_view, std::u16string&,
-                                   int32_t, std::u16string_view, bool) {
-  return false;
-}
+std::u16string UserInterface::ChoosePath(const ChoosePathRequest&) { return u""; }
+
+std::u16string UserInterface::BrowseForFolder(std::u16string_view) { return u""; }
+
+bool UserInterface::ShowFileDialog(const FileDialogRequest&, std::u16string&) { return false; }
 
 std::shared_ptr<UserInterface> HeadlessUserInterface() {
   static const auto headless = std::make_shared<HeadlessUi>();

@@ -88,6 +88,24 @@ void RegisterDialogMembers(MemberTable& table) {
     a.MarkWritten(0);
     return Variant();
   }));
+  table.Add(Method("tklChoosePath",
+                   {Opt("sDefaultPath", S, Variant(u""), true), Opt("sCaption", S, Variant(u""), true)},
+                   S, [](LIB& lib, CallArgs& a) {
+                     return Variant(lib.tklChoosePath(a.str(0), a.str(1)));
+                   }));
+  // sFilename is written back only when a file was chosen; bOpen is passed
+  // by reference but never changed.
+  table.Add(Method("tklFileDialog",
+                   {In("sFilter", S), In("sDlgTitle", S), Ref("sFilename", S),
+                    Opt("lFlags", L, Variant(int32_t{0})), Opt("lHWndParent", L, Variant(int32_t{0})),
+                    Opt("sInitDir", S, Variant(u"")), Opt("bOpen", B, Variant(true), true)},
+                   B, [](LIB& lib, CallArgs& a) {
+                     std::u16string filename = a.str(2);
+                     const bool chosen = lib.tklFileDialog(a.str(0), a.str(1), filename, a.i32(3),
+                                                           a.i32(4), a.str(5), a.flag(6));
+                     if (chosen) WriteBack(a, 2, Variant(filename));
+                     return Variant(chosen);
+                   }));
   table.Add(
       Method("tklGetAnswer", {In("Prompt", S), In("Detail", S), In("Title", S), Ref("Buttons", A)},
              I, [](LIB& lib, CallArgs& a) {

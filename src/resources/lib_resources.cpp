@@ -101,9 +101,9 @@ std::u16string LIB::tklResource(int32_t lResID, std::u16string_view sResType,
     if (path.empty()) {
       const int16_t language = GetCurrentLanguage(*this, BaseKey());
       std::u16string chosen;
-      if (CurrentUserInterface().ShowFileDialog(GetResourceItem(u"openresdll", language),
-                                                GetResourceItem(u"openresdlltitle", language),
-                                                chosen, kFileMustExist, u"", true) &&
+      if (tklFileDialog(GetResourceItem(u"openresdll", language),
+                        GetResourceItem(u"openresdlltitle", language), chosen, kFileMustExist, 0,
+                        u"", true) &&
           NamesALanguageLibrary(chosen)) {
         // C:\App\Res_DE.dll is stored as C:\App\Res_%L.dll.
         tkrSetValue(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL",

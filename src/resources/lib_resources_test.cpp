@@ -109,7 +109,7 @@ TEST_F(ResourceMembersTest, PromptsForTheLibraryAndStoresItsPattern) {
   EXPECT_EQ(MachineValue(u"ResourceDLL"), u"C:\\App\\Res_%L.dll");
   EXPECT_EQ(ui_->dialog,
             u"Resource Bibliothek (*.DLL)|*.DLL|Definieren Sie bitte den Standort der deutschen "
-            u"Resource-DLL|4096|open");
+            u"Resource-DLL|4096||open");
 }
 
 TEST_F(ResourceMembersTest, AChosenFileWithoutACodeStoresNothing) {

@@ -34,11 +34,9 @@ class RecordingUi : public UserInterface {
     offered = languages;
     return choice;
   }
-  bool ShowFileDialog(std::u16string_view filter, std::u16string_view title,
-                      std::u16string& filename, int32_t flags, std::u16string_view,
-                      bool open) override {
-    dialog = std::u16string(filter) + u"|" + std::u16string(title) + u"|" +
-             FromUtf8(std::to_string(flags)) + (open ? u"|open" : u"|save");
+  bool ShowFileDialog(const FileDialogRequest& request, std::u16string& filename) override {
+    dialog = request.filter + u"|" + request.title + u"|" + FromUtf8(std::to_string(request.flags)) +
+             u"|" + request.initial_folder + (request.open ? u"|open" : u"|save");
     if (file_choice.empty()) return false;
     filename = file_choice;
     return true;

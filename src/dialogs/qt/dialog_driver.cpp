@@ -124,6 +124,16 @@ void Click(QDialog& dialog, const QJsonValue& which) {
 
 void ActOut(QDialog& dialog, const QJsonObject& line) {
   QPointer<QDialog> alive(&dialog);
+  if (auto* target = dynamic_cast<PathTarget*>(&dialog); target && line.contains("path")) {
+    const QJsonValue path = line.value(QStringLiteral("path"));
+    QStringList paths;
+    if (path.isArray()) {
+      for (const QJsonValue& p : path.toArray()) paths << p.toString();
+    } else {
+      paths << path.toString();
+    }
+    target->GoToPaths(paths);
+  }
   for (const QJsonValue& key : line.value(QStringLiteral("keys")).toArray()) {
     if (!alive || !alive->isVisible()) return;
     if (const auto stroke = ParseKey(key.toString())) Press(dialog, *stroke);
@@ -133,8 +143,18 @@ void ActOut(QDialog& dialog, const QJsonObject& line) {
     if (!alive || !alive->isVisible()) return;
     Press(dialog, KeyStroke{0, Qt::NoModifier, QString(c)});
   }
-  if (alive && alive->isVisible() && line.contains(QStringLiteral("click"))) {
-    Click(dialog, line.value(QStringLiteral("click")));
+  // Several clicks in turn: a button that opens a dialog of its own (which
+  // takes the next line) and then the one that confirms.
+  const QJsonValue click = line.value(QStringLiteral("click"));
+  QJsonArray clicks;
+  if (click.isArray()) {
+    clicks = click.toArray();
+  } else if (!click.isUndefined()) {
+    clicks.append(click);
+  }
+  for (const QJsonValue& which : clicks) {
+    if (!alive || !alive->isVisible()) break;
+    Click(dialog, which);
   }
   if (alive && alive->isVisible() && line.value(QStringLiteral("close")).toBool()) dialog.close();
 }

@@ -27,6 +27,16 @@ struct DialogFacts {
   bool has_value = false;
 };
 
+// A form the dialog script can point at paths (the "path" of a script
+// line, a text or a list of texts, Windows-style): the folder chooser
+// moves to the folder, a file dialog goes to the file's folder and puts
+// the names into its name field. Nothing is confirmed by that alone.
+class PathTarget {
+ public:
+  virtual ~PathTarget() = default;
+  virtual void GoToPaths(const QStringList& windows_paths) = 0;
+};
+
 // The classic window frame used where the window system reports none
 // (offscreen): caption 18, sizing frame 4 pixels.
 inline constexpr int kCaptionHeight = 18;
@@ -35,7 +45,9 @@ inline constexpr int kMenuBarHeight = 19;
 inline constexpr int kTwipsPerPixel = 15;
 
 // Shows `dialog` modally and returns when it has hidden itself. With a
-// dialog script, the next line is acted out first and a dialog still open
+// dialog script, the next line is acted out first (its "path", then its
+// "keys", "text", "click" (a caption, a position or a list of them) and
+// "close") and a dialog still open
 // afterwards is closed by its close box; with the script used up, the
 // dialog is closed at once. `facts` is asked after the dialog closed,
 // `answer` is what the member returns; both go to the dialog log.

@@ -1,15 +1,21 @@
 // The Qt user interface: each seam call builds its form, runs it modally
 // through the dialog driver and answers what the form holds.
+#include <QApplication>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QWindow>
+#include <memory>
 
 #include "dialogs/qt/answer_form.h"
 #include "dialogs/qt/choose_lang_form.h"
+#include "dialogs/qt/choose_path_form.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/file_dialog.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/message_form.h"
 #include "dialogs/qt/qt_application.h"
+#include "dialogs/qt/system_box.h"
 #include "dialogs/qt/zoom_form.h"
 #include "norvik50/qt_dialogs.h"
 
@@ -40,30 +46,10 @@ class QtUi final : public UserInterface {
     // the user's locale.
     QMessageBox box(QMessageBox::Question, ToQ(title), ToQ(question),
                     QMessageBox::Yes | QMessageBox::No, owner_);
-    box.setWindowFlag(Qt::WindowStaysOnTopHint);
     box.setDefaultButton(default_no ? QMessageBox::No : QMessageBox::Yes);
-    int answer = 0;
-    qt::RunModal(
-        box,
-        [&] {
-          qt::DialogFacts f;
-          f.form = QStringLiteral("system");
-          f.title = box.windowTitle();
-          f.prompt = box.text();
-          const QAbstractButton* yes = box.button(QMessageBox::Yes);
-          const QAbstractButton* no = box.button(QMessageBox::No);
-          const bool yes_first = yes->mapTo(&box, QPoint()).x() <= no->mapTo(&box, QPoint()).x();
-          f.buttons << (yes_first ? yes : no)->text() << (yes_first ? no : yes)->text();
-          f.default_button = (default_no == yes_first) ? 2 : 1;
-          f.cancel_button = yes_first ? 2 : 1;
-          f.symbol = 32;
-          return f;
-        },
-        [&] {
-          answer = box.clickedButton() == box.button(QMessageBox::Yes) ? 6 : 7;
-          return answer;
-        });
-    return answer;
+    box.setEscapeButton(QMessageBox::No);
+    const auto yes_no = [](QMessageBox::StandardButton b) { return b == QMessageBox::Yes ? 6 : 7; };
+    return yes_no(qt::RunSystemBox(box, 32, yes_no));
   }
 
   int16_t GetAnswer(std::u16string_view prompt, std::u16string_view detail,
@@ -103,6 +89,45 @@ class QtUi final : public UserInterface {
     qt::RunModal(
         form, [&] { return form.Facts(); }, [&] { return form.SelectedLanguage(); });
     return static_cast<int16_t>(form.SelectedLanguage());
+  }
+
+  std::u16string ChoosePath(const ChoosePathRequest& request) override {
+    qt::EnsureApplication();
+    qt::ChoosePathForm form(request, owner_);
+    qt::RunModal(
+        form, [&] { return form.Facts(); }, [&] { return form.Result(); });
+    return form.ChosenPath().toStdU16String();
+  }
+
+  std::u16string BrowseForFolder(std::u16string_view title) override {
+    qt::EnsureApplication();
+    qt::FollowLibraryLocale();
+    qt::FileDialog dialog(ToQ(title), owner_);
+    qt::RunModal(
+        dialog, [&] { return dialog.Facts(); }, [&] { return dialog.Chosen() ? 1 : 2; });
+    return dialog.Chosen() ? dialog.WindowsResult().toStdU16String() : std::u16string();
+  }
+
+  bool ShowFileDialog(const FileDialogRequest& request, std::u16string& filename) override {
+    qt::EnsureApplication();
+    qt::FollowLibraryLocale();
+    // The caller's window owns the dialog when it names one the platform
+    // can reach; else the host's, else whatever window is active.
+    std::unique_ptr<QWindow> foreign;
+    if (request.owner_window != 0) {
+      foreign.reset(QWindow::fromWinId(static_cast<WId>(request.owner_window)));
+    }
+    QWidget* owner = foreign ? nullptr : (owner_ ? owner_.data() : QApplication::activeWindow());
+    qt::FileDialog dialog(request, owner);
+    if (foreign) {
+      dialog.winId();
+      dialog.windowHandle()->setTransientParent(foreign.get());
+    }
+    qt::RunModal(
+        dialog, [&] { return dialog.Facts(); }, [&] { return dialog.Chosen() ? 1 : 2; });
+    if (!dialog.Chosen()) return false;
+    filename = dialog.WindowsResult().toStdU16String();
+    return true;
   }
 
  private:
