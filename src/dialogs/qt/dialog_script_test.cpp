@@ -181,9 +181,10 @@ TEST(DialogGalleryTest, EveryFormInBothLanguagesBecomesAPicture) {
   ScopedEnv script("NORVIK50_DIALOG_SCRIPT", std::nullopt);
   ScopedEnv log("NORVIK50_DIALOG_LOG", std::nullopt);
   const std::string folder = temp.File("gallery");
-  EXPECT_EQ(RenderDialogGallery(folder), 14);
+  EXPECT_EQ(RenderDialogGallery(folder), 18);
   for (const char* name : {"frmMsgBox_de", "frmMsgBox_en", "frmStdMsg_de", "frmAnswer_en",
-                           "system_de", "frmChooseLang", "frmInput_de", "frmInput_en", "frmZoom"}) {
+                           "system_de", "frmChooseLang", "frmInput_de", "frmInput_en", "frmZoom",
+                           "frmChoosePath_de", "frmChoosePath_en", "fileOpen_de", "fileOpen_en"}) {
     QImage picture(QString::fromStdString(folder + "/" + name + ".png"));
     EXPECT_GT(picture.width(), 150) << name;
     EXPECT_GT(picture.height(), 60) << name;

@@ -212,9 +212,14 @@ void FileDialog::GoToPaths(const QStringList& windows_paths) {
     setDirectory(first);
     return;
   }
-  setDirectory(info.absolutePath());
   auto* name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
   if (name == nullptr) return;
+  if (!info.absoluteDir().exists()) {
+    // A folder that is not there cannot be shown: the whole path is typed.
+    name->setText(info.absoluteFilePath());
+    return;
+  }
+  setDirectory(info.absolutePath());
   if (windows_paths.size() == 1) {
     name->setText(info.fileName());
     return;

@@ -81,6 +81,21 @@ int RenderDialogGallery(const std::string& folder) {
     // The system box speaks the library locale's language.
     SetCurrentLocale(lang.qt_locale);
     ui->AskYesNo(german ? u"Programm beenden?" : u"Quit the program?", u"norvik50", true);
+    // The folder chooser shows the gallery's own folder, so every picture
+    // looks alike wherever it is taken.
+    const std::u16string here = ToWindowsPath(dir.toStdString()).value_or(u"Z:\\");
+    name = QStringLiteral("frmChoosePath") + suffix;
+    ui->ChoosePath(MakeChoosePathRequest(here, u"", lang.id));
+    // The file dialog speaks Qt's language for the library's locale.
+    name = QStringLiteral("fileOpen") + suffix;
+    FileDialogRequest open;
+    open.filter = german ? u"Resource Bibliothek (*.DLL)|*.DLL|Alle Dateien (*.*)|*.*"
+                         : u"Resource Library (*.DLL)|*.DLL|All files (*.*)|*.*";
+    open.title = german ? u"Resource-DLL ausw\u00e4hlen" : u"Choose the resource DLL";
+    open.flags = 4096;
+    open.initial_folder = here;
+    std::u16string chosen;
+    ui->ShowFileDialog(open, chosen);
     if (german) {
       // The zoom editor has one designed language.
       name = QStringLiteral("frmZoom");

@@ -1,0 +1,249 @@
+// The file dialog on the offscreen platform: the filter as Qt's name
+// filters matched in any case, the start folder and name, and every flag
+// with a meaning on Linux, through tklFileDialog and a dialog script.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QListView>
+#include <QTest>
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include "core/library_state.h"
+#include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/dialog_log_for_tests.h"
+#include "dialogs/qt/file_dialog.h"
+#include "dialogs/qt/qt_application.h"
+#include "norvik50/lib.h"
+#include "norvik50/qt_dialogs.h"
+#include "testing/temp_folder.h"
+
+namespace norvik50::qt {
+namespace {
+
+using namespace norvik50::testing;
+using namespace norvik50::qt::testing;
+
+TEST(NameFiltersTest, WindowsFiltersBecomeQtNameFilters) {
+  struct Case {
+    const char* filter;
+    QStringList want;
+  };
+  const std::vector<Case> cases = {
+      {"Resource Library (*.DLL)|*.DLL", {"Resource Library (*.DLL)"}},
+      // The patterns the description shows are replaced by the real ones.
+      {"Texte (*.txt)|*.txt;*.asc|Alle Dateien (*.*)|*.*",
+       {"Texte (*.txt *.asc)", "Alle Dateien (*)"}},
+      {"Bilder|*.bmp; *.png ", {"Bilder (*.bmp *.png)"}},
+      {"|*.log", {"(*.log)"}},
+      // A description without a pattern, or an empty pattern, is dropped.
+      {"Nur Text", {}},
+      {"Leer||Text|*.txt", {"Text (*.txt)"}},
+      {"", {}}};
+  for (const Case& c : cases) EXPECT_EQ(NameFilters(c.filter), c.want) << c.filter;
+}
+
+class FileDialogTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() { EnsureApplication(); }
+  FileDialogTest() {
+    std::filesystem::create_directories(temp_.File("c/Daten/Sub"));
+    for (const char* name : {"c/Daten/res_de.dll", "c/Daten/alt.txt", "c/Daten/b.txt"}) {
+      std::ofstream(temp_.File(name)) << "x";
+    }
+    SetDriveRoot(u'C', temp_.File("c"));
+    InstallQtDialogs();
+  }
+  ~FileDialogTest() override {
+    SetUserInterface(nullptr);
+    ClearDriveRoot(u'C');
+    QDir::setCurrent(QString::fromStdString(cwd_));
+  }
+  void Script(const std::string& lines) {
+    std::ofstream(temp_.File("script.jsonl")) << lines;
+    RestartDialogScript();
+  }
+  std::vector<QJsonObject> Log() { return ReadDialogLog(temp_.File("dialogs.jsonl")); }
+
+  std::string cwd_ = std::filesystem::current_path().string();
+  TempFolder temp_;
+  ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
+  ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
+  ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", temp_.File("script.jsonl")};
+  ScopedEnv log_{"NORVIK50_DIALOG_LOG", temp_.File("dialogs.jsonl")};
+  ScopedLocale locale_{"en-US"};
+  LIB lib_;
+};
+
+TEST_F(FileDialogTest, PatternsMatchInAnyCaseAsOnWindows) {
+  FileDialogRequest request;
+  request.filter = u"Resource Library (*.DLL)|*.DLL";
+  request.flags = 2626560;
+  request.initial_folder = u"C:\\DATEN";
+  FileDialog dialog(request, nullptr);
+  EXPECT_EQ(dialog.directory().absolutePath(), QString::fromStdString(temp_.File("c/Daten")));
+  auto* view = dialog.findChild<QListView*>(QStringLiteral("listView"));
+  ASSERT_NE(view, nullptr);
+  // The folder is read in the background.
+  std::set<QString> offered;
+  const auto read = [&] {
+    offered.clear();
+    const QModelIndex root = view->rootIndex();
+    for (int row = 0; row < view->model()->rowCount(root); ++row) {
+      const QModelIndex index = view->model()->index(row, 0, root);
+      if (view->model()->flags(index) & Qt::ItemIsEnabled) offered.insert(index.data().toString());
+    }
+    return offered.count(QStringLiteral("res_de.dll")) == 1;
+  };
+  EXPECT_TRUE(QTest::qWaitFor(read, 5000));
+  EXPECT_EQ(offered, (std::set<QString>{"Sub", "res_de.dll"}));
+}
+
+TEST_F(FileDialogTest, StartsInTheInitialFolderWithTheFilesName) {
+  struct Case {
+    std::u16string filename;
+    std::u16string init_dir;
+    std::string folder;
+    const char* name;
+  };
+  for (const Case& c : {Case{u"C:\\Daten\\alt.txt", u"", "c/Daten", "alt.txt"},
+                        Case{u"C:\\Daten\\alt.txt", u"C:\\Daten\\Sub", "c/Daten/Sub", "alt.txt"}}) {
+    FileDialogRequest request;
+    request.filename = c.filename;
+    request.initial_folder = c.init_dir;
+    FileDialog dialog(request, nullptr);
+    EXPECT_EQ(dialog.directory().absolutePath(), QString::fromStdString(temp_.File(c.folder)));
+    EXPECT_EQ(dialog.findChild<QLineEdit*>("fileNameEdit")->text(), c.name);
+  }
+}
+
+TEST_F(FileDialogTest, SaveWithFlagsZeroAsksBeforeReplacing) {
+  Script(R"({"path":"C:\\Daten\\alt.txt","keys":["Enter"]}
+{"click":"&No"}
+{"path":"C:\\Daten\\alt.txt","keys":["Enter"]}
+{"click":"&Yes"}
+)");
+  std::u16string name = u"C:\\Daten\\neu.txt";
+  EXPECT_FALSE(lib_.tklFileDialog(u"Text|*.txt", u"Sichern", name, 0, 0, u"", false));
+  EXPECT_EQ(name, u"C:\\Daten\\neu.txt");
+  EXPECT_TRUE(lib_.tklFileDialog(u"Text|*.txt", u"Sichern", name, 0, 0, u"", false));
+  EXPECT_EQ(name, u"C:\\Daten\\alt.txt");
+  const auto log = Log();
+  ASSERT_EQ(log.size(), 4u);
+  EXPECT_EQ(log[0].value("form").toString(), "system");
+  EXPECT_TRUE(log[0].value("prompt").toString().startsWith("alt.txt already exists"));
+  EXPECT_EQ(log[0].value("default").toInt(), 2);
+  EXPECT_EQ(log[1].value("form").toString(), "save");
+  EXPECT_EQ(log[1].value("title").toString(), "Sichern");
+  EXPECT_EQ(log[1].value("prompt").toString(), "Text (*.txt)");
+  EXPECT_EQ(log[1].value("answer").toInt(), 2);
+  EXPECT_EQ(log[3].value("value").toString(), "C:\\Daten\\alt.txt");
+  EXPECT_EQ(log[3].value("answer").toInt(), 1);
+}
+
+TEST_F(FileDialogTest, CancelLeavesTheFileName) {
+  Script(R"({"path":"C:\\Daten\\b.txt","keys":["Escape"]}
+{"path":"C:\\Daten\\b.txt","click":"Cancel"}
+)");
+  for (bool open : {true, false}) {
+    std::u16string name = u"C:\\Daten\\alt.txt";
+    EXPECT_FALSE(lib_.tklFileDialog(u"", u"", name, 0, 0, u"", open));
+    EXPECT_EQ(name, u"C:\\Daten\\alt.txt");
+  }
+  EXPECT_EQ(Log().size(), 2u);
+}
+
+TEST_F(FileDialogTest, EachFlagIsHonoured) {
+  struct Case {
+    const char* what;
+    int32_t flags;
+    bool open;
+    const char* script;  // the dialog's line, then the boxes' lines
+    bool chosen;
+    std::u16string result;
+    std::size_t boxes;  // system boxes shown
+  };
+  const std::vector<Case> cases = {
+      {"open default: the file must exist", 0, true,
+       R"({"path":"C:\\Daten\\fehlt.txt","keys":["Enter"]})"
+       "\n{}\n",
+       false, u"", 1},
+      {"open without it takes a new name", 2, true,
+       R"({"path":"C:\\Daten\\fehlt.txt","keys":["Enter"]})"
+       "\n",
+       true, u"C:\\Daten\\fehlt.txt", 0},
+      {"path must exist", 2048, false,
+       R"({"path":"C:\\Fehlt\\x.txt","keys":["Enter"]})"
+       "\n{}\n",
+       false, u"", 1},
+      {"no path check without the flag", 2, false,
+       R"({"path":"C:\\Fehlt\\x.txt","keys":["Enter"]})"
+       "\n",
+       true, u"C:\\Fehlt\\x.txt", 0},
+      {"create prompt answered Yes", 8192, true,
+       R"({"path":"C:\\Daten\\neu.txt","keys":["Enter"]})"
+       "\n{\"click\":\"&Yes\"}\n",
+       true, u"C:\\Daten\\neu.txt", 1},
+      {"create prompt answered No", 2663430, false,
+       R"({"path":"C:\\Daten\\neu.txt","keys":["Enter"]})"
+       "\n{\"click\":\"&No\"}\n",
+       false, u"", 1},
+      {"overwrite prompt only when saving", 2, true,
+       R"({"path":"C:\\Daten\\alt.txt","keys":["Enter"]})"
+       "\n",
+       true, u"C:\\Daten\\alt.txt", 0},
+      {"several files, explorer form", 512 + 524288 + 4096, true,
+       R"({"path":["C:\\Daten\\alt.txt","C:\\Daten\\b.txt"],"keys":["Enter"]})"
+       "\n",
+       true, std::u16string(u"C:\\Daten\0alt.txt\0b.txt", 22), 0},
+      {"several files, old form", 512, true,
+       R"({"path":["C:\\Daten\\alt.txt","C:\\Daten\\b.txt"],"keys":["Enter"]})"
+       "\n",
+       true, u"C:\\Daten alt.txt b.txt", 0},
+      {"one file of a multiple choice is a full path", 512 + 524288, true,
+       R"({"path":["C:\\Daten\\b.txt"],"keys":["Enter"]})"
+       "\n",
+       true, u"C:\\Daten\\b.txt", 0}};
+  for (const Case& c : cases) {
+    std::filesystem::remove(temp_.File("dialogs.jsonl"));
+    Script(c.script);
+    std::u16string name = u"vorher";
+    EXPECT_EQ(lib_.tklFileDialog(u"Alle|*.*", u"", name, c.flags, 0, u"C:\\Daten", c.open),
+              c.chosen)
+        << c.what;
+    EXPECT_EQ(name, c.chosen ? c.result : u"vorher") << c.what;
+    std::size_t boxes = 0;
+    for (const QJsonObject& entry : Log()) boxes += entry.value("form").toString() == "system";
+    EXPECT_EQ(boxes, c.boxes) << c.what;
+  }
+}
+
+TEST_F(FileDialogTest, TheCurrentFolderFollowsTheChoiceUnlessNoChangeDir) {
+  const QString before = QDir::currentPath();
+  Script(R"({"path":"C:\\Daten\\Sub\\x.txt","keys":["Enter"]}
+{"path":"C:\\Daten\\b.txt","keys":["Enter"]}
+)");
+  std::u16string name;
+  EXPECT_TRUE(lib_.tklFileDialog(u"", u"", name, 2 + 8, 0, u"", false));
+  EXPECT_EQ(QDir::currentPath(), before);
+  EXPECT_TRUE(lib_.tklFileDialog(u"", u"", name, 2, 0, u"", false));
+  EXPECT_EQ(QDir::currentPath(), QString::fromStdString(temp_.File("c/Daten")));
+}
+
+TEST_F(FileDialogTest, AWriteProtectedFileIsRefusedWithNoReadOnlyReturn) {
+  std::filesystem::permissions(temp_.File("c/Daten/b.txt"), std::filesystem::perms::owner_read);
+  if (QFileInfo(QString::fromStdString(temp_.File("c/Daten/b.txt"))).isWritable()) {
+    GTEST_SKIP() << "the user may write every file (root): no file is write-protected";
+  }
+  Script(R"({"path":"C:\\Daten\\b.txt","keys":["Enter"]}
+{}
+)");
+  std::u16string name;
+  EXPECT_FALSE(lib_.tklFileDialog(u"", u"", name, 32768, 0, u"", false));
+  ASSERT_EQ(Log().size(), 2u);
+  EXPECT_EQ(Log()[0].value("form").toString(), "system");
+}
+
+}  // namespace
+}  // namespace norvik50::qt
