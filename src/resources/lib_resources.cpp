@@ -2,6 +2,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "core/file_dialog_request.h"
 #include "core/library_state.h"
 #include "core/paths.h"
 #include "norvik50/encoding.h"
@@ -16,7 +17,6 @@ namespace norvik50 {
 namespace {
 
 constexpr int32_t kErrResource = -2147221504;  // &H80040000
-constexpr int32_t kFileMustExist = 4096;
 // The string buffer holds 32767 characters with the terminating zero, so a
 // string resource comes back with at most 32766 of them.
 constexpr std::size_t kStringBufferChars = 32767 - 1;
@@ -101,9 +101,12 @@ std::u16string LIB::tklResource(int32_t lResID, std::u16string_view sResType,
     if (path.empty()) {
       const int16_t language = GetCurrentLanguage(*this, BaseKey());
       std::u16string chosen;
-      if (tklFileDialog(GetResourceItem(u"openresdll", language),
-                        GetResourceItem(u"openresdlltitle", language), chosen, kFileMustExist, 0,
-                        u"", true) &&
+      // The same dialog as tklFileDialog's: no owner, no initial folder.
+      if (CurrentUserInterface().ShowFileDialog(
+              MakeFileDialogRequest(GetResourceItem(u"openresdll", language),
+                                    GetResourceItem(u"openresdlltitle", language), u"",
+                                    file_dialog_flags::kFileMustExist, 0, u"", true),
+              chosen) &&
           NamesALanguageLibrary(chosen)) {
         // C:\App\Res_DE.dll is stored as C:\App\Res_%L.dll.
         tkrSetValue(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL",

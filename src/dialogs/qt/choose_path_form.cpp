@@ -64,6 +64,9 @@ ChoosePathForm::ChoosePathForm(ChoosePathRequest request, QWidget* owner)
   tree_->setObjectName(QStringLiteral("dirTargetPath"));
   tree_->setModel(model_);
   tree_->setHeaderHidden(true);
+  // Folders in name order, as a folder list shows them.
+  tree_->setSortingEnabled(true);
+  tree_->sortByColumn(0, Qt::AscendingOrder);
   for (int column = 1; column < model_->columnCount(); ++column) tree_->hideColumn(column);
   auto* frame_layout = new QVBoxLayout(frame);
   frame_layout->addWidget(drives_);
@@ -106,6 +109,13 @@ ChoosePathForm::ChoosePathForm(ChoosePathRequest request, QWidget* owner)
           [this](const QModelIndex& current) {
             if (current.isValid()) SetFolder(model_->filePath(current));
           });
+  // Folders arrive in the background and sorting moves rows: once the
+  // folders on the way to the current one are read, it is scrolled into
+  // view again. Folders a person opens elsewhere leave the view alone.
+  connect(model_, &QFileSystemModel::directoryLoaded, this, [this](const QString& loaded) {
+    const QString prefix = loaded.endsWith(QLatin1Char('/')) ? loaded : loaded + QLatin1Char('/');
+    if (folder_ == loaded || folder_.startsWith(prefix)) tree_->scrollTo(tree_->currentIndex());
+  });
   connect(ok_, &QPushButton::clicked, this, [this] { Confirm(); });
   connect(cancel_, &QPushButton::clicked, this, [this] {
     result_ = 2;

@@ -185,12 +185,12 @@ TEST_F(ChoosePathScriptTest, CaptionsAreGermanOnlyForLanguageOne) {
 
 TEST_F(ChoosePathScriptTest, TypedPathCancelAndAMissingStartFolder) {
   SetLanguage(1);
-  Script(R"({"keys":["Tab"],"text":"D:\\Archiv","click":"OK"}
+  Script(R"({"keys":["Tab","Ctrl+A"],"text":"D:\\Archiv","click":"OK"}
 {"click":"Abbrechen"}
 {"click":"OK"}
 )");
-  // Tab leaves the tree for the path field, whose text it selects; the
-  // typed path replaces it and OK takes it.
+  // Tab leaves the tree for the path field; the typed path replaces its
+  // text and OK takes it.
   EXPECT_EQ(lib_.tklChoosePath(u"C:\\Daten"), u"D:\\Archiv");
   EXPECT_EQ(lib_.tklChoosePath(u"C:\\Daten"), u"");
   // A start folder that does not exist: the current folder is shown.

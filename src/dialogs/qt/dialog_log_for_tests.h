@@ -7,8 +7,12 @@
 #include <QJsonObject>
 #include <QStringList>
 #include <fstream>
+#include <ostream>
 #include <string>
 #include <vector>
+
+// Failed comparisons of QStrings print their text, not their bytes.
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 
 namespace norvik50::qt::testing {
 

@@ -4,6 +4,9 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QRegularExpression>
+#include <QHeaderView>
+#include <QSplitter>
+#include <QTreeView>
 
 #include "dialogs/qt/system_box.h"
 #include "norvik50/locale.h"
@@ -77,6 +80,21 @@ void FileDialog::CommonSetup() {
   // Names match their patterns in any case, as on Windows (*.DLL finds
   // res_de.dll).
   setFilter(filter() & ~QDir::CaseSensitive);
+  // Room for the columns of the detail view and the side bar's names.
+  resize(780, 460);
+  if (auto* view = findChild<QTreeView*>(QStringLiteral("treeView"))) {
+    // Size, type and date readable in full (Qt's defaults cut them short).
+    const QFontMetrics metrics(view->font());
+    view->header()->resizeSection(1, metrics.horizontalAdvance(QStringLiteral("9999.99 KiB")) + 16);
+    view->header()->resizeSection(2, metrics.horizontalAdvance(QStringLiteral("PNG-Bilddatei")) + 24);
+    view->header()->resizeSection(3,
+                                  metrics.horizontalAdvance(QStringLiteral("23 Nov 2026 10:03:00")) + 24);
+  }
+  if (auto* splitter = findChild<QSplitter*>(QStringLiteral("splitter"))) {
+    constexpr int kSideBarWidth = 130;
+    const QList<int> sizes = splitter->sizes();
+    if (sizes.size() == 2) splitter->setSizes({kSideBarWidth, sizes[0] + sizes[1] - kSideBarWidth});
+  }
 }
 
 FileDialog::FileDialog(const FileDialogRequest& request, QWidget* owner)

@@ -1,6 +1,8 @@
 // The dialog gallery: every form in German and English as PNG pictures.
 #include <QDir>
+#include <QEventLoop>
 #include <QPixmap>
+#include <QTimer>
 
 #include "dialogs/input_request.h"
 #include "dialogs/message_buttons.h"
@@ -38,6 +40,12 @@ int RenderDialogGallery(const std::string& folder) {
   int written = 0;
   QString name;
   qt::SetShownHook([&](QDialog& dialog) {
+    if (dynamic_cast<qt::PathTarget*>(&dialog) != nullptr) {
+      // Folders are read in the background: the picture waits for them.
+      QEventLoop wait;
+      QTimer::singleShot(400, &wait, &QEventLoop::quit);
+      wait.exec();
+    }
     if (dialog.grab().save(dir + QStringLiteral("/") + name + QStringLiteral(".png"))) ++written;
     dialog.close();
   });
@@ -89,9 +97,10 @@ int RenderDialogGallery(const std::string& folder) {
     // The file dialog speaks Qt's language for the library's locale.
     name = QStringLiteral("fileOpen") + suffix;
     FileDialogRequest open;
-    open.filter = german ? u"Resource Bibliothek (*.DLL)|*.DLL|Alle Dateien (*.*)|*.*"
-                         : u"Resource Library (*.DLL)|*.DLL|All files (*.*)|*.*";
-    open.title = german ? u"Resource-DLL ausw\u00e4hlen" : u"Choose the resource DLL";
+    // The pictures taken so far are offered: "*.PNG" finds them in any case.
+    open.filter = german ? u"Bilder (*.PNG)|*.PNG|Alle Dateien (*.*)|*.*"
+                         : u"Pictures (*.PNG)|*.PNG|All files (*.*)|*.*";
+    open.title = german ? u"Bild \u00f6ffnen" : u"Open picture";
     open.flags = 4096;
     open.initial_folder = here;
     std::u16string chosen;

@@ -1,6 +1,7 @@
 #include "dialogs/qt/system_box.h"
 
 #include <QAbstractButton>
+#include <QPushButton>
 #include <algorithm>
 #include <vector>
 
