@@ -176,6 +176,16 @@ bool FileDialog::Check(const QString& file) {
 }
 
 void FileDialog::accept() {
+  // The host's users write Windows paths ("C:\Daten\a.txt"): one typed
+  // into the name field goes through the drive map first.
+  if (auto* name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
+    static const QRegularExpression kWindowsPath(QStringLiteral("^([A-Za-z]:)?\\\\"));
+    const QString typed = name->text().trimmed();
+    if (kWindowsPath.match(typed).hasMatch()) {
+      const QString linux_path = LinuxPathOf(typed);
+      if (!linux_path.isEmpty()) name->setText(linux_path);
+    }
+  }
   const QStringList files = selectedFiles();
   if (files.isEmpty()) return;
   if (folders_only_) {

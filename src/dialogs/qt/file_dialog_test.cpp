@@ -218,6 +218,20 @@ TEST_F(FileDialogTest, EachFlagIsHonoured) {
   }
 }
 
+TEST_F(FileDialogTest, AWindowsPathTypedIntoTheNameIsTakenInAnyCase) {
+  Script(R"({"text":"c:\\daten\\B.TXT","click":"&Open"}
+{"text":"\\Daten\\alt.txt","click":"&Open"}
+)");
+  std::u16string name;
+  // An owner window the platform cannot reach leaves the dialog unowned.
+  EXPECT_TRUE(lib_.tklFileDialog(u"", u"", name, 0, 4711, u"C:\\Daten"));
+  EXPECT_EQ(name, u"C:\\Daten\\b.txt");
+  // Without a drive: the current folder's. The first choice made
+  // C:\Daten the current folder, so the path lies on C:.
+  EXPECT_TRUE(lib_.tklFileDialog(u"", u"", name, 0, 0, u"C:\\Daten"));
+  EXPECT_EQ(name, u"C:\\Daten\\alt.txt");
+}
+
 TEST_F(FileDialogTest, TheCurrentFolderFollowsTheChoiceUnlessNoChangeDir) {
   const QString before = QDir::currentPath();
   Script(R"({"path":"C:\\Daten\\Sub\\x.txt","keys":["Enter"]}
