@@ -70,5 +70,38 @@ TEST(ChoosersBatchTest, ScriptedChoicesComeBackAsResultAndWrittenBackName) {
   EXPECT_EQ(log[3].value("answer").toInt(), 2);
 }
 
+// tklResource without a "ResourceDLL": the file dialog asks for the
+// library, and the chosen one is stored with "%L" for the language.
+TEST(ChoosersBatchTest, TheResourcePromptShowsTheFileDialog) {
+  TempFolder temp;
+  std::filesystem::create_directories(temp.File("c/App"));
+  std::filesystem::copy_file(std::string(NORVIK50_FIXTURE_DIR) + "/Res_DE.dll",
+                             temp.File("c/App/Res_DE.dll"));
+  std::ofstream(temp.File("script.jsonl"))
+      << R"({"path":"C:\\APP\\res_de.dll","keys":["Enter"]})" << "\n";
+  const std::string env = "QT_QPA_PLATFORM=offscreen TMPDIR=" + temp.path() +
+                          " NORVIK50_REGISTRY_DIR=" + temp.File("reg") +
+                          " NORVIK50_DRIVES=C=" + temp.File("c") +
+                          " NORVIK50_DIALOG_SCRIPT=" + temp.File("script.jsonl") +
+                          " NORVIK50_DIALOG_LOG=" + temp.File("log.jsonl");
+  std::ofstream(temp.File("in.jsonl"))
+      << R"({"id":0,"member":"tkrSetValue","args":[-2147483647,"SOFTWARE\\VANTEX\\Global","Language",1]}
+{"id":1,"member":"tklResource","args":[101,"XML"]}
+{"id":2,"member":"tkrGetValue","args":[-2147483646,"SOFTWARE\\VANTEX\\Global","ResourceDLL",""]}
+)";
+  const CommandRun run = RunCommand(env + " " NORVIK50_TOOL " batch < " + temp.File("in.jsonl"));
+  ASSERT_EQ(run.status, 0) << run.out;
+  EXPECT_NE(run.out.find(R"({"id":1,"ok":true,"result":{"vt":"String","v":"<def>"}})"),
+            std::string::npos)
+      << run.out;
+  EXPECT_NE(run.out.find(R"("v":"C:\\App\\Res_%L.dll")"), std::string::npos) << run.out;
+  const auto log = ReadDialogLog(temp.File("log.jsonl"));
+  ASSERT_EQ(log.size(), 1u);
+  EXPECT_EQ(log[0].value("form").toString(), "open");
+  EXPECT_EQ(log[0].value("prompt").toString(), "Resource Bibliothek (*.DLL)");
+  EXPECT_EQ(log[0].value("title").toString(),
+            "Definieren Sie bitte den Standort der deutschen Resource-DLL");
+}
+
 }  // namespace
 }  // namespace norvik50::qt
