@@ -164,7 +164,12 @@ bool FileDialog::Check(const QString& file) {
       !Ask(QtText("%1 already exists.\nDo you want to replace it?").arg(info.fileName()))) {
     return false;
   }
-  if ((flags_ & flag::kNoReadOnlyReturn) != 0 && !info.isWritable()) {
+  // Write-protected: no write permission for anyone (the read-only
+  // attribute, which holds for the administrator too) or none for us.
+  const bool write_protected =
+      (info.permissions() & (QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther)) == 0 ||
+      !info.isWritable();
+  if ((flags_ & flag::kNoReadOnlyReturn) != 0 && write_protected) {
     Warn((GermanLocale() ? QStringLiteral("%1\nDiese Datei ist schreibgesch\u00fctzt.\nVersuchen "
                                           "Sie es mit einem anderen Dateinamen.")
                          : QStringLiteral("%1\nThis file is set to read-only.\nTry again with a "
