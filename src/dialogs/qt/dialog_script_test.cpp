@@ -11,6 +11,7 @@
 
 #include "core/library_state.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/dialog_log_for_tests.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
 #include "testing/run_command.h"
@@ -20,21 +21,7 @@ namespace norvik50 {
 namespace {
 
 using namespace norvik50::testing;
-
-std::vector<QJsonObject> ReadLog(const std::string& path) {
-  std::vector<QJsonObject> lines;
-  std::ifstream in(path);
-  for (std::string line; std::getline(in, line);) {
-    lines.push_back(QJsonDocument::fromJson(QByteArray::fromStdString(line)).object());
-  }
-  return lines;
-}
-
-QStringList Buttons(const QJsonObject& o) {
-  QStringList list;
-  for (const QJsonValue& v : o.value("buttons").toArray()) list << v.toString();
-  return list;
-}
+using namespace norvik50::qt::testing;
 
 class DialogScriptTest : public ::testing::Test {
  protected:
@@ -82,20 +69,20 @@ TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
   // A member that fails before showing anything takes no line.
   EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 0, u"", 16), 10);
 
-  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
   ASSERT_EQ(log.size(), 7u);
   EXPECT_EQ(log[0].value("form").toString(), "frmStdMsg");
   EXPECT_EQ(log[0].value("title").toString(), "Host");
   EXPECT_EQ(log[0].value("prompt").toString(), "Weiter?");
   EXPECT_EQ(log[0].value("detail").toString(), "Details");
-  EXPECT_EQ(Buttons(log[0]), (QStringList{"&Ja", "&Nein"}));
+  EXPECT_EQ(LoggedButtons(log[0]), (QStringList{"&Ja", "&Nein"}));
   EXPECT_EQ(log[0].value("default").toInt(), 1);
   EXPECT_EQ(log[0].value("cancel").toInt(), 2);
   EXPECT_EQ(log[0].value("symbol").toInt(), 32);
   EXPECT_EQ(log[0].value("answer").toInt(), 6);
   EXPECT_EQ(log[1].value("form").toString(), "frmMsgBox");
   EXPECT_EQ(log[1].value("prompt").toString(), "Abbruch");
-  EXPECT_EQ(Buttons(log[1]), (QStringList{"&Abbrechen", "&Wiederholen", "&Ignorieren"}));
+  EXPECT_EQ(LoggedButtons(log[1]), (QStringList{"&Abbrechen", "&Wiederholen", "&Ignorieren"}));
   EXPECT_EQ(log[1].value("width").toInt(), 6000);  // the designed outer size
   EXPECT_EQ(log[1].value("height").toInt(), 2850);
   EXPECT_EQ(log[4].value("answer").toInt(), 0);
@@ -104,7 +91,7 @@ TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
 TEST_F(DialogScriptTest, SizeFromThePromptReachesTheLog) {
   Script("{\"keys\":[\"Enter\"]}\n");
   EXPECT_EQ(lib_.tklExtMsgBox(u"Text|6000|3000"), 1);
-  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
   ASSERT_EQ(log.size(), 1u);
   EXPECT_EQ(log[0].value("width").toInt(), 6000);
   EXPECT_EQ(log[0].value("height").toInt(), 3000);
@@ -124,14 +111,14 @@ TEST_F(DialogScriptTest, AnswerBoxQuestionAndChooser) {
   // A fresh base key has no language stored yet.
   EXPECT_EQ(lib_.tklLanguage(u"SOFTWARE\\Fresh"), 1);
   EXPECT_EQ(lib_.tklGetAnswer(u"p", u"d", u"t", captions), 0);
-  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
   ASSERT_EQ(log.size(), 4u);
   EXPECT_EQ(log[0].value("form").toString(), "frmAnswer");
   EXPECT_EQ(log[0].value("title").toString(), "Benutzereingabe notwendig");
   EXPECT_EQ(log[1].value("form").toString(), "system");
   EXPECT_EQ(log[1].value("default").toInt(), 2);
   // Qt's own captions, translated for the German locale.
-  EXPECT_EQ(Buttons(log[1]), (QStringList{"&Ja", "&Nein"}));
+  EXPECT_EQ(LoggedButtons(log[1]), (QStringList{"&Ja", "&Nein"}));
   EXPECT_EQ(log[2].value("form").toString(), "frmChooseLang");
   EXPECT_EQ(log[2].value("title").toString(), "Choose language");
 }
@@ -157,9 +144,9 @@ TEST(DialogBatchTest, BatchActsOutTheScriptAndLogsEachDialog) {
       << run.out;
   EXPECT_NE(run.out.find(R"({"id":2,"ok":true,"result":{"vt":"Long","v":1})"), std::string::npos);
   EXPECT_NE(run.out.find(R"({"id":3,"ok":true,"result":{"vt":"Long","v":10})"), std::string::npos);
-  const auto log = ReadLog(temp.File("log.jsonl"));
+  const auto log = ReadDialogLog(temp.File("log.jsonl"));
   ASSERT_EQ(log.size(), 2u);
-  EXPECT_EQ(Buttons(log[0]), (QStringList{"&Yes", "&No"}));
+  EXPECT_EQ(LoggedButtons(log[0]), (QStringList{"&Yes", "&No"}));
   EXPECT_EQ(log[0].value("answer").toInt(), 7);
   EXPECT_EQ(log[1].value("prompt").toString(), "Saved");
   EXPECT_EQ(log[1].value("answer").toInt(), 1);
@@ -167,7 +154,7 @@ TEST(DialogBatchTest, BatchActsOutTheScriptAndLogsEachDialog) {
   // --headless: nothing is shown, the box answers as failed.
   const CommandRun headless = RunCommand(env + " " NORVIK50_TOOL " call --headless tklMsgBox a b");
   EXPECT_EQ(headless.out, "10\n");
-  EXPECT_EQ(ReadLog(temp.File("log.jsonl")).size(), 2u);
+  EXPECT_EQ(ReadDialogLog(temp.File("log.jsonl")).size(), 2u);
 }
 
 }  // namespace

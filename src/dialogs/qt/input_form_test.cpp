@@ -11,6 +11,7 @@
 #include "core/library_state.h"
 #include "dialogs/input_request.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/dialog_log_for_tests.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "norvik50/lib.h"
@@ -22,6 +23,7 @@ namespace norvik50::qt {
 namespace {
 
 using namespace norvik50::testing;
+using namespace norvik50::qt::testing;
 
 // Shows the form, runs `act` once it is up, closes it by its close box if
 // it is still open, and returns the answer.
@@ -100,15 +102,6 @@ TEST_F(InputFormTest, LayoutKeepsNineSpareRowsBelowTheBoxAndFitsLongPrompts) {
   }
 }
 
-std::vector<QJsonObject> ReadLog(const std::string& path) {
-  std::vector<QJsonObject> lines;
-  std::ifstream in(path);
-  for (std::string line; std::getline(in, line);) {
-    lines.push_back(QJsonDocument::fromJson(QByteArray::fromStdString(line)).object());
-  }
-  return lines;
-}
-
 class InputScriptTest : public ::testing::Test {
  protected:
   InputScriptTest() {
@@ -162,7 +155,7 @@ TEST_F(InputScriptTest, TheMembersTakeTypedTextAndLogTheForm) {
   EXPECT_EQ(lib_.tklInputValue(u"p", u"t", kept, u"d"), 2);
   EXPECT_EQ(kept.as_string(), u"alt");
 
-  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
   ASSERT_EQ(log.size(), 6u);
   EXPECT_EQ(log[0].value("form").toString(), "frmInput");
   EXPECT_EQ(log[0].value("title").toString(), "Kunde");
@@ -184,7 +177,7 @@ TEST_F(InputScriptTest, EnglishCaptionsForEnglish) {
   Script("{\"click\":\"Cancel\"}\n");
   Variant value(u"v");
   EXPECT_EQ(lib_.tklInputValue(u"p", u"t", value), 2);
-  const auto log = ReadLog(temp_.File("dialogs.jsonl"));
+  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
   ASSERT_EQ(log.size(), 1u);
   EXPECT_EQ(log[0].value("buttons").toVariant().toStringList(), (QStringList{"OK", "Cancel"}));
   EXPECT_EQ(log[0].value("value").toString(), "");
