@@ -13,8 +13,8 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <map>
 
+#include "best_time_reporter.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
 
@@ -79,15 +79,6 @@ void BM_QMessageBoxToFirstPaint(benchmark::State& state) {
 }
 BENCHMARK(BM_QMessageBoxToFirstPaint)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  std::map<std::string, double> ms;
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& r : runs) ms[r.benchmark_name()] = r.GetAdjustedRealTime();
-    ConsoleReporter::ReportRuns(runs);
-  }
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -115,15 +106,13 @@ int main(int argc, char** argv) {
   std::printf("first tklMsgBox, Qt started inside: %.1f ms\n",
               std::chrono::duration<double, std::milli>(Paint().painted - start).count());
   benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
+  norvik50::bench::BestTimeReporter reporter(norvik50::bench::BestTimeReporter::Clock::kReal);
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  const auto& t = reporter.ms;
-  const char* a = "BM_tklMsgBoxToFirstPaint/manual_time";
-  const char* b = "BM_QMessageBoxToFirstPaint/manual_time";
-  if (t.count(a) && t.count(b) && t.at(b) > 0) {
+  const char* a = "BM_tklMsgBoxToFirstPaint";
+  if (const double ratio = reporter.Ratio(a, "BM_QMessageBoxToFirstPaint"); ratio > 0) {
     std::printf(
         "\nRatio (real time)\n%-28s / %-28s = %5.2f (target <= 1.5); %.2f ms (target < 30)\n",
-        "tklMsgBox", "QMessageBox", t.at(a) / t.at(b), t.at(a));
+        "tklMsgBox", "QMessageBox", ratio, reporter.Ns(a) / 1e6);
   }
   std::error_code ignored;
   std::filesystem::remove_all(pattern, ignored);

@@ -22,6 +22,7 @@
 #include <random>
 #include <string>
 
+#include "best_time_reporter.h"
 #include "codecs/lzw.h"
 #include "codecs/lzw_text.h"
 #include "norvik50/encoding.h"
@@ -278,37 +279,18 @@ NORVIK50_LZW_BENCH(BM_ZlibUncompress);
 NORVIK50_LZW_BENCH(BM_MemberDeflate);
 NORVIK50_LZW_BENCH(BM_MemberInflate);
 
-// Keeps the best time per iteration of each benchmark over its repetitions.
-class BestOf : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-      const std::string name = run.run_name.function_name + "/" +
-                               run.run_name.args.substr(run.run_name.args.find(':') + 1);
-      const double seconds = run.GetAdjustedCPUTime() / 1e3;  // reported in ms
-      auto [it, fresh] = best_.emplace(name, seconds);
-      if (!fresh) it->second = std::min(it->second, seconds);
-    }
-  }
-  double Seconds(const std::string& name) const {
-    const auto it = best_.find(name);
-    return it == best_.end() ? 0.0 : it->second;
-  }
-  // MB/s (10^6 bytes of uncompressed data per second).
-  double MBps(const std::string& name) const {
-    const auto it = best_.find(name);
-    return it == best_.end() ? 0.0 : kCorpusSize / it->second / 1e6;
-  }
+using norvik50::bench::BestTimeReporter;
 
- private:
-  std::map<std::string, double> best_;
-};
+// MB/s (10^6 bytes of uncompressed data per second) of a benchmark over the
+// corpus; 0 when it did not run.
+double MBps(const BestTimeReporter& r, const std::string& name) {
+  const double ns = r.Ns(name);
+  return ns == 0.0 ? 0.0 : kCorpusSize / ns * 1e3;
+}
 
-void PrintScale(const BestOf& r) {
-  const double small = r.Seconds("BM_LzwInflateScale/10");
-  const double large = r.Seconds("BM_LzwInflateScale/100");
+void PrintScale(const BestTimeReporter& r) {
+  const double small = r.Ns("BM_LzwInflateScale/10") / 1e9;
+  const double large = r.Ns("BM_LzwInflateScale/100") / 1e9;
   if (small == 0.0 || large == 0.0) return;
   std::printf("\n== INFLATE of 10 MB and 100 MB of business text, best of 3 in CPU time ==\n");
   for (int64_t mb : {10, 100}) {
@@ -325,9 +307,9 @@ void PrintScale(const BestOf& r) {
       large / small);
 }
 
-void PrintSummary(const BestOf& r) {
+void PrintSummary(const BestTimeReporter& r) {
   for (int corpus : {0, 1}) {
-    auto mbps = [&](const char* fn) { return r.MBps(Key(fn, corpus)); };
+    auto mbps = [&](const char* fn) { return MBps(r, Key(fn, corpus)); };
     auto size = [&](const char* fn) { return g_sizes[Key(fn, corpus)]; };
     const double deflate = mbps("BM_LzwDeflate"), zlib1 = mbps("BM_ZlibCompress1");
     const double inflate = mbps("BM_LzwInflate"), unzlib = mbps("BM_ZlibUncompress");
@@ -360,7 +342,7 @@ int main(int argc, char** argv) {
   mallopt(M_MMAP_THRESHOLD, 1 << 20);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  BestOf reporter;
+  BestTimeReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   PrintSummary(reporter);
   PrintScale(reporter);

@@ -19,11 +19,11 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "best_time_reporter.h"
 #include "conversion_anchors.h"
 #include "norvik50/locale.h"
 #include "norvik50/variant.h"
@@ -310,37 +310,24 @@ NORVIK50_NUMERIC_BENCH(BM_ConvertToDate)->ArgName("german")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_DoubleTextAnchor);
 NORVIK50_NUMERIC_BENCH(BM_ConvertToString);
 
-// Keeps the best time of each benchmark over its repetitions.
-class BestOf : public benchmark::ConsoleReporter {
+// The best time per item of each benchmark over its repetitions, in
+// nanoseconds (a pass converts kCount items).
+class PerItem {
  public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-      std::string name = run.run_name.function_name;
-      if (!run.run_name.args.empty()) {
-        name += "/" + run.run_name.args.substr(run.run_name.args.find(':') + 1);
-      }
-      const double ns_per_item = run.GetAdjustedRealTime() * 1e6 / kCount;  // ms per pass
-      auto [it, fresh] = best_.emplace(name, ns_per_item);
-      if (!fresh) it->second = std::min(it->second, ns_per_item);
-    }
-  }
-  double Ns(const std::string& name) const {
-    const auto it = best_.find(name);
-    return it == best_.end() ? 0.0 : it->second;
-  }
+  explicit PerItem(const norvik50::bench::BestTimeReporter& r) : r_(r) {}
+  double Ns(const std::string& name) const { return r_.Ns(name) / kCount; }
 
  private:
-  std::map<std::string, double> best_;
+  const norvik50::bench::BestTimeReporter& r_;
 };
 
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  BestOf reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
+  norvik50::bench::BestTimeReporter best(norvik50::bench::BestTimeReporter::Clock::kReal);
+  benchmark::RunSpecifiedBenchmarks(&best);
+  const PerItem reporter(best);
   const double from_chars = reporter.Ns("BM_FromChars");
   const double snprintf_ns = reporter.Ns("BM_Snprintf");
   std::printf("\nSummary (best of repetitions, ns per item; ratio to the anchor)\n");

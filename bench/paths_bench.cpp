@@ -17,9 +17,9 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <string>
 
+#include "best_time_reporter.h"
 #include "core/paths.h"
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
@@ -90,35 +90,12 @@ NORVIK50_PATHS_BENCH(BM_ExactSpelling, Arg(10));
 NORVIK50_PATHS_BENCH(BM_OtherCase, Arg(10)->Arg(100)->Arg(1000)->Arg(10000));
 NORVIK50_PATHS_BENCH(BM_MissingFile, Arg(10)->Arg(100)->Arg(1000)->Arg(10000));
 
-// Keeps the best CPU time per call of each benchmark over its repetitions.
-class BestOf : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-      const std::string name = run.run_name.function_name + "/" +
-                               run.run_name.args.substr(run.run_name.args.find(':') + 1);
-      const double ns = run.GetAdjustedCPUTime();
-      auto [it, fresh] = best_.emplace(name, ns);
-      if (!fresh) it->second = std::min(it->second, ns);
-    }
-  }
-  double Ns(const std::string& name) const {
-    const auto it = best_.find(name);
-    return it == best_.end() ? 0.0 : it->second;
-  }
-
- private:
-  std::map<std::string, double> best_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  BestOf r;
+  norvik50::bench::BestTimeReporter r;
   benchmark::RunSpecifiedBenchmarks(&r);
   const double former = r.Ns("BM_FormerMapping/10"), exact = r.Ns("BM_ExactSpelling/10");
   std::printf("\n== tklFileExists, best of 5 in CPU time ==\n");

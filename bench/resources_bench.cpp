@@ -15,10 +15,10 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <pugixml.hpp>
 #include <string>
 
+#include "best_time_reporter.h"
 #include "core/library_state.h"
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
@@ -96,18 +96,6 @@ void BM_PugiPrecompiledSelect(benchmark::State& state) {
 }
 BENCHMARK(BM_PugiPrecompiledSelect);
 
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  std::map<std::string, double> ns;
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& r : runs) {
-      ns[r.benchmark_name()] =
-          r.GetAdjustedCPUTime() * (r.time_unit == benchmark::kMicrosecond ? 1e3 : 1.0);
-    }
-    ConsoleReporter::ReportRuns(runs);
-  }
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -118,12 +106,11 @@ int main(int argc, char** argv) {
   setenv("TMPDIR", pattern, 1);
   PlaceLibraries();
   benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
+  norvik50::bench::BestTimeReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  const auto& t = reporter.ns;
   auto ratio = [&](const char* a, const char* b, double target) {
-    if (t.count(a) && t.count(b) && t.at(b) > 0) {
-      std::printf("%-20s / %-26s = %6.2f (target <= %.1f)\n", a, b, t.at(a) / t.at(b), target);
+    if (const double r = reporter.Ratio(a, b); r > 0) {
+      std::printf("%-20s / %-26s = %6.2f (target <= %.1f)\n", a, b, r, target);
     }
   };
   std::printf("\nRatios (CPU time)\n");

@@ -26,9 +26,9 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <string>
 
+#include "best_time_reporter.h"
 #include "norvik50/encoding.h"
 #include "norvik50/lib.h"
 #include "settings/reg_file.h"
@@ -244,21 +244,6 @@ void BM_SubKeyWalkDescending(benchmark::State& state) {
 }
 BENCHMARK(BM_SubKeyWalkDescending)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
-// Keeps each benchmark's time per iteration for the ratios at the end.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  std::map<std::string, double> ns;
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& r : runs) {
-      ns[r.benchmark_name()] =
-          r.GetAdjustedRealTime() * (r.time_unit == benchmark::kMillisecond   ? 1e6
-                                     : r.time_unit == benchmark::kMicrosecond ? 1e3
-                                                                              : 1.0);
-    }
-    ConsoleReporter::ReportRuns(runs);
-  }
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -268,12 +253,11 @@ int main(int argc, char** argv) {
   setenv("NORVIK50_REGISTRY_DIR", pattern, 1);
   setenv("TMPDIR", pattern, 1);
   benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
+  norvik50::bench::BestTimeReporter reporter(norvik50::bench::BestTimeReporter::Clock::kReal);
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  const auto& t = reporter.ns;
   auto ratio = [&](const char* a, const char* b) {
-    if (t.count(a) && t.count(b) && t.at(b) > 0) {
-      std::printf("%-34s / %-28s = %8.2f\n", a, b, t.at(a) / t.at(b));
+    if (const double r = reporter.Ratio(a, b); r > 0) {
+      std::printf("%-34s / %-28s = %8.2f\n", a, b, r);
     }
   };
   std::printf("\nRatios (targets: read <= 1.5; write <= 1.2)\n");

@@ -15,11 +15,11 @@
 #include <map>
 #include <memory>
 #include <random>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "best_time_reporter.h"
 #include "norvik50/locale.h"
 #include "norvik50/variant.h"
 #include "text/bubble_sort.h"
@@ -292,37 +292,13 @@ TEXT_BENCH(BM_MidLet);
 TEXT_BENCH(BM_IsInList);
 TEXT_BENCH(BM_BubbleSort);
 
-// Keeps each run's CPU time per iteration (microseconds) by name,
-// "BM_X/1". CPU time rather than wall time: the figures should not depend
-// on what else the machine runs.
-class CollectingReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      // With repetitions the median stands for the benchmark.
-      const std::string name = run.run_name.str();
-      if (run.run_type == Run::RT_Aggregate) {
-        if (run.aggregate_name == "median") {
-          times_[name] = run.GetAdjustedCPUTime();
-          medians_.insert(name);
-        }
-      } else if (medians_.count(name) == 0) {
-        times_[name] = run.GetAdjustedCPUTime();
-      }
-    }
-  }
-  double Time(const std::string& name, int scale) const {
-    const auto it = times_.find(name + "/" + std::to_string(scale));
-    return it == times_.end() ? 0.0 : it->second;
-  }
+// CPU time per call in microseconds of `name` at `scale` (1x or 10x the
+// text); the runs report aggregates only, so this is the median of five.
+double Micros(const norvik50::bench::BestTimeReporter& r, const std::string& name, int scale) {
+  return r.Ns(name + "/" + std::to_string(scale)) / 1e3;
+}
 
- private:
-  std::map<std::string, double> times_;
-  std::set<std::string> medians_;
-};
-
-void PrintSummary(const CollectingReporter& r) {
+void PrintSummary(const norvik50::bench::BestTimeReporter& r) {
   struct Row {
     const char* member;
     const char* bench;
@@ -357,9 +333,9 @@ void PrintSummary(const CollectingReporter& r) {
   std::printf("%-40s %10s %10s %8s %10s %8s  %s\n", "member", "1x", "10x", "10x/1x", "anchor 1x",
               "ratio", "target");
   for (const Row& row : rows) {
-    const double one = r.Time(row.bench, 1);
-    const double ten = r.Time(row.bench, 10);
-    const double anchor = row.anchor != nullptr ? r.Time(row.anchor, 1) : 0.0;
+    const double one = Micros(r, row.bench, 1);
+    const double ten = Micros(r, row.bench, 10);
+    const double anchor = row.anchor != nullptr ? Micros(r, row.anchor, 1) : 0.0;
     std::printf("%-40s %10.1f %10.1f %7.2fx", row.member, one, ten, one > 0 ? ten / one : 0.0);
     if (anchor > 0) {
       std::printf(" %10.1f %7.2fx", anchor, one / anchor);
@@ -386,7 +362,7 @@ int main(int argc, char** argv) {
   argv = args.data();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  CollectingReporter reporter;
+  norvik50::bench::BestTimeReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   PrintSummary(reporter);
   benchmark::Shutdown();

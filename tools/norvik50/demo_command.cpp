@@ -17,6 +17,7 @@
 #include "norvik50/host.h"
 #include "norvik50/locale.h"
 #include "numeric/format.h"
+#include "variant_literal.h"
 
 namespace norvik50::cli {
 namespace {

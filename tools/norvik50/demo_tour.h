@@ -33,10 +33,6 @@ void Note(std::string_view text);
 // failed call prints its error. Returns the result, if any.
 std::optional<Variant> ShowCall(Tour& tour, std::string_view member, std::vector<Variant> args);
 
-// A value as a person reads it: "text" quoted, numbers with ".", True and
-// False, Array(...), typFileInfo{lpDrive: "C", ...}.
-std::string Literal(const Variant& value);
-
 // Bytes as hexadecimal pairs: "01 00 41".
 std::string HexBytes(std::string_view bytes);
 

@@ -1,10 +1,10 @@
 #include "member_description.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 
 #include "norvik50/encoding.h"
+#include "variant_literal.h"
 
 namespace norvik50::cli {
 namespace {
@@ -28,43 +28,11 @@ std::string NameOf(const MemberInfo& member) {
 std::string ParamText(const ParamInfo& param) {
   std::string text = (param.by_ref ? "ref " : "") + param.name + ": " + TypeText(param);
   if (!param.optional) return text;
-  if (param.default_value) text += " = " + DefaultText(*param.default_value);
+  if (param.default_value) text += " = " + Literal(*param.default_value);
   return "[" + text + "]";
 }
 
-template <typename Number>
-std::string Shortest(Number value) {
-  char buffer[32];
-  const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, value);
-  return std::string(buffer, end);
-}
-
 }  // namespace
-
-std::string DefaultText(const Variant& value) {
-  switch (value.type()) {
-    case VarType::kEmpty:
-      return "Empty";
-    case VarType::kNull:
-      return "Null";
-    case VarType::kString:
-      return "\"" + ToUtf8(value.as_string()) + "\"";
-    case VarType::kBoolean:
-      return value.as_boolean() != 0 ? "True" : "False";
-    case VarType::kInteger:
-      return std::to_string(value.as_integer());
-    case VarType::kLong:
-      return std::to_string(value.as_long());
-    case VarType::kByte:
-      return std::to_string(value.as_byte());
-    case VarType::kSingle:
-      return Shortest(value.as_single());
-    case VarType::kDouble:
-      return Shortest(value.as_double());
-    default:
-      return ToUtf8(VarTypeName(value.type()));
-  }
-}
 
 std::string MemberSignature(const MemberInfo& member) {
   std::string text = NameOf(member) + "(";
@@ -107,7 +75,7 @@ std::string MemberDetails(const MemberInfo& member) {
     const ParamInfo& param = member.params[i];
     std::string passed = param.by_ref ? "by reference" : "by value";
     if (param.optional) {
-      passed += param.default_value ? ", optional, default " + DefaultText(*param.default_value)
+      passed += param.default_value ? ", optional, default " + Literal(*param.default_value)
                                     : ", optional, missing when left out";
     }
     std::snprintf(line, sizeof line, "  %-3zu %-*s  %-*s  ", i, static_cast<int>(name_width),

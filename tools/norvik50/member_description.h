@@ -29,9 +29,6 @@ std::string MemberDetails(const MemberInfo& member);
 // them for an empty pattern), sorted by name, get before let.
 std::vector<const MemberInfo*> MatchingMembers(std::string_view pattern);
 
-// How a default value reads: "\"\"", "True", "-1", "0.5".
-std::string DefaultText(const Variant& value);
-
 }  // namespace norvik50::cli
 
 #endif  // NORVIK50_TOOLS_NORVIK50_MEMBER_DESCRIPTION_H_
