@@ -127,6 +127,32 @@ struct FileDialogRequest {
   int64_t owner_window = 0;       // the host's window id; 0 for the active window
 };
 
+// The progress window (frmMessage) as tklSendMessage, tklHideMessage and
+// tklClearMessage leave it. The library applies every rule of the members;
+// a user interface only shows this state.
+struct MessageWindowState {
+  std::u16string title;
+  std::u16string prompt;  // rich-text source "{\qc ...}"; "" until the first prompt
+  bool counter_visible = false;
+  int32_t counter_min = 0;
+  int32_t counter_max = 100;
+  int32_t counter_value = 0;
+  int32_t width_twips = 6000;  // outer size
+  int32_t height_twips = 1950;
+  int32_t message_top_twips = 120;  // top of the message area in the client area
+  bool visible = false;
+  // What this call changed, so the window redraws no more than it must:
+  // `showing` for a window that was not visible (the UI places it, takes
+  // `owner` and `top_most`; a visible window stays where the user put it),
+  // `resized` when the caller's size differs from the window's, and
+  // `message_moved` when the message top differs.
+  bool showing = false;
+  bool resized = false;
+  bool message_moved = false;
+  int64_t owner = 0;  // the host's window (an X11 window id); 0: the UI's own choice
+  bool top_most = true;
+};
+
 // The input form's request for the members' arguments, exactly as
 // tklInputValue (masked false) and tklInputCode (masked true) build it:
 // `title` "08|Word" gives at most 8 characters and the caption "Word";
@@ -215,6 +241,18 @@ class NORVIK50_EXPORT UserInterface {
   // was chosen; false (filename unchanged) when cancelled or not shown.
   // The default cancels.
   virtual bool ShowFileDialog(const FileDialogRequest& request, std::u16string& filename);
+  // Shows the progress window in `state` (creating it when needed) or
+  // hides it when `state.visible` is false. Never blocks. The default
+  // shows nothing.
+  virtual void UpdateMessageWindow(const MessageWindowState& state);
+  // Destroys the progress window; nothing when there is none (the default).
+  virtual void UnloadMessageWindow();
+  // The progress window's outer size now, in twips (the user may have
+  // resized it); false when there is no window (the default).
+  virtual bool MessageWindowSize(int32_t& width_twips, int32_t& height_twips);
+  // Processes the window events that are pending and returns; the default
+  // (headless) has none.
+  virtual void ProcessEvents();
 };
 
 // The headless implementation (the default).

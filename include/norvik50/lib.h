@@ -448,6 +448,48 @@ class NORVIK50_EXPORT LIB {
                      std::u16string& sFilename, int32_t lFlags = 0, int32_t lHWndParent = 0,
                      std::u16string_view sInitDir = u"", bool bOpen = true);
 
+  // The progress message window (frmMessage), one for the process. Opens
+  // it or changes it; every argument is optional and a missing one
+  // leaves its property alone. Title: the caption (when missing on a
+  // window that is not visible, the application title). Prompt: the
+  // message as rich text, shown centred ("{\qc " + text + "}"); Empty,
+  // Null, "" and 0 keep the old message. ShowCounter: the bar shows
+  // exactly when it equals True. Sizes and the message top in twips,
+  // taken when they differ from the window's. MaxCount becomes the
+  // maximum when above the minimum; CurCount the bar's value, raising the
+  // maximum when past it; both receive their values as Longs. A window
+  // that is not visible is shown, owned by the window ParentHwnd (an X11
+  // window id; 0 for the active window) and top-most unless
+  // OpenAsTopMost is false; a visible one stays where the user put it.
+  // Pending window events are processed unless NoEvents. Never raises: a
+  // value that cannot be read skips its step.
+  void tklSendMessage(const std::optional<Variant>& Prompt = std::nullopt,
+                      const std::optional<Variant>& Title = std::nullopt,
+                      const std::optional<Variant>& ShowCounter = std::nullopt,
+                      Variant* CurCount = nullptr, Variant* MaxCount = nullptr,
+                      int32_t ParentHwnd = 0,
+                      const std::optional<Variant>& WidthInTwips = std::nullopt,
+                      const std::optional<Variant>& HeightInTwips = std::nullopt,
+                      const std::optional<Variant>& MsgTopInTwips = std::nullopt,
+                      bool NoEvents = false, bool OpenAsTopMost = true);
+  // Hides the progress window, keeping its text and counter for the next
+  // tklSendMessage; nothing when it is not loaded.
+  void tklHideMessage();
+  // Unloads the progress window: the next tklSendMessage starts from the
+  // designed form. Nothing when it is not loaded.
+  void tklClearMessage();
+  // Sets the "MousePointer" of oSource (a MousePointerControl) to 11, the
+  // hourglass, for True and to 0 for False, then processes pending events
+  // until the object reports it. Nothing for Nothing or any other object;
+  // never raises.
+  void tklShowWait(const std::shared_ptr<HostObject>& oSource, bool value);
+  // Waits lMilliSeconds. Inactive: the thread sleeps, processing nothing
+  // (no wait for 0 or less). Active: processes pending window events until
+  // the seconds since midnight exceed the start + lMilliSeconds / 1000 in
+  // single precision; a wait that spans midnight lasts until the clock
+  // passes that value on the next day.
+  void tklWait(int32_t lMilliSeconds, bool bIsActive = true);
+
   // ---- State shared with the member families ----------------------------
 
   // The object's current log file name ("nvk50err" after creation).

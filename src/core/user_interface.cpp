@@ -49,6 +49,14 @@ std::u16string UserInterface::BrowseForFolder(std::u16string_view) { return u"";
 
 bool UserInterface::ShowFileDialog(const FileDialogRequest&, std::u16string&) { return false; }
 
+void UserInterface::UpdateMessageWindow(const MessageWindowState&) {}
+
+void UserInterface::UnloadMessageWindow() {}
+
+bool UserInterface::MessageWindowSize(int32_t&, int32_t&) { return false; }
+
+void UserInterface::ProcessEvents() {}
+
 std::shared_ptr<UserInterface> HeadlessUserInterface() {
   static const auto headless = std::make_shared<HeadlessUi>();
   return headless;

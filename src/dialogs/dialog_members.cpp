@@ -106,6 +106,50 @@ void RegisterDialogMembers(MemberTable& table) {
                      if (chosen) WriteBack(a, 2, Variant(filename));
                      return Variant(chosen);
                    }));
+  // Every argument may be missing (it leaves its property alone); the
+  // counters come back as the Longs the bar took.
+  table.Add(Method(
+      "tklSendMessage",
+      {OptMissing("Prompt", V, true), OptMissing("Title", V, true),
+       OptMissing("ShowCounter", V, true), OptMissing("CurCount", V, true),
+       OptMissing("MaxCount", V, true), Opt("ParentHwnd", L, Variant(int32_t{0}), true),
+       OptMissing("WidthInTwips", V, true), OptMissing("HeightInTwips", V, true),
+       OptMissing("MsgTopInTwips", V, true), Opt("NoEvents", B, Variant(false), true),
+       Opt("OpenAsTopMost", B, Variant(true), true)},
+      kNone, [](LIB& lib, CallArgs& a) {
+        const auto given = [&a](std::size_t i) {
+          return a.has(i) ? std::optional<Variant>(a[i]) : std::nullopt;
+        };
+        std::optional<Variant> cur = given(3);
+        std::optional<Variant> max = given(4);
+        lib.tklSendMessage(given(0), given(1), given(2), cur ? &*cur : nullptr,
+                           max ? &*max : nullptr, a.i32(5), given(6), given(7), given(8),
+                           a.flag(9), a.flag(10));
+        // A counter that could not be read stays as the caller gave it.
+        if (cur && cur->type() == VarType::kLong) WriteBack(a, 3, std::move(*cur));
+        if (max && max->type() == VarType::kLong) WriteBack(a, 4, std::move(*max));
+        return Variant();
+      }));
+  table.Add(Method("tklHideMessage", {}, kNone, [](LIB& lib, CallArgs&) {
+    lib.tklHideMessage();
+    return Variant();
+  }));
+  table.Add(Method("tklClearMessage", {}, kNone, [](LIB& lib, CallArgs&) {
+    lib.tklClearMessage();
+    return Variant();
+  }));
+  // The object comes back so a caller by name sees the pointer it took.
+  table.Add(Let("tklShowWait", {Ref("oSource", O), In("value", B)}, [](LIB& lib, CallArgs& a) {
+    lib.tklShowWait(a[0].as_object(), a.flag(1));
+    WriteBack(a, 0, a[0]);
+    return Variant();
+  }));
+  table.Add(Method("tklWait",
+                   {In("lMilliSeconds", L), Opt("bIsActive", B, Variant(true), true)}, kNone,
+                   [](LIB& lib, CallArgs& a) {
+                     lib.tklWait(a.i32(0), a.flag(1));
+                     return Variant();
+                   }));
   table.Add(
       Method("tklGetAnswer", {In("Prompt", S), In("Detail", S), In("Title", S), Ref("Buttons", A)},
              I, [](LIB& lib, CallArgs& a) {
