@@ -21,6 +21,7 @@
 #include "norvik50/export.h"
 #include "norvik50/host.h"
 #include "norvik50/host_controls.h"
+#include "norvik50/mouse_pointer.h"
 #include "norvik50/text_control.h"
 
 class QWidget;
@@ -92,6 +93,13 @@ NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QComboBox* combo);
 // host added to the host. Not owned, as the lists.
 NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabBar* bar);
 NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
+
+// A host's widget as the object of tklShowWait: its MousePointer is the
+// widget's cursor (0 none of its own, 11 the wait cursor, and the other
+// standard pointers 1..15 as Qt's matching shapes); a pointer without one
+// (99, custom) raises 5. Once the widget is destroyed, it reads 0 and
+// ignores changes.
+NORVIK50_EXPORT std::shared_ptr<MousePointerControl> QtMousePointer(QWidget* widget);
 
 // Renders every dialog form in German and English to PNG files in
 // `folder` (created when missing). Returns the number of files written.

@@ -159,7 +159,7 @@ void ActOut(QDialog& dialog, const QJsonObject& line) {
   if (alive && alive->isVisible() && line.value(QStringLiteral("close")).toBool()) dialog.close();
 }
 
-void AppendToLog(const DialogFacts& f, const QDialog& dialog, int answer) {
+void AppendToLog(const DialogFacts& f, const QWidget& dialog, int answer) {
   const QByteArray path = qgetenv("NORVIK50_DIALOG_LOG");
   if (path.isEmpty()) return;
   QJsonObject o;
@@ -172,6 +172,12 @@ void AppendToLog(const DialogFacts& f, const QDialog& dialog, int answer) {
   o[QStringLiteral("cancel")] = f.cancel_button;
   o[QStringLiteral("symbol")] = f.symbol;
   if (f.has_value) o[QStringLiteral("value")] = f.value;
+  if (!f.event.isEmpty()) o[QStringLiteral("event")] = f.event;
+  if (f.has_counter) {
+    o[QStringLiteral("counterVisible")] = f.counter_visible;
+    o[QStringLiteral("counter")] = f.counter_value;
+    o[QStringLiteral("counterMax")] = f.counter_max;
+  }
   // The outer size: the client area plus the classic frame.
   o[QStringLiteral("width")] = (dialog.width() + 2 * kSizingFrame) * kTwipsPerPixel;
   o[QStringLiteral("height")] =
@@ -196,6 +202,10 @@ void RunModal(QDialog& dialog, const std::function<DialogFacts()>& facts,
   });
   dialog.exec();
   AppendToLog(facts(), dialog, answer());
+}
+
+void LogWindow(const DialogFacts& facts, const QWidget& window, int answer) {
+  AppendToLog(facts, window, answer);
 }
 
 void SetShownHook(ShownHook hook) { Hook() = std::move(hook); }

@@ -25,6 +25,12 @@ struct DialogFacts {
   // Forms with a text box: the text it shows when the form closes.
   QString value;
   bool has_value = false;
+  // The progress window: what happened to it and its counter bar.
+  QString event;  // "shown", "hidden", "unloaded"
+  bool has_counter = false;
+  bool counter_visible = false;
+  int counter_value = 0;
+  int counter_max = 0;
 };
 
 // A form the dialog script can point at paths (the "path" of a script
@@ -53,6 +59,10 @@ inline constexpr int kTwipsPerPixel = 15;
 // `answer` is what the member returns; both go to the dialog log.
 void RunModal(QDialog& dialog, const std::function<DialogFacts()>& facts,
               const std::function<int()>& answer);
+
+// Appends one line for a window that is not run modally (the progress
+// window) to the dialog log; `answer` is what the log records as such.
+void LogWindow(const DialogFacts& facts, const QWidget& window, int answer);
 
 // Called with each dialog once it is shown, before any scripted action.
 using ShownHook = std::function<void(QDialog&)>;

@@ -1,4 +1,5 @@
 // The dialog gallery: every form in German and English as PNG pictures.
+#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QPixmap>
@@ -7,6 +8,7 @@
 #include "dialogs/input_request.h"
 #include "dialogs/message_buttons.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "norvik50/locale.h"
 #include "norvik50/qt_dialogs.h"
@@ -29,6 +31,23 @@ MessageBoxRequest Request(std::u16string form, std::u16string title, std::u16str
   r.detail = std::move(detail);
   FillButtons(r, style, language);
   return r;
+}
+
+// The progress window is not modal: it is shown, drawn and taken at once.
+bool SaveProgressWindow(const QString& file, bool german) {
+  qt::ProgressForm form;
+  MessageWindowState state;
+  state.title = u"norvik50";
+  state.prompt = german ? u"{\\qc Rechnungen werden gebucht \\'85\\par Beleg {\\b 37} von 120}"
+                        : u"{\\qc Posting invoices \\'85\\par Document {\\b 37} of 120}";
+  state.counter_visible = true;
+  state.counter_max = 120;
+  state.counter_value = 37;
+  state.visible = true;
+  state.showing = true;
+  form.Apply(state);
+  QCoreApplication::processEvents();
+  return form.grab().save(file);
 }
 
 }  // namespace
@@ -85,6 +104,10 @@ int RenderDialogGallery(const std::string& folder) {
                                    german ? u"08|Kunde" : u"08|Customer", Variant(u"1"), u"K-1017",
                                    false, lang.id),
                   typed);
+    if (SaveProgressWindow(dir + QStringLiteral("/frmMessage") + suffix + QStringLiteral(".png"),
+                           german)) {
+      ++written;
+    }
     name = QStringLiteral("system") + suffix;
     // The system box speaks the library locale's language.
     SetCurrentLocale(lang.qt_locale);

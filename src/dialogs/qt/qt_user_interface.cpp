@@ -1,6 +1,7 @@
 // The Qt user interface: each seam call builds its form, runs it modally
 // through the dialog driver and answers what the form holds.
 #include <QApplication>
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -14,6 +15,7 @@
 #include "dialogs/qt/file_dialog.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/message_form.h"
+#include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/system_box.h"
 #include "dialogs/qt/zoom_form.h"
@@ -29,6 +31,7 @@ QString ToQ(std::u16string_view text) {
 class QtUi final : public UserInterface {
  public:
   explicit QtUi(QWidget* owner) : owner_(owner) {}
+  ~QtUi() override { delete progress_.data(); }
 
   int32_t ShowMessageBox(const MessageBoxRequest& request) override {
     qt::EnsureApplication();
@@ -130,8 +133,43 @@ class QtUi final : public UserInterface {
     return true;
   }
 
+  void UpdateMessageWindow(const MessageWindowState& state) override {
+    if (!progress_) {
+      if (!state.visible) return;
+      qt::EnsureApplication();
+      progress_ = new qt::ProgressForm();
+    }
+    const bool was_visible = progress_->isVisible();
+    progress_->Apply(state);
+    if (progress_->isVisible() != was_visible) LogProgress(was_visible ? "hidden" : "shown");
+  }
+
+  void UnloadMessageWindow() override {
+    if (!progress_) return;
+    LogProgress("unloaded");
+    delete progress_.data();
+  }
+
+  bool MessageWindowSize(int32_t& width_twips, int32_t& height_twips) override {
+    if (!progress_) return false;
+    width_twips = progress_->WidthTwips();
+    height_twips = progress_->HeightTwips();
+    return true;
+  }
+
+  void ProcessEvents() override {
+    if (QCoreApplication::instance()) QCoreApplication::processEvents();
+  }
+
  private:
+  void LogProgress(const char* event) {
+    qt::DialogFacts facts = progress_->Facts();
+    facts.event = QString::fromLatin1(event);
+    qt::LogWindow(facts, *progress_, 0);
+  }
+
   QPointer<QWidget> owner_;
+  QPointer<qt::ProgressForm> progress_;
 };
 
 }  // namespace
