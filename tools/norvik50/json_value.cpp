@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "json_dialog_objects.h"
 #include "json_line.h"
 #include "json_control_objects.h"
 #include "json_resource_objects.h"
@@ -153,10 +154,11 @@ Variant Typed(const json& value, int depth) {
     const std::string& type = type_it->get_ref<const std::string&>();
     if (auto object = ResourceObjectFromJson(type, v)) return *object;
     if (auto object = ControlObjectFromJson(type, v)) return *object;
+    if (auto object = DialogObjectFromJson(type, v)) return *object;
     if (type != "Collection" || !v.is_array()) {
       throw JsonValueError(
           "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List, "
-          "TabStrip, TextBox, ComboBox, ListBox, ListItem, Node or StatusPanel");
+          "TabStrip, TextBox, ComboBox, ListBox, ListItem, Node, StatusPanel or MousePointer");
     }
     auto collection = std::make_shared<Collection>();
     for (const json& item : v) collection->Add(FromJson(item, depth + 1));
@@ -268,6 +270,7 @@ json VariantToJson(const Variant& value) {
       }
       if (auto typed = ResourceObjectToJson(*object)) return *typed;
       if (auto typed = ControlObjectToJson(*object)) return *typed;
+      if (auto typed = DialogObjectToJson(*object)) return *typed;
       return {{"vt", "Object"}, {"type", "HostObject"}, {"v", json::object()}};
     }
     case VarType::kArray: {
