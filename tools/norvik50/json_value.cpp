@@ -5,9 +5,9 @@
 #include <cmath>
 #include <limits>
 
+#include "json_control_objects.h"
 #include "json_dialog_objects.h"
 #include "json_line.h"
-#include "json_control_objects.h"
 #include "json_resource_objects.h"
 #include "norvik50/collection.h"
 #include "norvik50/encoding.h"
