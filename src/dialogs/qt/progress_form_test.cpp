@@ -15,6 +15,7 @@
 #include <chrono>
 #include <fstream>
 
+#include "dialogs/qt/dialog_log_for_tests.h"
 #include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "norvik50/lib.h"
@@ -26,6 +27,7 @@ namespace norvik50::qt {
 namespace {
 
 using namespace norvik50::testing;
+using norvik50::qt::testing::ReadDialogLog;
 
 // The progress window of the process, when one exists.
 ProgressForm* Window() {
@@ -33,15 +35,6 @@ ProgressForm* Window() {
     if (auto* form = dynamic_cast<ProgressForm*>(w)) return form;
   }
   return nullptr;
-}
-
-std::vector<QJsonObject> ReadLog(const std::string& path) {
-  std::vector<QJsonObject> lines;
-  std::ifstream in(path);
-  for (std::string line; std::getline(in, line);) {
-    lines.push_back(QJsonDocument::fromJson(QByteArray::fromStdString(line)).object());
-  }
-  return lines;
 }
 
 double SecondsOf(const std::function<void()>& f) {
@@ -318,7 +311,7 @@ TEST_F(ProgressWindowTest, TheLogRecordsEachShowHideAndUnload) {
   lib_.tklHideMessage();
   Count(32);
   lib_.tklClearMessage();
-  const auto lines = ReadLog(temp.File("log.jsonl"));
+  const auto lines = ReadDialogLog(temp.File("log.jsonl"));
   ASSERT_EQ(lines.size(), 4u);
   const char* events[] = {"shown", "hidden", "shown", "unloaded"};
   const int counters[] = {30, 31, 32, 32};
@@ -372,7 +365,7 @@ TEST(ProgressBatchTest, CountersStatesAndPointerThroughTheBatch) {
       answers[6].value("byref").toObject().value("0").toObject().value("v").toObject();
   EXPECT_EQ(pointer.value("MousePointer").toInt(), 11);
 
-  const auto log = ReadLog(temp.File("log.jsonl"));
+  const auto log = ReadDialogLog(temp.File("log.jsonl"));
   ASSERT_EQ(log.size(), 6u);
   // Shown with the counter raised to 150; hidden; shown again with its
   // text; unloaded; then the designed form with the application's title.
@@ -398,7 +391,7 @@ TEST(ProgressBatchTest, CountersStatesAndPointerThroughTheBatch) {
   EXPECT_NE(headless.out.find(R"("byref":{"3":{"vt":"Long","v":150},"4":{"vt":"Long","v":100}})"),
             std::string::npos)
       << headless.out;
-  EXPECT_EQ(ReadLog(temp.File("log.jsonl")).size(), 6u);
+  EXPECT_EQ(ReadDialogLog(temp.File("log.jsonl")).size(), 6u);
 }
 
 }  // namespace
