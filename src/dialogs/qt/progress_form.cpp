@@ -106,13 +106,10 @@ void ProgressForm::TakeOwner(const MessageWindowState& state) {
   winId();  // the native window, so that it can have an owner
   QWindow* owner = nullptr;
   if (state.top_most) {
-    foreign_owner_.reset();
-    // A host window is known by its X11 id; only the X11 platform can use
-    // one. Elsewhere, and for 0, the active window of the process owns it.
-    if (state.owner != 0 && QGuiApplication::platformName() == QStringLiteral("xcb")) {
-      foreign_owner_.reset(QWindow::fromWinId(static_cast<WId>(state.owner)));
-      owner = foreign_owner_.get();
-    }
+    // The host's window when the platform can reach it; else the active
+    // window of the process.
+    foreign_owner_ = ForeignWindow(state.owner);
+    owner = foreign_owner_.get();
     if (owner == nullptr) {
       QWidget* active = QApplication::activeWindow();
       if (active != nullptr && active != this) owner = active->windowHandle();

@@ -85,4 +85,9 @@ bool LoadQtTranslations(const QString& locale_name) {
   return true;
 }
 
+std::unique_ptr<QWindow> ForeignWindow(int64_t window_id) {
+  if (window_id == 0 || QGuiApplication::platformName() != QStringLiteral("xcb")) return nullptr;
+  return std::unique_ptr<QWindow>(QWindow::fromWinId(static_cast<WId>(window_id)));
+}
+
 }  // namespace norvik50::qt

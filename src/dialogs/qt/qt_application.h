@@ -5,6 +5,9 @@
 
 #include <QFont>
 #include <QString>
+#include <QWindow>
+#include <cstdint>
+#include <memory>
 
 namespace norvik50::qt {
 
@@ -23,6 +26,12 @@ void FollowLibraryLocale();
 // Loads Qt's own translations (qtbase) for `locale_name` ("de_DE"),
 // replacing those loaded before; false when none are installed.
 bool LoadQtTranslations(const QString& locale_name);
+
+// Another program's window, named by the window id a host passes as an
+// owner (an X11 window id), as a QWindow that can be a transient parent.
+// Null for 0 and on platforms that cannot reach another program's windows
+// (offscreen, Wayland): there the caller falls back to its own choice.
+std::unique_ptr<QWindow> ForeignWindow(int64_t window_id);
 
 }  // namespace norvik50::qt
 

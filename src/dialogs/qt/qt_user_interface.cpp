@@ -116,10 +116,7 @@ class QtUi final : public UserInterface {
     qt::FollowLibraryLocale();
     // The caller's window owns the dialog when it names one the platform
     // can reach; else the host's, else whatever window is active.
-    std::unique_ptr<QWindow> foreign;
-    if (request.owner_window != 0) {
-      foreign.reset(QWindow::fromWinId(static_cast<WId>(request.owner_window)));
-    }
+    const std::unique_ptr<QWindow> foreign = qt::ForeignWindow(request.owner_window);
     QWidget* owner = foreign ? nullptr : (owner_ ? owner_.data() : QApplication::activeWindow());
     qt::FileDialog dialog(request, owner);
     if (foreign) {
