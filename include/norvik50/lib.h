@@ -424,7 +424,8 @@ class NORVIK50_EXPORT LIB {
   // Never raises: other objects, Nothing and a failing step are passed over.
   void tklSelectField(const std::shared_ptr<HostObject>& oControl, bool bChangeSelection = false,
                       const std::shared_ptr<HostObject>& oStatusPanel = nullptr);
-  // Gives a text field (a TextControl) the input focus. Never raises.
+  // Gives a control that can take it (a Focusable: a text field, and the
+  // Qt lists and tab strips) the input focus. Never raises.
   void tklSetFocus(const std::shared_ptr<HostObject>& oControl);
 
   // ---- Folder chooser and file dialog -------------------------------------

@@ -81,7 +81,8 @@ NORVIK50_EXPORT std::shared_ptr<StatusPanel> QtStatusPanel(QLabel* label);
 
 // A list box or combo box for the list-filling members. Each row keeps its
 // item data under Qt::UserRole; NewIndex is the row where the last added
-// text landed (a sorted list puts it in its place). Not owned: once the
+// text landed (a sorted list puts it in its place). tklSetFocus gives the
+// widget the focus (the object is also a Focusable). Not owned: once the
 // widget is destroyed, the list takes no rows and has none.
 NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QListWidget* list);
 NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QComboBox* combo);
@@ -90,7 +91,8 @@ NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QComboBox* combo);
 // as its QTabBar::tabData (a QString); Add raises 35602 for a key another
 // tab has and 9 for an index outside 1 ... count + 1. A tab widget gets an
 // empty page per added tab; Clear deletes those pages and leaves pages the
-// host added to the host. Not owned, as the lists.
+// host added to the host. tklSetFocus focuses the bar or tab widget. Not
+// owned, as the lists.
 NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabBar* bar);
 NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
 

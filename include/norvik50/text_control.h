@@ -15,11 +15,12 @@
 #include <string_view>
 
 #include "norvik50/export.h"
+#include "norvik50/focusable.h"
 #include "norvik50/variant.h"
 
 namespace norvik50 {
 
-class NORVIK50_EXPORT TextControl : public HostObject {
+class NORVIK50_EXPORT TextControl : public HostObject, public Focusable {
  public:
   ~TextControl() override;
   // The control's type name as the host runtime's TypeName gives it
@@ -39,8 +40,7 @@ class NORVIK50_EXPORT TextControl : public HostObject {
   // Selects `length` characters from the 0-based `start`; a length of 0
   // puts the caret at `start`. Positions past the text mean its end.
   virtual void Select(int32_t start, int32_t length) = 0;
-  // Gives the control the input focus; does nothing where it cannot have it.
-  virtual void SetFocus() = 0;
+  // SetFocus (Focusable): the input focus, for the field's whole text.
 };
 
 // Selects the whole text of `control`; with `toggle`, a control whose

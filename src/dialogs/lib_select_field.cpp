@@ -1,5 +1,6 @@
 // LIB: selecting a field's text and giving it the focus, the last step of
 // the zoom editor and what hosts call when a field is entered.
+#include "norvik50/focusable.h"
 #include "norvik50/lib.h"
 #include "norvik50/text_control.h"
 
@@ -37,7 +38,7 @@ void LIB::tklSelectField(const std::shared_ptr<HostObject>& oControl, bool bChan
 
 void LIB::tklSetFocus(const std::shared_ptr<HostObject>& oControl) {
   try {
-    if (auto* control = dynamic_cast<TextControl*>(oControl.get())) control->SetFocus();
+    if (auto* control = dynamic_cast<Focusable*>(oControl.get())) control->SetFocus();
   } catch (...) {
     // A control that cannot take the focus now (hidden, disabled) keeps
     // the caller going.

@@ -5,6 +5,7 @@
 namespace norvik50 {
 
 // Out of line, so the interfaces' type information lives in one library.
+Focusable::~Focusable() = default;
 TextControl::~TextControl() = default;
 StatusPanel::~StatusPanel() = default;
 

@@ -7,6 +7,7 @@
 #include <QTabWidget>
 
 #include "norvik50/error.h"
+#include "norvik50/focusable.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50 {
@@ -24,9 +25,12 @@ QString ToQ(std::u16string_view text) {
 // check. `Widget` needs clear() and count(); the rows' data goes through
 // Data and SetData.
 template <typename Widget>
-class RowList : public ListControl {
+class RowList : public ListControl, public Focusable {
  public:
   explicit RowList(Widget* widget) : widget_(widget) {}
+  void SetFocus() override {
+    if (widget_) widget_->setFocus();
+  }
   void Clear() override {
     if (widget_) widget_->clear();
     new_index_ = -1;
@@ -105,10 +109,13 @@ int CheckNewTab(const QTabBar* bar, std::optional<int32_t> index, const QString&
   return *index - 1;
 }
 
-class BarTabs final : public TabStrip, private TabCollection {
+class BarTabs final : public TabStrip, public Focusable, private TabCollection {
  public:
   explicit BarTabs(QTabBar* bar) : bar_(bar) {}
   TabCollection& Tabs() override { return *this; }
+  void SetFocus() override {
+    if (bar_) bar_->setFocus();
+  }
 
  private:
   void Clear() override {
@@ -129,10 +136,13 @@ class BarTabs final : public TabStrip, private TabCollection {
 // Marks the pages this adapter made, so that Clear deletes only those.
 constexpr char kOwnPage[] = "norvik50OwnPage";
 
-class WidgetTabs final : public TabStrip, private TabCollection {
+class WidgetTabs final : public TabStrip, public Focusable, private TabCollection {
  public:
   explicit WidgetTabs(QTabWidget* tabs) : tabs_(tabs) {}
   TabCollection& Tabs() override { return *this; }
+  void SetFocus() override {
+    if (tabs_) tabs_->setFocus();
+  }
 
  private:
   void Clear() override {

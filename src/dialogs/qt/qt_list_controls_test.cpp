@@ -2,11 +2,15 @@
 // the list-filling members and read back from the widgets.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPointer>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTest>
+#include <QVBoxLayout>
 #include <functional>
 #include <memory>
 
@@ -223,6 +227,57 @@ TEST_F(QtListControlTest, ClearingATabWidgetDeletesOnlyItsOwnPages) {
   // The host's page is still the host's (the tab widget deletes it at the
   // end, as its child).
   EXPECT_FALSE(host_page.isNull());
+}
+
+// tklSetFocus on each list and tab kind: the focus moves from another
+// field of the window to the widget behind the adapter.
+TEST_F(QtListControlTest, SetFocusMovesTheFocusToEachKind) {
+  struct Case {
+    const char* kind;
+    std::function<QWidget*(QWidget*)> make;
+    std::function<std::shared_ptr<HostObject>(QWidget*)> adapt;
+  };
+  const Case cases[] = {
+      {"QListWidget", [](QWidget* p) { return new QListWidget(p); },
+       [](QWidget* w) { return QtListControl(static_cast<QListWidget*>(w)); }},
+      {"QComboBox", [](QWidget* p) { return new QComboBox(p); },
+       [](QWidget* w) { return QtListControl(static_cast<QComboBox*>(w)); }},
+      {"QTabBar",
+       [](QWidget* p) {
+         auto* bar = new QTabBar(p);
+         bar->addTab(QStringLiteral("a"));
+         bar->setFocusPolicy(Qt::StrongFocus);
+         return bar;
+       },
+       [](QWidget* w) { return QtTabStrip(static_cast<QTabBar*>(w)); }},
+      {"QTabWidget",
+       [](QWidget* p) {
+         auto* tabs = new QTabWidget(p);
+         tabs->addTab(new QWidget, QStringLiteral("a"));
+         return tabs;
+       },
+       [](QWidget* w) { return QtTabStrip(static_cast<QTabWidget*>(w)); }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.kind);
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* first = new QLineEdit(&window);
+    layout->addWidget(first);
+    QWidget* widget = c.make(&window);
+    layout->addWidget(widget);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    first->setFocus();
+    ASSERT_EQ(QApplication::focusWidget(), first);
+
+    lib_.tklSetFocus(c.adapt(widget));
+    const QWidget* focused = QApplication::focusWidget();
+    EXPECT_TRUE(focused == widget || widget->isAncestorOf(focused));
+  }
+  // The in-memory list cannot take the focus: nothing happens, nothing raises.
+  lib_.tklSetFocus(std::make_shared<MemoryList>());
 }
 
 }  // namespace
