@@ -123,6 +123,16 @@ TEST(CliHelpTest, TheTourReadsAsATour) {
                             line.find_first_not_of(" 0123456789ABCDEF") == std::string::npos);
   }
   EXPECT_TRUE(hex_line) << out;
+  // The dialogs answered by the tour's own script, or the headless answers.
+  EXPECT_NE(out.find("== Dialogs"), std::string::npos);
+  EXPECT_NE(out.find("CurCount is now 150\n"), std::string::npos) << out;
+  if (out.find("Real Qt forms") != std::string::npos) {
+    EXPECT_NE(out.find("Value is now \"K-1017-X\""), std::string::npos) << out;
+    EXPECT_NE(out.find("frmMessage shown, title \"Tour\", counter 150 of 150"), std::string::npos);
+  } else {
+    EXPECT_NE(out.find("tklInputValue(\"Customer number:\", \"08|Customer\", \"\", \"\") = 2"),
+              std::string::npos);
+  }
   // Raw JSON only in the batch step.
   const std::size_t batch_step = out.find("== Calls by name from any language");
   ASSERT_NE(batch_step, std::string::npos);

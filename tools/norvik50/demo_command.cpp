@@ -8,6 +8,7 @@
 
 #include "batch.h"
 #include "commands.h"
+#include "demo_dialogs.h"
 #include "demo_resources.h"
 #include "demo_tour.h"
 #include "dialog_choice.h"
@@ -193,9 +194,9 @@ void BatchStep(Tour& tour) {
 }
 
 using StepFunction = void (*)(Tour&);
-constexpr StepFunction kSteps[] = {FoldersStep,   PathsStep, TextStep, NumbersStep,
-                                   FormatStep,    SqlStep,   LzwStep,  SettingsStep,
-                                   ResourcesStep, LogStep,   BatchStep};
+constexpr StepFunction kSteps[] = {FoldersStep,  PathsStep,     TextStep, NumbersStep,
+                                   FormatStep,   SqlStep,       LzwStep,  SettingsStep,
+                                   ResourcesStep, DialogsStep,  LogStep,  BatchStep};
 
 // The tour keeps its settings out of the user's own store.
 std::string TourRegistryFolder() {

@@ -24,6 +24,16 @@ void ChooseDialogs(bool headless) {
 #endif
 }
 
+bool InstallOffscreenDialogs() {
+#ifdef NORVIK50_WITH_QT
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  InstallQtDialogs();
+  return true;
+#else
+  return false;
+#endif
+}
+
 int RunDialogGallery(const std::string& folder) {
 #ifdef NORVIK50_WITH_QT
   setenv("QT_QPA_PLATFORM", "offscreen", 0);

@@ -16,6 +16,11 @@ std::shared_ptr<bool> AddHeadlessFlag(CLI::App& command);
 // Installs the Qt dialogs unless `headless` or no display is there.
 void ChooseDialogs(bool headless);
 
+// Installs the Qt dialogs on the offscreen platform (unless QT_QPA_PLATFORM
+// names another), so that scripted forms show nothing on a desktop. False
+// in a build without Qt, which keeps the headless answers.
+bool InstallOffscreenDialogs();
+
 // Renders the dialog gallery into `folder` on the offscreen platform
 // (unless QT_QPA_PLATFORM names another). Returns the exit code: 0 when
 // pictures were written, 1 otherwise (also in a build without Qt).
