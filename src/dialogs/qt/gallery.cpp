@@ -1,9 +1,11 @@
 // The dialog gallery: every form in German and English as PNG pictures.
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QPixmap>
 #include <QTimer>
+#include <QTreeView>
 
 #include "dialogs/input_request.h"
 #include "dialogs/message_buttons.h"
@@ -50,6 +52,31 @@ bool SaveProgressWindow(const QString& file, bool german) {
   return form.grab().save(file);
 }
 
+// True when every folder view of `dialog` that has a current folder shows
+// it inside its viewport.
+bool CurrentFoldersInView(QDialog& dialog) {
+  for (const QTreeView* view : dialog.findChildren<QTreeView*>()) {
+    const QModelIndex current = view->currentIndex();
+    if (!current.isValid() || !view->isVisible()) continue;
+    if (!view->viewport()->rect().contains(view->visualRect(current))) return false;
+  }
+  return true;
+}
+
+// Folders are read in the background and sorted as they arrive, and the
+// view scrolls to the current folder once the folders on its way are
+// there: the picture waits at least 400 ms and then until the current
+// folder is in view (at most 5 s), however busy the machine is.
+void WaitForFolders(QDialog& dialog) {
+  QElapsedTimer waited;
+  waited.start();
+  while (waited.elapsed() < 5000 && (waited.elapsed() < 400 || !CurrentFoldersInView(dialog))) {
+    QEventLoop pause;
+    QTimer::singleShot(50, &pause, &QEventLoop::quit);
+    pause.exec();
+  }
+}
+
 }  // namespace
 
 int RenderDialogGallery(const std::string& folder) {
@@ -59,12 +86,7 @@ int RenderDialogGallery(const std::string& folder) {
   int written = 0;
   QString name;
   qt::SetShownHook([&](QDialog& dialog) {
-    if (dynamic_cast<qt::PathTarget*>(&dialog) != nullptr) {
-      // Folders are read in the background: the picture waits for them.
-      QEventLoop wait;
-      QTimer::singleShot(400, &wait, &QEventLoop::quit);
-      wait.exec();
-    }
+    if (dynamic_cast<qt::PathTarget*>(&dialog) != nullptr) WaitForFolders(dialog);
     if (dialog.grab().save(dir + QStringLiteral("/") + name + QStringLiteral(".png"))) ++written;
     dialog.close();
   });
