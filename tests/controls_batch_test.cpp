@@ -38,7 +38,8 @@ TEST_F(ControlsBatchTest, SelectFieldAnswersWithTheNewState) {
 }
 
 TEST_F(ControlsBatchTest, EveryTypeComesBackAsItWent) {
-  for (const char* type : {"TextBox", "ComboBox", "ListBox", "ListItem", "Node"}) {
+  for (const char* type :
+       {"TextBox", "ComboBox", "ListBox", "ListItem", "Node", "QSCombo", "DCCombo"}) {
     const json object = {{"vt", "Object"},
                          {"type", type},
                          {"v",

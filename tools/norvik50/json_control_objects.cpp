@@ -16,8 +16,10 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
-constexpr std::array<std::string_view, 5> kTextTypes = {"TextBox", "ComboBox", "ListBox",
-                                                        "ListItem", "Node"};
+// Every type name the zoom editor takes, the two third-party combo boxes
+// included.
+constexpr std::array<std::string_view, 7> kTextTypes = {
+    "TextBox", "ComboBox", "ListBox", "ListItem", "Node", "QSCombo", "DCCombo"};
 constexpr std::array<std::string_view, 7> kTextFields = {
     "text", "enabled", "locked", "tooltip", "selStart", "selLength", "focused"};
 constexpr std::array<std::string_view, 1> kPanelFields = {"text"};

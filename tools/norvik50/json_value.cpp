@@ -158,7 +158,8 @@ Variant Typed(const json& value, int depth) {
     if (type != "Collection" || !v.is_array()) {
       throw JsonValueError(
           "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List, "
-          "TabStrip, TextBox, ComboBox, ListBox, ListItem, Node, StatusPanel or MousePointer");
+          "TabStrip, TextBox, ComboBox, ListBox, ListItem, Node, QSCombo, DCCombo, StatusPanel or "
+          "MousePointer");
     }
     auto collection = std::make_shared<Collection>();
     for (const json& item : v) collection->Add(FromJson(item, depth + 1));
