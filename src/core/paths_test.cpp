@@ -85,6 +85,33 @@ TEST_F(DrivesTest, WindowsPathsToLinux) {
   EXPECT_EQ(ToLinuxPath(u"\\var\\log"), "/var/log");
 }
 
+// "." and ".." are read from the text, as Windows reads them, and never
+// lead out of the drive's root folder; names lose the dots and spaces
+// Windows drops.
+TEST_F(DrivesTest, RelativeNamesAndTrailingDotsStayBelowTheRoot) {
+  SetDriveRoot(u'C', temp_.path());
+  const std::string root = temp_.path();
+  struct Case {
+    const char16_t* windows;
+    std::string linux_path;
+  } cases[] = {
+      {u"C:\\..\\..\\etc\\passwd", root + "/etc/passwd"},
+      {u"C:\\App\\..\\..\\..\\x", root + "/x"},
+      {u"C:\\App\\Sub\\..\\a.dll", root + "/App/a.dll"},
+      {u"C:\\App\\.\\a.dll", root + "/App/a.dll"},
+      {u"C:\\\\App\\\\\\a.dll", root + "/App/a.dll"},
+      {u"C:..\\x", root + "/x"},
+      {u"C:\\..", root},
+      {u"C:\\App.\\a.dll", root + "/App/a.dll"},
+      {u"C:\\App\\a.dll. . ", root + "/App/a.dll"},
+      {u"C:\\App\\a.dll. \\", root + "/App/a.dll. /"},
+      {u"C:\\App\\...\\a", root + "/App/.../a"},
+      {u"C:/App/../b", root + "/b"},
+      {u"Z:\\..\\tmp", "/tmp"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(ToLinuxPath(c.windows), c.linux_path) << ToUtf8(c.windows);
+}
+
 TEST_F(DrivesTest, LinuxPathsToWindowsTakeTheLongestRoot) {
   SetDriveRoot(u'C', temp_.path());
   EXPECT_EQ(ToWindowsPath("/tmp"), u"Z:\\tmp");
@@ -152,8 +179,8 @@ TEST_F(CaseTest, ComponentsAreFoundWhateverTheirCase) {
       {u"c:\\prog\\res_de.dll", "Prog/Res_DE.dll"},
       {u"C:\\Prog\\Res_DE.dll", "Prog/Res_DE.dll"},  // exact
       {u"C:\\pRoG\\DATA\\", "Prog/Data/"},           // a trailing "\" stays
-      {u"C:\\prog\\\\data", "Prog//Data"},           // so does an empty component
-      {u"C:\\prog\\.\\data\\..\\RES_de.dll", "Prog/./Data/../Res_DE.dll"},
+      {u"C:\\prog\\\\data", "Prog/Data"},            // repeated separators count once
+      {u"C:\\prog\\.\\data\\..\\RES_de.dll", "Prog/Res_DE.dll"},  // read from the text
       // The exact name wins over one that differs only in case ...
       {u"C:\\MIXED\\readme.TXT", "Mixed/readme.TXT"},
       {u"C:\\MIXED\\README.txt", "Mixed/README.txt"},
