@@ -282,8 +282,13 @@ NORVIK50_EXPORT std::map<char16_t, std::string> DriveRoots();
 // ("C:\PROG\RES_DE.DLL" -> root(C) + "/Prog/Res_DE.dll"); the exact name
 // wins over names that differ only in case. A name that does not exist
 // keeps its spelling under the folder found, so a file created there gets
-// the name the caller gave. nullopt for an unmapped drive, a UNC path, an
-// empty path and a path with a NUL character: none of them names a file.
+// the name the caller gave. Below the drive, "." and ".." are read from the
+// text and never climb above the root ("C:\..\x" is root(C) + "/x"),
+// repeated separators count once, a name's single trailing dot and the last
+// name's trailing dots and spaces are dropped, as Windows does; a relative
+// path is left to the file system. nullopt for an unmapped drive, a UNC
+// path, an empty path and a path with a NUL character: none of them names
+// a file.
 NORVIK50_EXPORT std::optional<std::string> ToLinuxPath(std::u16string_view windows_path);
 // The inverse for absolute Linux paths: the drive whose root is the longest
 // prefix of `linux_path` ("/tmp" -> "Z:\tmp"). A relative path is taken
