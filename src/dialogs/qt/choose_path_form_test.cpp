@@ -11,8 +11,8 @@
 #include "core/library_state.h"
 #include "dialogs/qt/choose_path_form.h"
 #include "dialogs/qt/dialog_driver.h"
-#include "dialogs/qt/dialog_log_for_tests.h"
 #include "dialogs/qt/qt_application.h"
+#include "dialogs/qt/scripted_dialogs_for_tests.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
 #include "testing/temp_folder.h"
@@ -22,16 +22,6 @@ namespace {
 
 using namespace norvik50::testing;
 using namespace norvik50::qt::testing;
-
-template <typename Act>
-int ShowAndAct(ChoosePathForm& form, Act act) {
-  QTimer::singleShot(0, &form, [&] {
-    act();
-    if (form.isVisible()) form.close();
-  });
-  form.exec();
-  return form.Result();
-}
 
 class ChoosePathFormTest : public ::testing::Test {
  protected:
@@ -144,17 +134,8 @@ class ChoosePathScriptTest : public ChoosePathFormTest {
   void SetLanguage(int32_t id) {
     lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(id));
   }
-  void Script(const std::string& lines) {
-    std::ofstream(temp_.File("script.jsonl")) << lines;
-    RestartDialogScript();
-  }
-  std::vector<QJsonObject> Log() { return ReadDialogLog(temp_.File("dialogs.jsonl")); }
 
-  ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
-  ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
-  ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", temp_.File("script.jsonl")};
-  ScopedEnv log_{"NORVIK50_DIALOG_LOG", temp_.File("dialogs.jsonl")};
-  ScopedLocale locale_{"en-US"};
+  ScriptedDialogs dialogs_{temp_, "en-US"};
   LIB lib_;
 };
 
@@ -171,9 +152,9 @@ TEST_F(ChoosePathScriptTest, CaptionsAreGermanOnlyForLanguageOne) {
       {8, {"OK", "Cancel", "&New Folder..."}, "Directory:"}};
   for (const Case& c : cases) {
     SetLanguage(c.language);
-    Script("{\"path\":\"C:\\\\Daten\\\\Sub\",\"click\":\"OK\"}\n");
+    dialogs_.Script("{\"path\":\"C:\\\\Daten\\\\Sub\",\"click\":\"OK\"}\n");
     EXPECT_EQ(lib_.tklChoosePath(u"C:\\Daten", u"Ablage"), u"C:\\Daten\\Sub");
-    const QJsonObject entry = Log().back();
+    const QJsonObject entry = dialogs_.Log().back();
     EXPECT_EQ(entry.value("form").toString(), "frmChoosePath");
     EXPECT_EQ(entry.value("title").toString(), "Ablage");
     EXPECT_EQ(LoggedButtons(entry), c.buttons) << c.language;
@@ -185,7 +166,7 @@ TEST_F(ChoosePathScriptTest, CaptionsAreGermanOnlyForLanguageOne) {
 
 TEST_F(ChoosePathScriptTest, TypedPathCancelAndAMissingStartFolder) {
   SetLanguage(1);
-  Script(R"({"keys":["Tab","Ctrl+A"],"text":"D:\\Archiv","click":"OK"}
+  dialogs_.Script(R"({"keys":["Tab","Ctrl+A"],"text":"D:\\Archiv","click":"OK"}
 {"click":"Abbrechen"}
 {"click":"OK"}
 )");
@@ -195,7 +176,7 @@ TEST_F(ChoosePathScriptTest, TypedPathCancelAndAMissingStartFolder) {
   EXPECT_EQ(lib_.tklChoosePath(u"C:\\Daten"), u"");
   // A start folder that does not exist: the current folder is shown.
   EXPECT_EQ(lib_.tklChoosePath(u"C:\\Nirgends"), CurrentFolder());
-  const auto log = Log();
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 3u);
   EXPECT_EQ(log[1].value("answer").toInt(), 2);
   EXPECT_EQ(log[1].value("value").toString(), "");
@@ -203,7 +184,7 @@ TEST_F(ChoosePathScriptTest, TypedPathCancelAndAMissingStartFolder) {
 
 TEST_F(ChoosePathScriptTest, NewFolderIsCreatedOrItsFailureShown) {
   SetLanguage(1);
-  Script(R"({"click":["&Neuer Ordner...","OK"]}
+  dialogs_.Script(R"({"click":["&Neuer Ordner...","OK"]}
 {"text":"Neu","click":"OK"}
 {"click":["&Neuer Ordner...","OK"]}
 {"text":"Sub","click":"OK"}
@@ -214,7 +195,7 @@ TEST_F(ChoosePathScriptTest, NewFolderIsCreatedOrItsFailureShown) {
   // Sub exists already: the library's error message, and the form stays
   // where it was.
   EXPECT_EQ(lib_.tklChoosePath(u"C:\\Daten"), u"C:\\Daten");
-  const auto log = Log();
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 5u);
   EXPECT_EQ(log[0].value("form").toString(), "frmInput");
   EXPECT_EQ(log[0].value("title").toString(), "Neuen Ordner erstellen");
@@ -228,12 +209,12 @@ TEST_F(ChoosePathScriptTest, NewFolderIsCreatedOrItsFailureShown) {
 }
 
 TEST_F(ChoosePathScriptTest, WithoutAStartFolderTheToolkitsBrowserIsShown) {
-  Script(R"({"path":"C:\\Daten\\Sub","keys":["Enter"]}
+  dialogs_.Script(R"({"path":"C:\\Daten\\Sub","keys":["Enter"]}
 {"keys":["Escape"]}
 )");
   EXPECT_EQ(lib_.tklChoosePath(u"", u"Pick a folder"), u"C:\\Daten\\Sub");
   EXPECT_EQ(lib_.tklChoosePath(), u"");
-  const auto log = Log();
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 2u);
   EXPECT_EQ(log[0].value("form").toString(), "folder");
   EXPECT_EQ(log[0].value("title").toString(), "Pick a folder");

@@ -11,7 +11,7 @@
 
 #include "core/library_state.h"
 #include "dialogs/qt/dialog_driver.h"
-#include "dialogs/qt/dialog_log_for_tests.h"
+#include "dialogs/qt/scripted_dialogs_for_tests.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
 #include "testing/run_command.h"
@@ -35,22 +35,14 @@ class DialogScriptTest : public ::testing::Test {
     SetHostApplication(u"", u"");
     SetBaseKey(u"");
   }
-  void Script(const std::string& lines) {
-    std::ofstream(temp_.File("script.jsonl")) << lines;
-    qt::RestartDialogScript();
-  }
 
   TempFolder temp_;
-  ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
-  ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
-  ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", temp_.File("script.jsonl")};
-  ScopedEnv log_{"NORVIK50_DIALOG_LOG", temp_.File("dialogs.jsonl")};
-  ScopedLocale locale_{"de-DE"};
+  ScriptedDialogs dialogs_{temp_, "de-DE"};
   LIB lib_;
 };
 
 TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
-  Script(R"({"keys":["J"]}
+  dialogs_.Script(R"({"keys":["J"]}
 {"keys":["Escape"]}
 {"click":2}
 {"click":"&Nein"}
@@ -69,7 +61,7 @@ TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
   // A member that fails before showing anything takes no line.
   EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 0, u"", 16), 10);
 
-  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 7u);
   EXPECT_EQ(log[0].value("form").toString(), "frmStdMsg");
   EXPECT_EQ(log[0].value("title").toString(), "Host");
@@ -89,16 +81,16 @@ TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
 }
 
 TEST_F(DialogScriptTest, SizeFromThePromptReachesTheLog) {
-  Script("{\"keys\":[\"Enter\"]}\n");
+  dialogs_.Script("{\"keys\":[\"Enter\"]}\n");
   EXPECT_EQ(lib_.tklExtMsgBox(u"Text|6000|3000"), 1);
-  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 1u);
   EXPECT_EQ(log[0].value("width").toInt(), 6000);
   EXPECT_EQ(log[0].value("height").toInt(), 3000);
 }
 
 TEST_F(DialogScriptTest, AnswerBoxQuestionAndChooser) {
-  Script(R"({"keys":["V"]}
+  dialogs_.Script(R"({"keys":["V"]}
 {"keys":["Enter"]}
 {"keys":["Tab"]}
 {"keys":["Escape"]}
@@ -111,7 +103,7 @@ TEST_F(DialogScriptTest, AnswerBoxQuestionAndChooser) {
   // A fresh base key has no language stored yet.
   EXPECT_EQ(lib_.tklLanguage(u"SOFTWARE\\Fresh"), 1);
   EXPECT_EQ(lib_.tklGetAnswer(u"p", u"d", u"t", captions), 0);
-  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 4u);
   EXPECT_EQ(log[0].value("form").toString(), "frmAnswer");
   EXPECT_EQ(log[0].value("title").toString(), "Benutzereingabe notwendig");

@@ -14,9 +14,9 @@
 #include "core/file_dialog_request.h"
 #include "core/library_state.h"
 #include "dialogs/qt/dialog_driver.h"
-#include "dialogs/qt/dialog_log_for_tests.h"
 #include "dialogs/qt/file_dialog.h"
 #include "dialogs/qt/qt_application.h"
+#include "dialogs/qt/scripted_dialogs_for_tests.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
 #include "testing/temp_folder.h"
@@ -62,19 +62,10 @@ class FileDialogTest : public ::testing::Test {
     ClearDriveRoot(u'C');
     QDir::setCurrent(QString::fromStdString(cwd_));
   }
-  void Script(const std::string& lines) {
-    std::ofstream(temp_.File("script.jsonl")) << lines;
-    RestartDialogScript();
-  }
-  std::vector<QJsonObject> Log() { return ReadDialogLog(temp_.File("dialogs.jsonl")); }
 
   std::string cwd_ = std::filesystem::current_path().string();
   TempFolder temp_;
-  ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
-  ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
-  ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", temp_.File("script.jsonl")};
-  ScopedEnv log_{"NORVIK50_DIALOG_LOG", temp_.File("dialogs.jsonl")};
-  ScopedLocale locale_{"en-US"};
+  ScriptedDialogs dialogs_{temp_, "en-US"};
   LIB lib_;
 };
 
@@ -118,7 +109,7 @@ TEST_F(FileDialogTest, StartsInTheInitialFolderWithTheFilesName) {
 }
 
 TEST_F(FileDialogTest, SaveWithFlagsZeroAsksBeforeReplacing) {
-  Script(R"({"path":"C:\\Daten\\alt.txt","keys":["Enter"]}
+  dialogs_.Script(R"({"path":"C:\\Daten\\alt.txt","keys":["Enter"]}
 {"click":"&No"}
 {"path":"C:\\Daten\\alt.txt","keys":["Enter"]}
 {"click":"&Yes"}
@@ -128,7 +119,7 @@ TEST_F(FileDialogTest, SaveWithFlagsZeroAsksBeforeReplacing) {
   EXPECT_EQ(name, u"C:\\Daten\\neu.txt");
   EXPECT_TRUE(lib_.tklFileDialog(u"Text|*.txt", u"Sichern", name, 0, 0, u"", false));
   EXPECT_EQ(name, u"C:\\Daten\\alt.txt");
-  const auto log = Log();
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 4u);
   EXPECT_EQ(log[0].value("form").toString(), "system");
   EXPECT_TRUE(log[0].value("prompt").toString().startsWith("alt.txt already exists"));
@@ -142,7 +133,7 @@ TEST_F(FileDialogTest, SaveWithFlagsZeroAsksBeforeReplacing) {
 }
 
 TEST_F(FileDialogTest, CancelLeavesTheFileName) {
-  Script(R"({"path":"C:\\Daten\\b.txt","keys":["Escape"]}
+  dialogs_.Script(R"({"path":"C:\\Daten\\b.txt","keys":["Escape"]}
 {"path":"C:\\Daten\\b.txt","click":"Cancel"}
 )");
   for (bool open : {true, false}) {
@@ -150,7 +141,7 @@ TEST_F(FileDialogTest, CancelLeavesTheFileName) {
     EXPECT_FALSE(lib_.tklFileDialog(u"", u"", name, 0, 0, u"", open));
     EXPECT_EQ(name, u"C:\\Daten\\alt.txt");
   }
-  EXPECT_EQ(Log().size(), 2u);
+  EXPECT_EQ(dialogs_.Log().size(), 2u);
 }
 
 TEST_F(FileDialogTest, EachFlagIsHonoured) {
@@ -206,20 +197,20 @@ TEST_F(FileDialogTest, EachFlagIsHonoured) {
        true, u"C:\\Daten\\b.txt", 0}};
   for (const Case& c : cases) {
     std::filesystem::remove(temp_.File("dialogs.jsonl"));
-    Script(c.script);
+    dialogs_.Script(c.script);
     std::u16string name = u"vorher";
     EXPECT_EQ(lib_.tklFileDialog(u"Alle|*.*", u"", name, c.flags, 0, u"C:\\Daten", c.open),
               c.chosen)
         << c.what;
     EXPECT_EQ(name, c.chosen ? c.result : u"vorher") << c.what;
     std::size_t boxes = 0;
-    for (const QJsonObject& entry : Log()) boxes += entry.value("form").toString() == "system";
+    for (const QJsonObject& entry : dialogs_.Log()) boxes += entry.value("form").toString() == "system";
     EXPECT_EQ(boxes, c.boxes) << c.what;
   }
 }
 
 TEST_F(FileDialogTest, AWindowsPathTypedIntoTheNameIsTakenInAnyCase) {
-  Script(R"({"text":"c:\\daten\\B.TXT","click":"&Open"}
+  dialogs_.Script(R"({"text":"c:\\daten\\B.TXT","click":"&Open"}
 {"text":"\\Daten\\alt.txt","click":"&Open"}
 )");
   std::u16string name;
@@ -234,7 +225,7 @@ TEST_F(FileDialogTest, AWindowsPathTypedIntoTheNameIsTakenInAnyCase) {
 
 TEST_F(FileDialogTest, TheCurrentFolderFollowsTheChoiceUnlessNoChangeDir) {
   const QString before = QDir::currentPath();
-  Script(R"({"path":"C:\\Daten\\Sub\\x.txt","keys":["Enter"]}
+  dialogs_.Script(R"({"path":"C:\\Daten\\Sub\\x.txt","keys":["Enter"]}
 {"path":"C:\\Daten\\b.txt","keys":["Enter"]}
 )");
   std::u16string name;
@@ -249,15 +240,15 @@ TEST_F(FileDialogTest, AWriteProtectedFileIsRefusedWithNoReadOnlyReturn) {
   // No write permission for anyone: refused even for root, as the
   // read-only attribute is on Windows.
   std::filesystem::permissions(temp_.File("c/Daten/b.txt"), std::filesystem::perms::owner_read);
-  Script(R"({"path":"C:\\Daten\\b.txt","keys":["Enter"]}
+  dialogs_.Script(R"({"path":"C:\\Daten\\b.txt","keys":["Enter"]}
 {}
 {"path":"C:\\Daten\\b.txt","keys":["Enter"]}
 )");
   std::u16string name;
   EXPECT_FALSE(lib_.tklFileDialog(u"", u"", name, 32768, 0, u"", false));
-  ASSERT_EQ(Log().size(), 2u);
-  EXPECT_EQ(Log()[0].value("form").toString(), "system");
-  EXPECT_TRUE(Log()[0].value("prompt").toString().startsWith("b.txt\nThis file is set to read-only"));
+  ASSERT_EQ(dialogs_.Log().size(), 2u);
+  EXPECT_EQ(dialogs_.Log()[0].value("form").toString(), "system");
+  EXPECT_TRUE(dialogs_.Log()[0].value("prompt").toString().startsWith("b.txt\nThis file is set to read-only"));
   // Without the flag the same file is taken.
   EXPECT_TRUE(lib_.tklFileDialog(u"", u"", name, 2048, 0, u"", false));
   EXPECT_EQ(name, u"C:\\Daten\\b.txt");

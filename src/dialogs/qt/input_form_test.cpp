@@ -11,9 +11,9 @@
 #include "core/library_state.h"
 #include "dialogs/input_request.h"
 #include "dialogs/qt/dialog_driver.h"
-#include "dialogs/qt/dialog_log_for_tests.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/qt_application.h"
+#include "dialogs/qt/scripted_dialogs_for_tests.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
 #include "testing/run_command.h"
@@ -24,18 +24,6 @@ namespace {
 
 using namespace norvik50::testing;
 using namespace norvik50::qt::testing;
-
-// Shows the form, runs `act` once it is up, closes it by its close box if
-// it is still open, and returns the answer.
-template <typename Act>
-int ShowAndAct(InputForm& form, Act act) {
-  QTimer::singleShot(0, &form, [&] {
-    act();
-    if (form.isVisible()) form.close();
-  });
-  form.exec();
-  return form.Result();
-}
 
 class InputFormTest : public ::testing::Test {
  protected:
@@ -115,22 +103,14 @@ class InputScriptTest : public ::testing::Test {
   void SetLanguage(int32_t id) {
     lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(id));
   }
-  void Script(const std::string& lines) {
-    std::ofstream(temp_.File("script.jsonl")) << lines;
-    RestartDialogScript();
-  }
 
   TempFolder temp_;
-  ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
-  ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
-  ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", temp_.File("script.jsonl")};
-  ScopedEnv log_{"NORVIK50_DIALOG_LOG", temp_.File("dialogs.jsonl")};
-  ScopedLocale locale_{"de-DE"};
+  ScriptedDialogs dialogs_{temp_, "de-DE"};
   LIB lib_;
 };
 
 TEST_F(InputScriptTest, TheMembersTakeTypedTextAndLogTheForm) {
-  Script(R"({"text":"Meier","click":1}
+  dialogs_.Script(R"({"text":"Meier","click":1}
 {"text":"geheim","click":"OK"}
 {"text":"anders","click":"Abbrechen"}
 {"keys":["Escape"]}
@@ -155,7 +135,7 @@ TEST_F(InputScriptTest, TheMembersTakeTypedTextAndLogTheForm) {
   EXPECT_EQ(lib_.tklInputValue(u"p", u"t", kept, u"d"), 2);
   EXPECT_EQ(kept.as_string(), u"alt");
 
-  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 6u);
   EXPECT_EQ(log[0].value("form").toString(), "frmInput");
   EXPECT_EQ(log[0].value("title").toString(), "Kunde");
@@ -174,10 +154,10 @@ TEST_F(InputScriptTest, TheMembersTakeTypedTextAndLogTheForm) {
 
 TEST_F(InputScriptTest, EnglishCaptionsForEnglish) {
   SetLanguage(2);
-  Script("{\"click\":\"Cancel\"}\n");
+  dialogs_.Script("{\"click\":\"Cancel\"}\n");
   Variant value(u"v");
   EXPECT_EQ(lib_.tklInputValue(u"p", u"t", value), 2);
-  const auto log = ReadDialogLog(temp_.File("dialogs.jsonl"));
+  const auto log = dialogs_.Log();
   ASSERT_EQ(log.size(), 1u);
   EXPECT_EQ(log[0].value("buttons").toVariant().toStringList(), (QStringList{"OK", "Cancel"}));
   EXPECT_EQ(log[0].value("value").toString(), "");
