@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "bench_folder.h"
 #include "best_time_reporter.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
@@ -82,10 +83,8 @@ BENCHMARK(BM_QMessageBoxToFirstPaint)->UseManualTime()->Unit(benchmark::kMillise
 }  // namespace
 
 int main(int argc, char** argv) {
-  char pattern[] = "/tmp/norvik50-dialogs-bench-XXXXXX";
-  if (mkdtemp(pattern) == nullptr) return 1;
-  setenv("NORVIK50_REGISTRY_DIR", pattern, 1);
-  setenv("TMPDIR", pattern, 1);
+  const norvik50::bench::BenchFolder folder("dialogs");
+  if (!folder.ok()) return 1;
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   unsetenv("NORVIK50_DIALOG_SCRIPT");
   unsetenv("NORVIK50_DIALOG_LOG");
@@ -114,8 +113,6 @@ int main(int argc, char** argv) {
         "\nRatio (real time)\n%-28s / %-28s = %5.2f (target <= 1.5); %.2f ms (target < 30)\n",
         "tklMsgBox", "QMessageBox", ratio, reporter.Ns(a) / 1e6);
   }
-  std::error_code ignored;
-  std::filesystem::remove_all(pattern, ignored);
   benchmark::Shutdown();
   return 0;
 }

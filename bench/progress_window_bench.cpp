@@ -19,6 +19,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "bench_folder.h"
 #include "best_time_reporter.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
@@ -101,10 +102,8 @@ BENCHMARK(BM_tklSendMessageNoEvents);
 }  // namespace
 
 int main(int argc, char** argv) {
-  char pattern[] = "/tmp/norvik50-progress-bench-XXXXXX";
-  if (mkdtemp(pattern) == nullptr) return 1;
-  setenv("NORVIK50_REGISTRY_DIR", pattern, 1);
-  setenv("TMPDIR", pattern, 1);
+  const norvik50::bench::BenchFolder folder("progress");
+  if (!folder.ok()) return 1;
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
   unsetenv("NORVIK50_DIALOG_SCRIPT");
   unsetenv("NORVIK50_DIALOG_LOG");
@@ -138,8 +137,6 @@ int main(int argc, char** argv) {
   }
   Lib().tklClearMessage();
   AnchorSlot().reset();
-  std::error_code ignored;
-  std::filesystem::remove_all(pattern, ignored);
   benchmark::Shutdown();
   return 0;
 }

@@ -18,6 +18,7 @@
 #include <pugixml.hpp>
 #include <string>
 
+#include "bench_folder.h"
 #include "best_time_reporter.h"
 #include "core/library_state.h"
 #include "norvik50/encoding.h"
@@ -99,11 +100,9 @@ BENCHMARK(BM_PugiPrecompiledSelect);
 }  // namespace
 
 int main(int argc, char** argv) {
-  char pattern[] = "/tmp/norvik50-resources-bench-XXXXXX";
-  if (mkdtemp(pattern) == nullptr) return 1;
-  Folder() = pattern;
-  setenv("NORVIK50_REGISTRY_DIR", pattern, 1);
-  setenv("TMPDIR", pattern, 1);
+  const norvik50::bench::BenchFolder folder("resources");
+  if (!folder.ok()) return 1;
+  Folder() = folder.path();
   PlaceLibraries();
   benchmark::Initialize(&argc, argv);
   norvik50::bench::BestTimeReporter reporter;
@@ -117,8 +116,6 @@ int main(int argc, char** argv) {
   ratio("BM_tklRes100KB", "BM_RawReadAndMap", 3.0);
   ratio("BM_tklRes10MB", "BM_tklRes100KB", 1.3);
   ratio("BM_GetResourceItem", "BM_PugiPrecompiledSelect", 2.0);
-  std::error_code ignored;
-  std::filesystem::remove_all(pattern, ignored);
   benchmark::Shutdown();
   return 0;
 }

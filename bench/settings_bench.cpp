@@ -28,6 +28,7 @@
 #include <filesystem>
 #include <string>
 
+#include "bench_folder.h"
 #include "best_time_reporter.h"
 #include "norvik50/encoding.h"
 #include "norvik50/lib.h"
@@ -247,11 +248,9 @@ BENCHMARK(BM_SubKeyWalkDescending)->Arg(1000)->Arg(10000)->Unit(benchmark::kMill
 }  // namespace
 
 int main(int argc, char** argv) {
-  char pattern[] = "/tmp/norvik50-settings-bench-XXXXXX";
-  if (mkdtemp(pattern) == nullptr) return 1;
-  Folder() = pattern;
-  setenv("NORVIK50_REGISTRY_DIR", pattern, 1);
-  setenv("TMPDIR", pattern, 1);
+  const norvik50::bench::BenchFolder folder("settings");
+  if (!folder.ok()) return 1;
+  Folder() = folder.path();
   benchmark::Initialize(&argc, argv);
   norvik50::bench::BestTimeReporter reporter(norvik50::bench::BestTimeReporter::Clock::kReal);
   benchmark::RunSpecifiedBenchmarks(&reporter);
@@ -278,8 +277,6 @@ int main(int argc, char** argv) {
   ratio("BM_FirstAccess/100000", "BM_FirstAccess/1000");
   ratio("BM_RegExport/10000", "BM_RegExport/1000");
   ratio("BM_SubKeyWalkDescending/10000", "BM_SubKeyWalkDescending/1000");
-  std::error_code ignored;
-  std::filesystem::remove_all(pattern, ignored);
   benchmark::Shutdown();
   return 0;
 }
