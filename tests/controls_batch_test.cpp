@@ -5,6 +5,7 @@
 
 #include "batch.h"
 #include "core/library_state.h"
+#include "in_process_batch_for_tests.h"
 #include "norvik50/lib.h"
 #include "testing/temp_folder.h"
 
@@ -13,14 +14,7 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
-class ControlsBatchTest : public ::testing::Test {
- protected:
-  testing::TempFolder temp_;
-  testing::ScopedEnv tmpdir_{"TMPDIR", temp_.path()};
-  testing::ScopedEnv store_{"NORVIK50_REGISTRY_DIR", temp_.File("reg")};
-  LIB lib_;
-  json Ask(const std::string& line) { return AnswerRequest(lib_, line); }
-};
+class ControlsBatchTest : public InProcessBatchTest {};
 
 TEST_F(ControlsBatchTest, SelectFieldAnswersWithTheNewState) {
   const json answer = Ask(
