@@ -3,9 +3,7 @@
 #include <cstdlib>
 #include <iostream>
 
-#ifdef NORVIK50_WITH_QT
-#include "norvik50/qt_dialogs.h"
-#endif
+#include "dialogs_plugin_loader.h"
 
 namespace norvik50::cli {
 
@@ -17,34 +15,27 @@ std::shared_ptr<bool> AddHeadlessFlag(CLI::App& command) {
 }
 
 void ChooseDialogs(bool headless) {
-#ifdef NORVIK50_WITH_QT
-  if (!headless && DisplayAvailable()) InstallQtDialogs();
-#else
-  (void)headless;
-#endif
+  // Qt is opened at the first dialog, not here: most calls show none.
+  if (!headless) SetUserInterface(DeferredQtUserInterface());
 }
 
 bool InstallOffscreenDialogs() {
-#ifdef NORVIK50_WITH_QT
+  if (DialogsPluginOrNull() == nullptr) return false;
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  InstallQtDialogs();
+  SetUserInterface(DeferredQtUserInterface());
   return true;
-#else
-  return false;
-#endif
 }
 
 int RunDialogGallery(const std::string& folder) {
-#ifdef NORVIK50_WITH_QT
+  const DialogsPlugin* plugin = DialogsPluginOrNull();
+  if (plugin == nullptr) {
+    std::cerr << "norvik50 demo --gallery: the Qt dialogs are not available\n";
+    return 1;
+  }
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  const int written = RenderDialogGallery(folder);
+  const int written = plugin->render_gallery(folder);
   std::cout << written << " pictures in " << folder << '\n';
   return written > 0 ? 0 : 1;
-#else
-  std::cerr << "norvik50 demo --gallery: this build has no Qt dialogs\n";
-  (void)folder;
-  return 1;
-#endif
 }
 
 }  // namespace norvik50::cli
