@@ -37,6 +37,31 @@ TEST(ResCommandTest, StringsAndResources) {
   EXPECT_EQ(Res("get " + Fixture("multi64.dll") + " forms main").out.substr(0, 11), "<resources>");
 }
 
+// A person at a terminal reads the document as a resource call reads it,
+// in UTF-8; a redirected output (and --raw) keeps the exact bytes: here a
+// UTF-8 byte-order mark followed by the Windows-1252 byte 0xDC.
+TEST(ResCommandTest, TheTourLibrariesOnATerminalAndRedirected) {
+  testing::TempFolder temp;
+  const auto written =
+      testing::RunCommand(std::string(NORVIK50_TOOL) + " demo --libraries " + temp.File("res"));
+  ASSERT_EQ(written.status, 0) << written.out;
+  const std::string library = temp.File("res/Res_DE.dll");
+  EXPECT_EQ(Res("string " + library + " 100").out, "Größe ändern\n");
+  // script(1) gives the command a terminal; it writes its own CR LF.
+  const auto shown = testing::RunCommand("script -qec \"NORVIK50_LOCALE=en-US " +
+                                         std::string(NORVIK50_TOOL) + " res get " + library +
+                                         " XML '#100'\" /dev/null");
+  EXPECT_EQ(shown.status, 0) << shown.out;
+  EXPECT_EQ(shown.out.rfind("<resources>", 0), 0u) << shown.out;
+  EXPECT_NE(shown.out.find("text=\"Übersicht\""), std::string::npos) << shown.out;
+  const std::string bytes = Res("get " + library + " XML '#100'").out;
+  EXPECT_EQ(bytes.substr(0, 14), "\xEF\xBB\xBF<resources>");
+  EXPECT_NE(bytes.find("text=\"\xDC" "bersicht\""), std::string::npos);
+  const auto raw = testing::RunCommand("script -qec \"" + std::string(NORVIK50_TOOL) +
+                                       " res get --raw " + library + " XML '#100'\" /dev/null");
+  EXPECT_EQ(raw.out.substr(0, 3), "\xEF\xBB\xBF") << raw.out;
+}
+
 TEST(ResCommandTest, ExitCodes) {
   EXPECT_EQ(Res("string " + Fixture("Res_DE.dll") + " 5").status, 1);
   EXPECT_EQ(Res("get " + Fixture("Res_DE.dll") + " XML '#5'").status, 1);

@@ -296,11 +296,17 @@ void AddDemoCommand(CLI::App& app) {
   auto gallery = std::make_shared<std::string>();
   demo->add_option("--gallery", *gallery,
                    "Render every dialog in German and English to PNG files in DIR");
-  demo->callback([gallery] {
-    if (gallery->empty()) {
-      RunDemo();
-    } else {
+  auto libraries = std::make_shared<std::string>();
+  demo->add_option("--libraries", *libraries,
+                   "Write the tour's resource libraries Res_DE.dll and Res_EN.dll to DIR");
+  demo->callback([gallery, libraries] {
+    if (!libraries->empty()) {
+      ExitCode() = WriteTourLibraries(*libraries) ? 0 : 1;
+      if (ExitCode() == 0) std::cout << "Res_DE.dll and Res_EN.dll in " << *libraries << '\n';
+    } else if (!gallery->empty()) {
       ExitCode() = RunDialogGallery(*gallery);
+    } else {
+      RunDemo();
     }
   });
 }

@@ -23,18 +23,7 @@ constexpr char16_t kDrive = u'R';
 
 std::string PlaceLibraries(const std::string& tour_folder) {
   const std::filesystem::path folder = std::filesystem::path(tour_folder) / "resources";
-  std::filesystem::create_directories(folder / "App");
-  const struct {
-    const char* name;
-    const unsigned char* bytes;
-    std::size_t size;
-  } libraries[] = {{"Res_DE.dll", embedded::kDemoResDe, embedded::kDemoResDe_size},
-                   {"Res_EN.dll", embedded::kDemoResEn, embedded::kDemoResEn_size}};
-  for (const auto& library : libraries) {
-    std::ofstream(folder / "App" / library.name, std::ios::binary)
-        .write(reinterpret_cast<const char*>(library.bytes),
-               static_cast<std::streamsize>(library.size));
-  }
+  WriteTourLibraries((folder / "App").string());
   SetDriveRoot(kDrive, folder.string());
   return folder.string();
 }
@@ -44,6 +33,28 @@ void SetLanguage(Tour& tour, int32_t id) {
 }
 
 }  // namespace
+
+bool WriteTourLibraries(const std::string& folder) {
+  std::error_code ec;
+  std::filesystem::create_directories(folder, ec);
+  const struct {
+    const char* name;
+    const unsigned char* bytes;
+    std::size_t size;
+  } libraries[] = {{"Res_DE.dll", embedded::kDemoResDe, embedded::kDemoResDe_size},
+                   {"Res_EN.dll", embedded::kDemoResEn, embedded::kDemoResEn_size}};
+  for (const auto& library : libraries) {
+    const std::filesystem::path file = std::filesystem::path(folder) / library.name;
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(library.bytes),
+              static_cast<std::streamsize>(library.size));
+    if (!out.flush()) {
+      std::cerr << "norvik50 demo: cannot write " << file.string() << '\n';
+      return false;
+    }
+  }
+  return true;
+}
 
 void ResourcesStep(Tour& tour) {
   Step("Languages and resources",

@@ -3,12 +3,16 @@
 //   res list FILE               every resource: type, name, language, size
 //   res string FILE ID          string-table entry ID (UTF-8, one line)
 //   res get FILE TYPE NAME      the bytes of a custom resource, e.g.
-//                               res get Res_DE.dll XML '#100' > form.xml
+//                               res get Res_DE.dll XML '#100' > form.xml;
+//                               on a terminal, the text a resource call
+//                               reads from them (--raw: the bytes there too)
 // FILE is a Windows-style path through the drive map or a Linux path;
 // TYPE and NAME take "#n" for numbers, as resource calls do. Strings and
 // resources come in the language a resource call without a language picks
 // for the current locale. Exit codes: 0 done, 1 no such string or
 // resource, 2 the file is missing or no resource library.
+#include <unistd.h>
+
 #include <cstdio>
 #include <iostream>
 
@@ -17,6 +21,7 @@
 #include "norvik50/host.h"
 #include "norvik50/locale.h"
 #include "resources/file_image_bytes.h"
+#include "resources/own_resources.h"
 #include "resources/pe_image.h"
 #include "resources/resource_languages.h"
 
@@ -100,7 +105,7 @@ void String(const std::string& path, uint32_t id) {
   std::cout << ToUtf8(*text) << '\n';
 }
 
-void Get(const std::string& path, const std::string& type, const std::string& name) {
+void Get(const std::string& path, const std::string& type, const std::string& name, bool raw) {
   const auto library = OpenLibrary(path);
   if (!library) return;
   const auto type_id = pe::ParseResourceId(FromUtf8(type));
@@ -114,8 +119,18 @@ void Get(const std::string& path, const std::string& type, const std::string& na
     ExitCode() = kNotFound;
     return;
   }
-  std::fwrite(data->data(), 1, data->size(), stdout);
-  std::fflush(stdout);
+  if (raw || ::isatty(STDOUT_FILENO) == 0) {
+    std::fwrite(data->data(), 1, data->size(), stdout);
+    std::fflush(stdout);
+    return;
+  }
+  // A person reads the document as a resource call reads it: one
+  // Windows-1252 character per byte, from the first "<" (which drops a
+  // byte-order mark) and in the terminal's UTF-8, so that "\xDC" shows as
+  // "Ü" and not as a replacement character.
+  const std::string_view bytes(reinterpret_cast<const char*>(data->data()), data->size());
+  const std::string text = ToUtf8(FromFirstAngleBracket(BytesToText(bytes)));
+  std::cout << text << (text.empty() || text.back() != '\n' ? "\n" : "") << std::flush;
 }
 
 }  // namespace
@@ -141,7 +156,9 @@ void AddResCommand(CLI::App& app) {
   get->add_option("FILE", path, "the resource library")->required();
   get->add_option("TYPE", type, "type name or #number (XML, #10)")->required();
   get->add_option("NAME", name, "name or #number (#100)")->required();
-  get->callback([] { Get(path, type, name); });
+  static bool raw = false;
+  get->add_flag("--raw", raw, "The bytes as they are, on a terminal too");
+  get->callback([] { Get(path, type, name, raw); });
 }
 
 }  // namespace norvik50::cli
