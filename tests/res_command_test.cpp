@@ -62,6 +62,19 @@ TEST(ResCommandTest, TheTourLibrariesOnATerminalAndRedirected) {
   EXPECT_EQ(raw.out.substr(0, 3), "\xEF\xBB\xBF") << raw.out;
 }
 
+// A FIFO nobody writes and a device that never ends are no libraries: the
+// command says so at once (timeout makes a blocked command exit 124).
+TEST(ResCommandTest, FifosAndDevicesAreNoLibraries) {
+  testing::TempFolder temp;
+  testing::RunCommand("mkfifo " + temp.File("pipe.dll"));
+  for (const std::string& file : {temp.File("pipe.dll"), std::string("/dev/zero")}) {
+    for (const std::string& args : {"list " + file, "string " + file + " 100",
+                                    "get " + file + " XML '#100'"}) {
+      EXPECT_EQ(Res(args, "timeout 10 env ").status, 2) << args;
+    }
+  }
+}
+
 TEST(ResCommandTest, ExitCodes) {
   EXPECT_EQ(Res("string " + Fixture("Res_DE.dll") + " 5").status, 1);
   EXPECT_EQ(Res("get " + Fixture("Res_DE.dll") + " XML '#5'").status, 1);

@@ -1,7 +1,7 @@
 #include "resources/file_image_bytes.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
+#include "core/outside_file.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,14 +10,10 @@
 namespace norvik50 {
 
 std::shared_ptr<FileImageBytes> FileImageBytes::Open(const std::string& path) {
-  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return nullptr;
-  struct stat info {};
-  if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) || info.st_size <= 0) {
-    ::close(fd);
-    return nullptr;
-  }
-  return std::make_shared<FileImageBytes>(fd, static_cast<uint64_t>(info.st_size));
+  auto file = OutsideFile::Open(path);
+  if (!file || file->size() == 0) return nullptr;
+  const uint64_t size = file->size();
+  return std::make_shared<FileImageBytes>(file->Release(), size);
 }
 
 FileImageBytes::~FileImageBytes() { ::close(fd_); }

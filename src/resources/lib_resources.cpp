@@ -1,9 +1,7 @@
 // LIB: texts from the current language's resource library.
-#include <fstream>
-#include <sstream>
-
 #include "core/file_dialog_request.h"
 #include "core/library_state.h"
+#include "core/outside_file.h"
 #include "core/paths.h"
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
@@ -51,12 +49,9 @@ bool NamesALanguageLibrary(std::u16string_view name) {
 
 std::optional<std::u16string> ReadFileAsAnsiText(std::u16string_view path) {
   const auto linux_path = ToLinuxPath(path);
-  if (!linux_path) return std::nullopt;
-  std::ifstream in(*linux_path, std::ios::binary);
-  if (!in) return std::nullopt;
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return BytesToText(bytes.str());
+  const auto bytes = linux_path ? ReadOutsideFile(*linux_path) : std::nullopt;
+  if (!bytes) return std::nullopt;
+  return BytesToText(*bytes);
 }
 
 }  // namespace
