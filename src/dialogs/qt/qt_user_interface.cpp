@@ -15,6 +15,7 @@
 #include "dialogs/qt/file_dialog.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/message_form.h"
+#include "dialogs/qt/platform_probe.h"
 #include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/system_box.h"
@@ -172,14 +173,14 @@ class QtUi final : public UserInterface {
 }  // namespace
 
 std::shared_ptr<UserInterface> QtUserInterface(QWidget* owner) {
+  // Qt would end the process at the first dialog; the headless answers
+  // keep the host running.
+  if (!DisplayAvailable()) return HeadlessUserInterface();
   return std::make_shared<QtUi>(owner);
 }
 
 void InstallQtDialogs(QWidget* owner) { SetUserInterface(QtUserInterface(owner)); }
 
-bool DisplayAvailable() {
-  return !qgetenv("DISPLAY").isEmpty() || !qgetenv("WAYLAND_DISPLAY").isEmpty() ||
-         !qgetenv("QT_QPA_PLATFORM").isEmpty();
-}
+bool DisplayAvailable() { return qt::PlatformProblemOnce().empty(); }
 
 }  // namespace norvik50
