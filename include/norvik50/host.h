@@ -73,8 +73,9 @@ struct InputRequest {
   std::u16string cancel_caption;  // in the current language
 };
 
-// Everything the zoom editor (frmZoom) shows. The user interface sets
-// the size to the window's size when it closes.
+// Everything the zoom editor (frmZoom) shows. A user interface that shows
+// the window sets the size to the window's size when it closes, and
+// `shown`: the library keeps that size for the next zoom.
 struct ZoomRequest {
   std::u16string title;    // "Zoom" when the caller gives no description
   std::u16string text;     // the source's text
@@ -83,6 +84,7 @@ struct ZoomRequest {
   std::u16string tooltip;  // the source's tooltip
   int32_t width_twips = 0;
   int32_t height_twips = 0;
+  bool shown = false;  // set by the user interface once the window was shown
 };
 
 // Everything the folder chooser (frmChoosePath) shows, worked out by the
@@ -221,7 +223,7 @@ class NORVIK50_EXPORT UserInterface {
   // The zoom editor, shown modally. Returns true with `text` set to the
   // edited text after OK; false (text unchanged) after Cancel, the close
   // box or when it could not be shown (the default, which leaves the
-  // request's size alone).
+  // request's size and `shown` alone).
   virtual bool ShowZoom(ZoomRequest& request, std::u16string& text);
   // The language chooser (frmChooseLang), shown when no language is stored
   // yet. `languages` holds "langid;name;extension" entries; returns the

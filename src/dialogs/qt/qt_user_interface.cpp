@@ -81,6 +81,7 @@ class QtUi final : public UserInterface {
         form, [&] { return form.Facts(); }, [&] { return form.Confirmed() ? 1 : 2; });
     request.width_twips = form.WidthTwips();
     request.height_twips = form.HeightTwips();
+    request.shown = true;
     if (form.Confirmed()) text = form.Text().toStdU16String();
     return form.Confirmed();
   }
