@@ -11,6 +11,7 @@
 #include "core/library_state.h"
 #include "dialogs/input_request.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/form_geometry_for_tests.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/scripted_dialogs_for_tests.h"
@@ -77,16 +78,27 @@ TEST_F(InputFormTest, ACodeShowsAnAsteriskPerCharacterAndKeepsTheClearText) {
   EXPECT_EQ(form.Facts().value, "******");
 }
 
-TEST_F(InputFormTest, LayoutKeepsNineSpareRowsBelowTheBoxAndFitsLongPrompts) {
-  const QString long_prompt = QString("Ein langer Hinweis ").repeated(20);
-  for (const QString& prompt : {QString("kurz"), long_prompt}) {
-    InputForm form(MakeInputRequest(prompt.toStdU16String(), u"t", Variant(u"x"), u"", false, 1),
-                   nullptr);
-    const QRect box = form.ValueBox()->geometry();
-    EXPECT_EQ(form.height() - box.bottom() - 1, InputForm::kBottomGap);
-    const QLabel* label = form.findChild<QLabel*>();
-    EXPECT_LE(label->geometry().bottom(), box.top());
-    EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+// At any prompt length, in German and English: nothing overlaps, the
+// buttons are alike, the prompt is shown in full and nine pixels stay
+// free below the box.
+TEST_F(InputFormTest, NothingOverlapsAtAnyPromptLengthInEitherLanguage) {
+  const std::vector<QString> prompts = {
+      QString(), QString("kurz"), QString("Bitte geben Sie die Kundennummer ein:"),
+      QString("Ein langer Hinweis ").repeated(20), QString("Zeile eins\nZeile zwei\nZeile drei"),
+      QString("Zeile\n").repeated(12)};
+  for (const int16_t language : {1, 2}) {
+    for (const QString& prompt : prompts) {
+      InputForm form(MakeInputRequest(prompt.toStdU16String(), u"t", Variant(u"x"), u"", false,
+                                      language),
+                     nullptr);
+      SCOPED_TRACE(::testing::Message() << "language " << language << ": " << prompt.size()
+                                        << " characters");
+      EXPECT_EQ(LayoutFaults(form), std::vector<std::string>{});
+      const QRect box = form.ValueBox()->geometry();
+      EXPECT_EQ(form.height() - box.bottom() - 1, InputForm::kBottomGap);
+      const QLabel* label = form.findChild<QLabel*>();
+      EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+    }
   }
 }
 

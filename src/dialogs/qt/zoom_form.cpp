@@ -74,6 +74,9 @@ ZoomForm::ZoomForm(const ZoomRequest& request, QWidget* owner) : FormBase(owner)
   resize(std::max(minimumWidth(), request.width_twips / kTwipsPerPixel - 2 * kSizingFrame),
          std::max(minimumHeight(),
                   request.height_twips / kTwipsPerPixel - kCaptionHeight - 2 * kSizingFrame));
+  // Laid out at once: a form not yet shown gets its resize event only when
+  // it is shown.
+  LayoutControls();
   editor_->setFocus();
   connect(ok_, &QPushButton::clicked, this, [this] {
     confirmed_ = true;
@@ -84,6 +87,10 @@ ZoomForm::ZoomForm(const ZoomRequest& request, QWidget* owner) : FormBase(owner)
 
 void ZoomForm::resizeEvent(QResizeEvent* event) {
   FormBase::resizeEvent(event);
+  LayoutControls();
+}
+
+void ZoomForm::LayoutControls() {
   // The box fills the window above a bottom row of hint and buttons.
   const int row_top = height() - kMargin - kButtonHeight;
   const int buttons_left = width() - kMargin - 2 * kButtonWidth - kMargin / 2;
