@@ -127,6 +127,7 @@ struct FileDialogRequest {
   std::u16string initial_folder;  // Windows-style; "" for the current folder
   bool open = true;               // false: the save dialog
   int64_t owner_window = 0;       // the host's window id; 0 for the active window
+  int16_t language = 0;           // the toolkit's texts: a language id; 0 the locale's
 };
 
 // The progress window (frmMessage) as tklSendMessage, tklHideMessage and
@@ -206,10 +207,11 @@ class NORVIK50_EXPORT UserInterface {
   // request to ShowStandardMessage and answers 10 to anything else.
   virtual int32_t ShowMessageBox(const MessageBoxRequest& request);
   // The window system's own yes/no question (question symbol; the second
-  // button the default with `default_no`). Returns 6 Yes, 7 No, 10 when it
-  // could not be shown (the default).
-  virtual int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
-                           bool default_no);
+  // button the default with `default_no`), in the toolkit's texts for
+  // `language` (a language id; 0 for the library locale's language).
+  // Returns 6 Yes, 7 No, 10 when it could not be shown (the default).
+  virtual int32_t AskYesNo(std::u16string_view question, std::u16string_view title, bool default_no,
+                           int16_t language);
   // The answer box (frmAnswer) with the caller's captions, left to right.
   // An empty title keeps the designed caption. Returns the 1-based position
   // of the chosen button, 0 for Escape, the close box or a box that could
@@ -235,9 +237,10 @@ class NORVIK50_EXPORT UserInterface {
   // when it could not be shown (the default).
   virtual std::u16string ChoosePath(const ChoosePathRequest& request);
   // The toolkit's own folder browser, titled `title`, starting in the
-  // current folder. Returns the chosen folder (Windows-style); "" when
-  // cancelled or when it could not be shown (the default).
-  virtual std::u16string BrowseForFolder(std::u16string_view title);
+  // current folder, in the toolkit's texts for `language` (as AskYesNo).
+  // Returns the chosen folder (Windows-style); "" when cancelled or when it
+  // could not be shown (the default).
+  virtual std::u16string BrowseForFolder(std::u16string_view title, int16_t language);
   // The open (or save) file dialog. Returns true with `filename` set to the
   // chosen file (Windows-style; several files as the flags say) when one
   // was chosen; false (filename unchanged) when cancelled or not shown.

@@ -76,7 +76,9 @@ ChoosePathRequest MakeChoosePathRequest(std::u16string_view start_path,
 
 std::u16string LIB::tklChoosePath(std::u16string_view sDefaultPath, std::u16string_view sCaption) {
   try {
-    if (sDefaultPath.empty()) return CurrentUserInterface().BrowseForFolder(sCaption);
+    if (sDefaultPath.empty()) {
+      return CurrentUserInterface().BrowseForFolder(sCaption, StoredLanguage(*this));
+    }
     const std::u16string start = PathIsDirectory(sDefaultPath) != 0
                                      ? std::u16string(sDefaultPath)
                                      : CurrentFolder();
