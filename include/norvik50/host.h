@@ -71,6 +71,7 @@ struct InputRequest {
   bool masked = false;            // every character shown as "*"
   std::u16string ok_caption;      // in the current language
   std::u16string cancel_caption;  // in the current language
+  int16_t language = 0;           // the current language (also for the toolkit's texts)
 };
 
 // Everything the zoom editor (frmZoom) shows. A user interface that shows
@@ -97,6 +98,7 @@ struct ChoosePathRequest {
   std::u16string ok_caption;          // "OK"
   std::u16string cancel_caption;      // "Abbrechen" / "Cancel"
   std::u16string new_folder_caption;  // "&Neuer Ordner..." / "&New Folder..."
+  int16_t language = 0;               // the language the captions are in
   // The "new folder" button: asks for a name, creates the folder below
   // `parent` (the path field's text) and returns the new folder's path;
   // nullopt when the user cancelled or the folder could not be created

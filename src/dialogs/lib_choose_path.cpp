@@ -71,6 +71,7 @@ ChoosePathRequest MakeChoosePathRequest(std::u16string_view start_path,
   request.ok_caption = u"OK";
   request.cancel_caption = german ? u"Abbrechen" : u"Cancel";
   request.new_folder_caption = german ? u"&Neuer Ordner..." : u"&New Folder...";
+  request.language = language;
   return request;
 }
 

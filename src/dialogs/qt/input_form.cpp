@@ -37,7 +37,8 @@ class SelectingLineEdit final : public QLineEdit {
 
 }  // namespace
 
-InputForm::InputForm(const InputRequest& request, QWidget* owner) : FormBase(owner) {
+InputForm::InputForm(const InputRequest& request, QWidget* owner)
+    : FormBase(owner, request.language) {
   setWindowTitle(ToQ(request.title));
   constexpr int kLabelWidth = kClientWidth - 3 * kMargin - kButtonWidth;
   constexpr int kMinLabelHeight = 45;

@@ -2,11 +2,14 @@
 // on the real form, and the members driven by a dialog script.
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMenu>
 #include <QTest>
 #include <QTimer>
 #include <fstream>
+#include <memory>
 
 #include "core/library_state.h"
 #include "dialogs/input_request.h"
@@ -99,6 +102,28 @@ TEST_F(InputFormTest, NothingOverlapsAtAnyPromptLengthInEitherLanguage) {
       const QLabel* label = form.findChild<QLabel*>();
       EXPECT_GE(label->height(), label->heightForWidth(label->width()));
     }
+  }
+}
+
+// Qt's own texts in the form (the menu of its text box) speak the form's
+// language while it exists; afterwards the host's are as before.
+TEST_F(InputFormTest, QtsOwnTextsSpeakTheFormsLanguage) {
+  ScopedLocale english("en-US");
+  struct Case {
+    int16_t language;
+    const char* undo;
+  };
+  for (const Case& c : {Case{1, "&R\u00fcckg\u00e4ngig"}, Case{2, "&Undo"}}) {
+    {
+      InputForm form(MakeInputRequest(u"p", u"t", Variant(u"x"), u"", false, c.language), nullptr);
+      std::unique_ptr<QMenu> menu(form.ValueBox()->createStandardContextMenu());
+      ASSERT_FALSE(menu->actions().isEmpty());
+      // The text before the tab; the shortcut after it ("Strg+Z") is translated too.
+      EXPECT_EQ(menu->actions().first()->text().section(QLatin1Char('\t'), 0, 0),
+                QString::fromUtf8(c.undo))
+          << c.language;
+    }
+    EXPECT_EQ(QCoreApplication::translate("QLineEdit", "&Undo"), "&Undo");
   }
 }
 

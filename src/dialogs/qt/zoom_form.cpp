@@ -12,6 +12,10 @@ QString ToQ(const std::u16string& text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+// The editor's texts are German by design, and so are Qt's in it (the
+// menu of the text box).
+constexpr int16_t kDesignedLanguage = 1;
+
 constexpr char16_t kHint[] =
     u"[ENTER] schlie\u00dft die Eingabe ab, f\u00fcr einen Zeilenumbruch dr\u00fccken Sie bitte "
     u"die Tastenkombination [Strg]+[J].";
@@ -52,7 +56,8 @@ class ZoomEditor final : public QPlainTextEdit {
 
 }  // namespace
 
-ZoomForm::ZoomForm(const ZoomRequest& request, QWidget* owner) : FormBase(owner) {
+ZoomForm::ZoomForm(const ZoomRequest& request, QWidget* owner)
+    : FormBase(owner, kDesignedLanguage) {
   setWindowFlags(windowFlags() | Qt::WindowMaximizeButtonHint);
   setSizeGripEnabled(true);
   setWindowTitle(ToQ(request.title));
