@@ -129,18 +129,10 @@ TEST_F(InputFormTest, QtsOwnTextsSpeakTheFormsLanguage) {
 
 class InputScriptTest : public ::testing::Test {
  protected:
-  InputScriptTest() {
-    InstallQtDialogs();
-    SetLanguage(8);
-  }
-  ~InputScriptTest() override {
-    SetUserInterface(nullptr);
-    SetBaseKey(u"");
-  }
-  void SetLanguage(int32_t id) {
-    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(id));
-  }
+  InputScriptTest() { SetLanguage(8); }
+  void SetLanguage(int32_t id) { StoreLanguage(lib_, id); }
 
+  QtDialogsInstalled qt_;
   TempFolder temp_;
   ScriptedDialogs dialogs_{temp_, "de-DE"};
   LIB lib_;

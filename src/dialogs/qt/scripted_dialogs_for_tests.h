@@ -10,8 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "core/library_state.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/dialog_log_for_tests.h"
+#include "norvik50/lib.h"
+#include "norvik50/qt_dialogs.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50::qt::testing {
@@ -53,6 +56,25 @@ class ScriptedDialogs {
   norvik50::testing::ScopedEnv log_{"NORVIK50_DIALOG_LOG", folder_.File("dialogs.jsonl")};
   norvik50::testing::ScopedLocale locale_;
 };
+
+// The members show the Qt dialogs for the object's lifetime; afterwards
+// the headless interface, no shown hook and the default base key are back.
+class QtDialogsInstalled {
+ public:
+  QtDialogsInstalled() { InstallQtDialogs(); }
+  ~QtDialogsInstalled() {
+    SetShownHook(nullptr);
+    SetUserInterface(nullptr);
+    SetBaseKey(u"");
+  }
+  QtDialogsInstalled(const QtDialogsInstalled&) = delete;
+  QtDialogsInstalled& operator=(const QtDialogsInstalled&) = delete;
+};
+
+// Stores `id` as the user's current language under the base key.
+inline void StoreLanguage(LIB& lib, int32_t id) {
+  lib.tkrSetValue(HKEY_CURRENT_USER, lib.tklRegKey(), u"Language", Variant(id));
+}
 
 }  // namespace norvik50::qt::testing
 

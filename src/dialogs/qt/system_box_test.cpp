@@ -24,20 +24,11 @@ using namespace norvik50::qt::testing;
 
 class SystemBoxTest : public ::testing::Test {
  protected:
-  SystemBoxTest() {
-    InstallQtDialogs();
-    // No script lines: the hook acts, then a box still open is closed.
-    dialogs_.Script("");
-  }
-  ~SystemBoxTest() override {
-    SetShownHook(nullptr);
-    SetUserInterface(nullptr);
-    SetBaseKey(u"");
-  }
-  void SetLanguage(int32_t id) {
-    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(id));
-  }
+  // No script lines: the hook acts, then a box still open is closed.
+  SystemBoxTest() { dialogs_.Script(""); }
+  void SetLanguage(int32_t id) { StoreLanguage(lib_, id); }
 
+  QtDialogsInstalled qt_;
   TempFolder temp_;
   // The process speaks English; the library's language decides.
   ScriptedDialogs dialogs_{temp_, "en-US"};
