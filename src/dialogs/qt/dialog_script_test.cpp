@@ -23,22 +23,13 @@ namespace {
 using namespace norvik50::testing;
 using namespace norvik50::qt::testing;
 
-class DialogScriptTest : public ::testing::Test {
+class DialogScriptTest : public QtMembersTest {
  protected:
-  DialogScriptTest() {
-    InstallQtDialogs();
+  DialogScriptTest() : QtMembersTest("de-DE") {
     SetHostApplication(u"host", u"Host");
-    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(int32_t{1}));
+    SetLanguage(1);
   }
-  ~DialogScriptTest() override {
-    SetUserInterface(nullptr);
-    SetHostApplication(u"", u"");
-    SetBaseKey(u"");
-  }
-
-  TempFolder temp_;
-  ScriptedDialogs dialogs_{temp_, "de-DE"};
-  LIB lib_;
+  ~DialogScriptTest() override { SetHostApplication(u"", u""); }
 };
 
 TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {

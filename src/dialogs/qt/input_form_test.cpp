@@ -127,15 +127,9 @@ TEST_F(InputFormTest, QtsOwnTextsSpeakTheFormsLanguage) {
   }
 }
 
-class InputScriptTest : public ::testing::Test {
+class InputScriptTest : public QtMembersTest {
  protected:
-  InputScriptTest() { SetLanguage(8); }
-  void SetLanguage(int32_t id) { StoreLanguage(lib_, id); }
-
-  QtDialogsInstalled qt_;
-  TempFolder temp_;
-  ScriptedDialogs dialogs_{temp_, "de-DE"};
-  LIB lib_;
+  InputScriptTest() : QtMembersTest("de-DE") { SetLanguage(8); }
 };
 
 TEST_F(InputScriptTest, TheMembersTakeTypedTextAndLogTheForm) {

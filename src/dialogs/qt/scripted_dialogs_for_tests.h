@@ -4,6 +4,8 @@
 #ifndef NORVIK50_SRC_DIALOGS_QT_SCRIPTED_DIALOGS_FOR_TESTS_H_
 #define NORVIK50_SRC_DIALOGS_QT_SCRIPTED_DIALOGS_FOR_TESTS_H_
 
+#include <gtest/gtest.h>
+
 #include <QJsonObject>
 #include <QTimer>
 #include <fstream>
@@ -75,6 +77,19 @@ class QtDialogsInstalled {
 inline void StoreLanguage(LIB& lib, int32_t id) {
   lib.tkrSetValue(HKEY_CURRENT_USER, lib.tklRegKey(), u"Language", Variant(id));
 }
+
+// A test of the members through the Qt dialogs: the dialogs installed, the
+// test's own folder, script and log in `locale`, and a library object.
+class QtMembersTest : public ::testing::Test {
+ protected:
+  explicit QtMembersTest(const std::string& locale) : dialogs_(temp_, locale) {}
+  void SetLanguage(int32_t id) { StoreLanguage(lib_, id); }
+
+  QtDialogsInstalled qt_;
+  norvik50::testing::TempFolder temp_;
+  ScriptedDialogs dialogs_;
+  LIB lib_;
+};
 
 }  // namespace norvik50::qt::testing
 

@@ -22,17 +22,11 @@ namespace {
 using namespace norvik50::testing;
 using namespace norvik50::qt::testing;
 
-class SystemBoxTest : public ::testing::Test {
+// The process speaks English; the library's language decides.
+class SystemBoxTest : public QtMembersTest {
  protected:
   // No script lines: the hook acts, then a box still open is closed.
-  SystemBoxTest() { dialogs_.Script(""); }
-  void SetLanguage(int32_t id) { StoreLanguage(lib_, id); }
-
-  QtDialogsInstalled qt_;
-  TempFolder temp_;
-  // The process speaks English; the library's language decides.
-  ScriptedDialogs dialogs_{temp_, "en-US"};
-  LIB lib_;
+  SystemBoxTest() : QtMembersTest("en-US") { dialogs_.Script(""); }
 };
 
 // A marked letter answers as its button at once (the platform's own box
