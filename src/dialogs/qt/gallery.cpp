@@ -146,6 +146,13 @@ int RenderDialogGallery(const std::string& folder) {
     open.language = lang.id;
     std::u16string chosen;
     ui->ShowFileDialog(open, chosen);
+    // The folder browser starts in the current folder: the gallery's, for
+    // as long as it is shown.
+    name = QStringLiteral("folderBrowse") + suffix;
+    const QString current = QDir::currentPath();
+    QDir::setCurrent(dir);
+    ui->BrowseForFolder(german ? u"Ablage w\u00e4hlen" : u"Choose the filing folder", lang.id);
+    QDir::setCurrent(current);
     if (german) {
       // The zoom editor has one designed language.
       name = QStringLiteral("frmZoom");
