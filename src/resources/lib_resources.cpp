@@ -97,12 +97,11 @@ std::u16string LIB::tklResource(int32_t lResID, std::u16string_view sResType,
       const int16_t language = GetCurrentLanguage(*this, BaseKey());
       std::u16string chosen;
       // The same dialog as tklFileDialog's: no owner, no initial folder.
-      if (CurrentUserInterface().ShowFileDialog(
-              MakeFileDialogRequest(GetResourceItem(u"openresdll", language),
-                                    GetResourceItem(u"openresdlltitle", language), u"",
-                                    file_dialog_flags::kFileMustExist, 0, u"", true),
-              chosen) &&
-          NamesALanguageLibrary(chosen)) {
+      FileDialogRequest request = MakeFileDialogRequest(
+          GetResourceItem(u"openresdll", language), GetResourceItem(u"openresdlltitle", language),
+          u"", file_dialog_flags::kFileMustExist, 0, u"", true);
+      request.language = language;
+      if (CurrentUserInterface().ShowFileDialog(request, chosen) && NamesALanguageLibrary(chosen)) {
         // C:\App\Res_DE.dll is stored as C:\App\Res_%L.dll.
         tkrSetValue(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL",
                     Variant(chosen.substr(0, chosen.size() - 6) + u"%L.dll"));

@@ -23,22 +23,13 @@ namespace {
 using namespace norvik50::testing;
 using namespace norvik50::qt::testing;
 
-class DialogScriptTest : public ::testing::Test {
+class DialogScriptTest : public QtMembersTest {
  protected:
-  DialogScriptTest() {
-    InstallQtDialogs();
+  DialogScriptTest() : QtMembersTest("de-DE") {
     SetHostApplication(u"host", u"Host");
-    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(int32_t{1}));
+    SetLanguage(1);
   }
-  ~DialogScriptTest() override {
-    SetUserInterface(nullptr);
-    SetHostApplication(u"", u"");
-    SetBaseKey(u"");
-  }
-
-  TempFolder temp_;
-  ScriptedDialogs dialogs_{temp_, "de-DE"};
-  LIB lib_;
+  ~DialogScriptTest() override { SetHostApplication(u"", u""); }
 };
 
 TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
@@ -160,11 +151,12 @@ TEST(DialogGalleryTest, EveryFormInBothLanguagesBecomesAPicture) {
   ScopedEnv script("NORVIK50_DIALOG_SCRIPT", std::nullopt);
   ScopedEnv log("NORVIK50_DIALOG_LOG", std::nullopt);
   const std::string folder = temp.File("gallery");
-  EXPECT_EQ(RenderDialogGallery(folder), 20);
-  for (const char* name : {"frmMsgBox_de", "frmMsgBox_en", "frmStdMsg_de", "frmAnswer_en",
-                           "system_de", "frmChooseLang", "frmInput_de", "frmInput_en", "frmZoom",
-                           "frmChoosePath_de", "frmChoosePath_en", "fileOpen_de", "fileOpen_en",
-                           "frmMessage_de", "frmMessage_en"}) {
+  EXPECT_EQ(RenderDialogGallery(folder), 22);
+  for (const char* name :
+       {"frmMsgBox_de", "frmMsgBox_en", "frmStdMsg_de", "frmAnswer_en", "system_de",
+        "frmChooseLang", "frmInput_de", "frmInput_en", "frmZoom", "frmChoosePath_de",
+        "frmChoosePath_en", "fileOpen_de", "fileOpen_en", "folderBrowse_de", "folderBrowse_en",
+        "frmMessage_de", "frmMessage_en"}) {
     QImage picture(QString::fromStdString(folder + "/" + name + ".png"));
     EXPECT_GT(picture.width(), 150) << name;
     EXPECT_GT(picture.height(), 60) << name;

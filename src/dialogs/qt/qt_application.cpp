@@ -3,12 +3,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
-#include <QLibraryInfo>
-#include <QLocale>
-#include <QTranslator>
-#include <string>
-
-#include "norvik50/locale.h"
 
 namespace norvik50::qt {
 namespace {
@@ -28,11 +22,6 @@ void LoadDialogFont() {
   }
 }
 
-QTranslator*& CurrentTranslator() {
-  static QTranslator* translator = nullptr;
-  return translator;
-}
-
 }  // namespace
 
 void EnsureApplication() {
@@ -50,39 +39,11 @@ void EnsureApplication() {
   LoadDialogFont();
 }
 
-void FollowLibraryLocale() {
-  // The library's locale (NORVIK50_LOCALE or the POSIX environment), so
-  // that the system box speaks the language the numbers are written in.
-  static std::string loaded = "-";
-  const std::string& name = CurrentLocale().icu_name;
-  if (name == loaded) return;
-  loaded = name;
-  LoadQtTranslations(QString::fromStdString(name));
-}
-
 QFont DialogFont(double points, bool bold) {
   QFont font(QStringLiteral("Tahoma"));
   font.setPointSizeF(points);
   font.setBold(bold);
   return font;
-}
-
-bool LoadQtTranslations(const QString& locale_name) {
-  QTranslator*& translator = CurrentTranslator();
-  if (translator) {
-    QCoreApplication::removeTranslator(translator);
-    delete translator;
-    translator = nullptr;
-  }
-  auto* loaded = new QTranslator(QCoreApplication::instance());
-  if (!loaded->load(QLocale(locale_name), QStringLiteral("qtbase"), QStringLiteral("_"),
-                    QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-    delete loaded;
-    return false;
-  }
-  QCoreApplication::installTranslator(loaded);
-  translator = loaded;
-  return true;
 }
 
 std::unique_ptr<QWindow> ForeignWindow(int64_t window_id) {

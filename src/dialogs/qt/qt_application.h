@@ -1,5 +1,5 @@
 // The QApplication the dialogs run in: the host's, or one the library
-// creates on the first dialog; the dialog font and Qt's own translations.
+// creates on the first dialog, and the dialog font.
 #ifndef NORVIK50_SRC_DIALOGS_QT_QT_APPLICATION_H_
 #define NORVIK50_SRC_DIALOGS_QT_QT_APPLICATION_H_
 
@@ -18,14 +18,6 @@ void EnsureApplication();
 // The dialogs' font: Tahoma at `points` (the platform's fallback where it
 // is missing).
 QFont DialogFont(double points = 8.0, bool bold = false);
-
-// Loads Qt's translations for the library's current locale when it
-// changed since the last call.
-void FollowLibraryLocale();
-
-// Loads Qt's own translations (qtbase) for `locale_name` ("de_DE"),
-// replacing those loaded before; false when none are installed.
-bool LoadQtTranslations(const QString& locale_name);
 
 // Another program's window, named by the window id a host passes as an
 // owner (an X11 window id), as a QWindow that can be a transient parent.

@@ -12,6 +12,7 @@
 #include "dialogs/qt/choose_lang_form.h"
 #include "dialogs/qt/choose_path_form.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/dialog_language.h"
 #include "dialogs/qt/file_dialog.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/message_form.h"
@@ -42,12 +43,12 @@ class QtUi final : public UserInterface {
     return form.Result();
   }
 
-  int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
-                   bool default_no) override {
+  int32_t AskYesNo(std::u16string_view question, std::u16string_view title, bool default_no,
+                   int16_t language) override {
     qt::EnsureApplication();
-    qt::FollowLibraryLocale();
     // The window system's own box: its captions are Qt's, translated for
-    // the user's locale.
+    // the library's language.
+    const qt::DialogLanguage speaking(language);
     QMessageBox box(QMessageBox::Question, ToQ(title), ToQ(question),
                     QMessageBox::Yes | QMessageBox::No, owner_);
     box.setDefaultButton(default_no ? QMessageBox::No : QMessageBox::Yes);
@@ -82,6 +83,7 @@ class QtUi final : public UserInterface {
         form, [&] { return form.Facts(); }, [&] { return form.Confirmed() ? 1 : 2; });
     request.width_twips = form.WidthTwips();
     request.height_twips = form.HeightTwips();
+    request.shown = true;
     if (form.Confirmed()) text = form.Text().toStdU16String();
     return form.Confirmed();
   }
@@ -103,9 +105,9 @@ class QtUi final : public UserInterface {
     return form.ChosenPath().toStdU16String();
   }
 
-  std::u16string BrowseForFolder(std::u16string_view title) override {
+  std::u16string BrowseForFolder(std::u16string_view title, int16_t language) override {
     qt::EnsureApplication();
-    qt::FollowLibraryLocale();
+    const qt::DialogLanguage speaking(language);
     qt::FileDialog dialog(ToQ(title), owner_);
     qt::RunModal(
         dialog, [&] { return dialog.Facts(); }, [&] { return dialog.Chosen() ? 1 : 2; });
@@ -114,7 +116,7 @@ class QtUi final : public UserInterface {
 
   bool ShowFileDialog(const FileDialogRequest& request, std::u16string& filename) override {
     qt::EnsureApplication();
-    qt::FollowLibraryLocale();
+    const qt::DialogLanguage speaking(request.language);
     // The caller's window owns the dialog when it names one the platform
     // can reach; else the host's, else whatever window is active.
     const std::unique_ptr<QWindow> foreign = qt::ForeignWindow(request.owner_window);
