@@ -7,6 +7,16 @@
 
 namespace norvik50::cli {
 
+namespace {
+
+// Set but empty counts as not set: Qt would pick its default platform.
+void OffscreenUnlessNamed() {
+  const char* named = std::getenv("QT_QPA_PLATFORM");
+  if (named == nullptr || *named == '\0') setenv("QT_QPA_PLATFORM", "offscreen", 1);
+}
+
+}  // namespace
+
 std::shared_ptr<bool> AddHeadlessFlag(CLI::App& command) {
   auto headless = std::make_shared<bool>(false);
   command.add_flag("--headless", *headless,
@@ -21,7 +31,7 @@ void ChooseDialogs(bool headless) {
 
 bool InstallOffscreenDialogs() {
   if (DialogsPluginOrNull() == nullptr) return false;
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  OffscreenUnlessNamed();
   SetUserInterface(DeferredQtUserInterface());
   return true;
 }
@@ -32,7 +42,7 @@ int RunDialogGallery(const std::string& folder) {
     std::cerr << "norvik50 demo --gallery: the Qt dialogs are not available\n";
     return 1;
   }
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  OffscreenUnlessNamed();
   const int written = plugin->render_gallery(folder);
   std::cout << written << " pictures in " << folder << '\n';
   return written > 0 ? 0 : 1;

@@ -74,9 +74,9 @@ class Deferred final : public UserInterface {
   int32_t ShowMessageBox(const MessageBoxRequest& request) override {
     return Real().ShowMessageBox(request);
   }
-  int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
-                   bool default_no) override {
-    return Real().AskYesNo(question, title, default_no);
+  int32_t AskYesNo(std::u16string_view question, std::u16string_view title, bool default_no,
+                   int16_t language) override {
+    return Real().AskYesNo(question, title, default_no, language);
   }
   int16_t GetAnswer(std::u16string_view prompt, std::u16string_view detail,
                     std::u16string_view title,
@@ -95,8 +95,8 @@ class Deferred final : public UserInterface {
   std::u16string ChoosePath(const ChoosePathRequest& request) override {
     return Real().ChoosePath(request);
   }
-  std::u16string BrowseForFolder(std::u16string_view title) override {
-    return Real().BrowseForFolder(title);
+  std::u16string BrowseForFolder(std::u16string_view title, int16_t language) override {
+    return Real().BrowseForFolder(title, language);
   }
   bool ShowFileDialog(const FileDialogRequest& request, std::u16string& filename) override {
     return Real().ShowFileDialog(request, filename);
