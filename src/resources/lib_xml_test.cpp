@@ -126,6 +126,15 @@ TEST(MemoryControlsTest, BehaveAsHostControls) {
   }
   EXPECT_THROW(strip.Tabs().Add(9, u"z", u"far"), Error);
   EXPECT_EQ(strip.tabs(), (Tabs{{u"", u"zero"}, {u"k", u"one"}, {u"", u"two"}}));
+  // The tab refused for its index did not take its key.
+  strip.Tabs().Add(std::nullopt, u"z", u"near");
+  // Keys are compared exactly: another case is another key.
+  strip.Tabs().Add(std::nullopt, u"K", u"upper");
+  // Clear frees every key.
+  strip.Tabs().Clear();
+  strip.Tabs().Add(std::nullopt, u"k", u"again");
+  EXPECT_THROW(strip.Tabs().Add(1, u"k", u"dup"), Error);
+  EXPECT_EQ(strip.tabs(), (Tabs{{u"k", u"again"}}));
 }
 
 }  // namespace
