@@ -1,5 +1,6 @@
 #include "numeric/decimal_chars.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "numeric/locale_number.h"
@@ -52,47 +53,97 @@ void RewriteFormatCalls(u16string& text) {
   }
 }
 
-void RewriteNumbers(u16string& text, bool german_to_english) {
-  int64_t start = 1;
-  while (true) {
-    const int16_t hit = FindSubString(text, u"0|1|2|3|4|5|6|7|8|9|,|.", start);
-    if (hit == 0) return;
-    const std::size_t p = static_cast<std::size_t>(hit);  // 1-based
-    if (CountSubString(u16string_view(text).substr(0, p - 1), u"\"") % 2 == 1) {
-      start = hit + 1;  // inside a quoted literal
-      continue;
-    }
-    std::size_t end = 0;  // 1-based position of the number's end, 0: abandoned
-    for (std::size_t k = p; k <= text.size(); ++k) {
-      const char16_t c = text[k - 1];
-      if (c == u' ' || c == u';' || c == u')') {
-        end = k;
-        // k > p always: the hit itself is a digit or a separator.
-        if (k > p && (text[k - 2] == u',' || text[k - 2] == u'.')) end = k - 1;
-        break;
-      }
-      if (!((c >= u'0' && c <= u'9') || c == u',' || c == u'.')) break;
-    }
-    // A number that runs to the end of the text has no delimiter and is
-    // left as it stands, deliberately.
-    if (end == 0) {
-      start = hit + 1;
-      continue;
-    }
-    if (end > static_cast<std::size_t>(kMaxPosition)) return;  // 16-bit positions
-    u16string number = text.substr(p - 1, end - p);
-    const char16_t grouping = german_to_english ? u'.' : u',';
-    std::erase(number, grouping);
-    if (IsLocaleNumeric(number)) {
-      for (char16_t& c : number) {
-        if (c == u',') c = u'.';
-      }
-      text = text.substr(0, p - 1) + number + text.substr(end - 1);
-    }
-    // Counted in the text before the replacement, so separators removed
-    // from the number may let the search skip a few characters.
-    start = static_cast<int64_t>(end) + 1;
+bool IsNumberUnit(char16_t c) { return (c >= u'0' && c <= u'9') || c == u',' || c == u'.'; }
+
+bool EndsNumber(char16_t c) { return c == u' ' || c == u';' || c == u')'; }
+
+// The numbers of `text`, rewritten in one pass. The text under edit is
+// always `out` followed by the unread rest of the input: `out` is final,
+// and the number of double quotes in it (its parity) is kept as it grows,
+// so no number recounts the quotes to its left. Positions are those of the
+// text under edit, as the searches of the rule see them.
+class NumberRewriter {
+ public:
+  NumberRewriter(u16string_view in, bool german_to_english)
+      : in_(in), grouping_(german_to_english ? u'.' : u',') {
+    out_.reserve(in.size());
   }
+
+  // The rewritten text; a failure ends the rewriting and keeps the text
+  // as transformed up to there.
+  u16string Run() {
+    try {
+      Rewrite();
+    } catch (const std::exception&) {
+    }
+    Take(in_.size() - rest_);
+    return std::move(out_);
+  }
+
+ private:
+  void Rewrite() {
+    std::size_t resume = 0;  // 0-based: where the next search starts
+    while (true) {
+      // What lies before the resume position is not searched.
+      if (resume > out_.size()) Take(std::min(resume - out_.size(), in_.size() - rest_));
+      std::size_t hit = rest_;
+      while (hit < in_.size() && !IsNumberUnit(in_[hit])) ++hit;
+      if (hit == in_.size()) return;
+      const std::size_t p = out_.size() + (hit - rest_);        // 0-based, in the text under edit
+      if (p >= static_cast<std::size_t>(kMaxPosition)) return;  // no match past 32767
+      Take(hit - rest_);
+      if (inside_quotes_) {  // a quoted literal: searched on one unit later
+        Take(1);
+        resume = p + 1;
+        continue;
+      }
+      std::size_t k = hit;
+      while (k < in_.size() && IsNumberUnit(in_[k])) ++k;
+      if (k == in_.size() || !EndsNumber(in_[k])) {
+        // Abandoned: a letter, or the end of the text (a number there is
+        // left as it stands, deliberately). Every later hit in this run
+        // stops at the same unit and is abandoned too.
+        Take(k - hit);
+        resume = out_.size();
+        continue;
+      }
+      // A separator just before the delimiter is punctuation.
+      const std::size_t length = k - hit - (in_[k - 1] == u',' || in_[k - 1] == u'.' ? 1 : 0);
+      const std::size_t end = p + length + 1;  // 1-based position of the number's end
+      if (end > static_cast<std::size_t>(kMaxPosition)) return;  // 16-bit positions
+      u16string number(in_.substr(hit, length));
+      std::erase(number, grouping_);
+      if (IsLocaleNumeric(number)) {
+        std::replace(number.begin(), number.end(), u',', u'.');
+        out_ += number;
+        rest_ = hit + length;
+      } else {
+        Take(length);
+      }
+      // Counted in the text before the replacement, so separators removed
+      // from the number make the search skip as many units after it.
+      resume = end;
+    }
+  }
+
+  // Moves the next `count` units of the input to `out_` unchanged.
+  void Take(std::size_t count) {
+    const u16string_view taken = in_.substr(rest_, count);
+    for (char16_t c : taken) inside_quotes_ ^= (c == u'"');
+    out_ += taken;
+    rest_ += taken.size();
+  }
+
+  const u16string_view in_;
+  const char16_t grouping_;
+  u16string out_;
+  std::size_t rest_ = 0;  // the first input unit not yet in out_
+  bool inside_quotes_ = false;
+};
+
+void RewriteNumbers(u16string& text, bool german_to_english) {
+  const u16string in = std::move(text);
+  text = NumberRewriter(in, german_to_english).Run();
 }
 
 }  // namespace
