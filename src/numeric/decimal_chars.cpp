@@ -141,19 +141,18 @@ class NumberRewriter {
   bool inside_quotes_ = false;
 };
 
-void RewriteNumbers(u16string& text, bool german_to_english) {
-  const u16string in = std::move(text);
-  text = NumberRewriter(in, german_to_english).Run();
-}
-
 }  // namespace
+
+std::u16string RewriteNumbers(std::u16string_view text, bool german_to_english) {
+  return NumberRewriter(text, german_to_english).Run();
+}
 
 std::u16string ReplaceDecimalChars(std::u16string_view source, bool german_to_english) {
   u16string text(source);
   try {
     CollapseBlanks(text);
     RewriteFormatCalls(text);
-    RewriteNumbers(text, german_to_english);
+    text = RewriteNumbers(text, german_to_english);
   } catch (const std::exception&) {
     // The first run-time error ends the member with what it has.
   }
