@@ -8,8 +8,9 @@
 //    within 2x);
 //  - growth for ten times the input (target: within 12x each):
 //    tklXMLFillComboWithResList and tklXMLFillTabStrip (an in-memory strip)
-//    with 1,000 and 10,000 items, tklResConv with 1,000 and 10,000 "%s"
-//    and with as many "\n" escapes.
+//    with 1,000 and 10,000 items, tklResConv with 1,000 and 10,000 "%s",
+//    with as many "\n" escapes and with as many values that make the
+//    placeholders later values fill.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <stdlib.h>
@@ -158,6 +159,24 @@ void BM_ResConvManyValues(benchmark::State& state) {
 }
 NORVIK50_GROWTH_BENCH(BM_ResConvManyValues)->ArgName("values");
 
+// Values that make placeholders: each text value brings a "%d" that the
+// number after it fills, in front of a long rest of the text without any.
+// Searching that rest again after every value would make this grow with
+// the values times the text.
+void BM_ResConvValuesMakingPlaceholders(benchmark::State& state) {
+  LIB lib;
+  const std::u16string text =
+      u"%s" + std::u16string(static_cast<std::size_t>(state.range(0)) * 10, u'x');
+  std::vector<Variant> pairs;
+  for (int64_t n = 0; n < state.range(0); ++n) {
+    pairs.emplace_back(u"%d%s");
+    pairs.emplace_back(int16_t{1});
+  }
+  const SafeArray values(0, std::move(pairs));
+  for (auto _ : state) benchmark::DoNotOptimize(lib.tklResConv(text, values));
+}
+NORVIK50_GROWTH_BENCH(BM_ResConvValuesMakingPlaceholders)->ArgName("values");
+
 // The everyday call: a message with a name and a count.
 void BM_ResConvMessage(benchmark::State& state) {
   LIB lib;
@@ -197,10 +216,10 @@ int main(int argc, char** argv) {
   ratio("BM_GetResourceItem", "BM_PugiPrecompiledSelect", 2.0);
   std::printf("\nGrowth for 10x the input (CPU time)\n");
   for (const char* growth : {"BM_FillComboWithResList", "BM_FillTabStrip", "BM_ResConvManyValues",
-                             "BM_ResConvManyEscapes"}) {
+                             "BM_ResConvManyEscapes", "BM_ResConvValuesMakingPlaceholders"}) {
     const std::string name(growth);
     if (const double r = reporter.Ratio(name + "/10000", name + "/1000"); r > 0) {
-      std::printf("%-26s 10,000 / 1,000 = %6.1f (target <= 12)\n", growth, r);
+      std::printf("%-36s 10,000 / 1,000 = %6.1f (target <= 12)\n", growth, r);
     }
   }
   benchmark::Shutdown();

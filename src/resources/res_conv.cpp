@@ -105,9 +105,9 @@ std::u16string TurnEscapes(std::u16string text) {
 class Filler {
  public:
   explicit Filler(std::u16string_view source)
-      : memory_(first_block_.data(), first_block_.size()), text_(source, &memory_) {
-    first_s_ = text_.Find(u"%s", text_.Begin());
-    first_d_ = text_.Find(u"%d", text_.Begin());
+      : memory_(first_block_.data(), first_block_.size()), text_(source, {u"%s", u"%d"}, &memory_) {
+    first_s_ = text_.Find(kText, text_.Begin());
+    first_d_ = text_.Find(kNumber, text_.Begin());
   }
 
   // Puts `value` in; false once no placeholder is left, when no later
@@ -127,11 +127,11 @@ class Filler {
     const std::u16string_view with = KeepIn(memory_, filled.text);
     const std::size_t at = mine.index;
     const PieceText::Mark before = text_.Replace(mine, with, other);
-    mine = text_.Find(filled.placeholder, before);
+    mine = text_.Find(is_text ? kText : kNumber, before);
     if (!other.found() || other.index > at) {
       // A new one starts at the unit before the value or inside it.
       const PieceText::Mark made =
-          text_.Find(is_text ? u"%d" : u"%s", before, std::min(other.index, at + with.size()));
+          text_.Find(is_text ? kNumber : kText, before, std::min(other.index, at + with.size()));
       if (made.found()) other = made;
     }
     const std::size_t first = std::min(first_s_.index, first_d_.index);
@@ -145,6 +145,9 @@ class Filler {
   }
 
  private:
+  static constexpr int kText = 0;    // "%s"
+  static constexpr int kNumber = 1;  // "%d"
+
   // The pieces and the texts put in live in one arena, on the stack for an
   // everyday message; a long text takes more from the heap as it goes.
   std::array<std::byte, 2048> first_block_;
