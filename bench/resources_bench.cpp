@@ -177,14 +177,6 @@ void BM_ResConvValuesMakingPlaceholders(benchmark::State& state) {
 }
 NORVIK50_GROWTH_BENCH(BM_ResConvValuesMakingPlaceholders)->ArgName("values");
 
-// The everyday call: a message with a name and a count.
-void BM_ResConvMessage(benchmark::State& state) {
-  LIB lib;
-  const SafeArray values(0, {Variant(u"Anna"), Variant(int16_t{3})});
-  for (auto _ : state) benchmark::DoNotOptimize(lib.tklResConv(u"%s has %d new messages", values));
-}
-BENCHMARK(BM_ResConvMessage);
-
 // A text of `count` lines joined by the "\n" escape, no values.
 void BM_ResConvManyEscapes(benchmark::State& state) {
   LIB lib;
