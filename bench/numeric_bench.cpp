@@ -160,6 +160,19 @@ void BM_ReplaceDecimalChars(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(norvik50::ReplaceDecimalChars(text, true));
 }
 
+// The same with a Format call in every clause: each call's pattern is
+// rewritten and the call rebuilt with ") ".
+void BM_ReplaceDecimalCharsFormatCalls(benchmark::State& state) {
+  norvik50::SetCurrentLocale("de-DE");
+  std::u16string text;
+  for (int k = 0; text.size() < static_cast<std::size_t>(state.range(0)); ++k) {
+    text += u"Format(Betrag, \"#,##0.00\") > 1.234," +
+            std::u16string(1, static_cast<char16_t>(u'0' + k % 10)) + u" OR ";
+  }
+  text.resize(static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) benchmark::DoNotOptimize(norvik50::ReplaceDecimalChars(text, true));
+}
+
 void BM_ConvertToDouble(benchmark::State& state) {
   norvik50::SetCurrentLocale(Tag(state.range(0)));
   std::vector<Variant> values;
@@ -326,6 +339,7 @@ NORVIK50_NUMERIC_BENCH(BM_TklVal)->ArgName("german")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_ConvertToDouble)->ArgName("german")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_TklValManySeparators)->ArgName("chars")->Arg(10000)->Arg(100000);
 NORVIK50_NUMERIC_BENCH(BM_ReplaceDecimalChars)->ArgName("chars")->Arg(1000)->Arg(10000);
+NORVIK50_NUMERIC_BENCH(BM_ReplaceDecimalCharsFormatCalls)->ArgName("chars")->Arg(1000)->Arg(10000);
 NORVIK50_NUMERIC_BENCH(BM_Snprintf);
 NORVIK50_NUMERIC_BENCH(BM_Format)->ArgName("grouped")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_DateAnchor)->ArgName("german")->Arg(1)->Arg(0);
@@ -393,6 +407,13 @@ int main(int argc, char** argv) {
         "  tklReplaceDecimalChars, a filter text: 10k chars take %.1fx 1k chars "
         "(target <= 12x)\n",
         best.Ns("BM_ReplaceDecimalChars/10000") / replace_1k);
+  }
+  const double format_1k = best.Ns("BM_ReplaceDecimalCharsFormatCalls/1000");
+  if (format_1k > 0) {
+    std::printf(
+        "  tklReplaceDecimalChars, a Format call per clause: 10k chars take %.1fx 1k chars "
+        "(target <= 12x)\n",
+        best.Ns("BM_ReplaceDecimalCharsFormatCalls/10000") / format_1k);
   }
   const double text_anchor = reporter.Ns("BM_DoubleTextAnchor");
   const double text = reporter.Ns("BM_ConvertToString");

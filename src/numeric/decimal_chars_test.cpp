@@ -13,6 +13,7 @@
 #include "norvik50/encoding.h"
 #include "numeric/locale_number.h"
 #include "testing/temp_folder.h"
+#include "text/brackets.h"
 #include "text/search.h"
 #include "text/text_basics.h"
 
@@ -58,6 +59,38 @@ void ReferenceNumbers(u16string& text, bool german_to_english) {
       text = text.substr(0, p - 1) + number + text.substr(end - 1);
     }
     start = static_cast<int64_t>(end) + 1;
+  }
+}
+
+// The Format calls step; false when it stopped on an error.
+bool ReferenceFormatCalls(u16string& text) {
+  try {
+    int64_t start = 1;
+    while (true) {
+      const int16_t p = FindSubString(text, u"format(|format (", start);
+      if (p == 0) return true;
+      start = p + 1;
+      u16string term, before, after;
+      if (!ExtractBrackets(u16string_view(text).substr(static_cast<std::size_t>(p - 1)), term,
+                           before, after)) {
+        continue;
+      }
+      const int16_t q2 = FindLastSubString(term, u"\"");
+      const int16_t q1 =
+          q2 > 1 ? FindLastSubString(
+                       u16string_view(term).substr(0, static_cast<std::size_t>(q2 - 1)), u"\"")
+                 : 0;
+      if (q1 >= 1 && q1 < q2) {
+        for (int16_t i = q1; i < q2 - 1; ++i) {
+          if (term[static_cast<std::size_t>(i)] == u',') term[static_cast<std::size_t>(i)] = u'.';
+        }
+      }
+      const u16string rebuilt =
+          text.substr(0, static_cast<std::size_t>(p - 1)) + before + u"(" + term + u") " + after;
+      text = u16string(TrimBlanks(rebuilt));
+    }
+  } catch (const std::exception&) {
+    return false;
   }
 }
 
@@ -116,6 +149,76 @@ TEST(ReplaceDecimalCharsReferenceTest, RandomFiltersInBothLocales) {
             << tag << (german ? " German" : " English") << " \"" << ToUtf8(text) << "\"";
       }
     }
+  }
+}
+
+// Format calls: nested, unclosed, with brackets and quotes inside their
+// literals, names in any case and with a blank before the bracket.
+u16string RandomFormatText(std::mt19937& rng, std::size_t pieces) {
+  static const u16string_view kPieces[] = {u"format(", u"FORMAT (", u"Format(",  u"format", u" ",
+                                           u"(",       u")",        u")",        u"\"",     u"\"",
+                                           u",",       u"1,5",      u"#,##0.00", u"x",      u"a, b",
+                                           u"\"0,0\"", u"\"(\"",    u"forma",    u"t("};
+  u16string text;
+  for (std::size_t k = 0; k < pieces; ++k) text += kPieces[rng() % std::size(kPieces)];
+  return text;
+}
+
+TEST(ReplaceDecimalCharsReferenceTest, RandomFormatCalls) {
+  std::mt19937 rng(1907);
+  for (int round = 0; round < 20000; ++round) {
+    const u16string text = RandomFormatText(rng, 1 + rng() % 25);
+    u16string got = text, want = text;
+    const bool got_complete = RewriteFormatCalls(got);
+    const bool want_complete = ReferenceFormatCalls(want);
+    ASSERT_EQ(ToUtf8(got), ToUtf8(want)) << "\"" << ToUtf8(text) << "\"";
+    ASSERT_EQ(got_complete, want_complete) << ToUtf8(text);
+  }
+}
+
+// Format calls whose names, terms and last quotes lie around position
+// 32767, with the blanks of earlier calls (and a leading blank trimmed
+// away) moving them across it.
+void ExpectSameFormatCalls(const u16string& text, const std::string& what) {
+  u16string got = text, want = text;
+  const bool got_complete = RewriteFormatCalls(got);
+  const bool want_complete = ReferenceFormatCalls(want);
+  ASSERT_TRUE(got == want) << what;
+  ASSERT_EQ(got_complete, want_complete) << what;
+}
+
+TEST(ReplaceDecimalCharsReferenceTest, FormatCallsAroundTheSixteenBitLimit) {
+  // A call's name just before or after the limit.
+  for (const bool lead : {false, true}) {
+    for (int calls = 0; calls <= 3; ++calls) {
+      u16string front = lead ? u" " : u"";
+      for (int k = 0; k < calls; ++k) front += u"format(x, \"0,0\") ";
+      for (std::size_t at = 32767 - 4; at <= 32767 + 4; ++at) {
+        const std::size_t fill = at - 1 - front.size();
+        ExpectSameFormatCalls(front + u16string(fill, u'b') + u"format(y, \"1,5\")",
+                              "name at " + std::to_string(at));
+      }
+    }
+  }
+  // A term whose last quote lies around the limit; in the second form the
+  // blank of the call around it stands in the term too.
+  for (std::size_t fill = 32767 - 12; fill <= 32767 + 2; ++fill) {
+    const u16string pad(fill, u'b');
+    ExpectSameFormatCalls(u"format(x, " + pad + u"\"0,0\")",
+                          "last quote, fill " + std::to_string(fill));
+    ExpectSameFormatCalls(u"format(\"format(x\" ) " + pad + u"\"y)\"",
+                          "a blank in the term, fill " + std::to_string(fill));
+  }
+  std::mt19937 rng(4242);
+  for (int round = 0; round < 40; ++round) {
+    const std::size_t lead = 32767 - 60 + rng() % 80;
+    u16string text = rng() % 2 ? u" " : u"";
+    for (int k = 0; k < 8; ++k) text += u"format(x, \"0,0\") ";
+    text += RandomFormatText(rng, 10);
+    text += u16string(lead > text.size() ? lead - text.size() : 0, u'b');
+    text += RandomFormatText(rng, 12);
+    if (rng() % 3 == 0) text += u"\"" + u16string(40000, u'c') + u"\")";
+    ExpectSameFormatCalls(text, "round " + std::to_string(round));
   }
 }
 
