@@ -23,6 +23,7 @@
 #include <cstdio>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "best_time_reporter.h"
@@ -401,19 +402,13 @@ int main(int argc, char** argv) {
         "(target <= 12x)\n",
         separators_100k / separators_10k);
   }
-  const double replace_1k = best.Ns("BM_ReplaceDecimalChars/1000");
-  if (replace_1k > 0) {
-    std::printf(
-        "  tklReplaceDecimalChars, a filter text: 10k chars take %.1fx 1k chars "
-        "(target <= 12x)\n",
-        best.Ns("BM_ReplaceDecimalChars/10000") / replace_1k);
-  }
-  const double format_1k = best.Ns("BM_ReplaceDecimalCharsFormatCalls/1000");
-  if (format_1k > 0) {
-    std::printf(
-        "  tklReplaceDecimalChars, a Format call per clause: 10k chars take %.1fx 1k chars "
-        "(target <= 12x)\n",
-        best.Ns("BM_ReplaceDecimalCharsFormatCalls/10000") / format_1k);
+  for (const auto& [name, text] :
+       {std::pair{"BM_ReplaceDecimalChars", "a filter text"},
+        std::pair{"BM_ReplaceDecimalCharsFormatCalls", "a Format call per clause"}}) {
+    if (const double at_1k = best.Ns(std::string(name) + "/1000"); at_1k > 0) {
+      std::printf("  tklReplaceDecimalChars, %s: 10k chars take %.1fx 1k chars (target <= 12x)\n",
+                  text, best.Ns(std::string(name) + "/10000") / at_1k);
+    }
   }
   const double text_anchor = reporter.Ns("BM_DoubleTextAnchor");
   const double text = reporter.Ns("BM_ConvertToString");

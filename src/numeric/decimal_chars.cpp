@@ -6,6 +6,7 @@
 
 #include "norvik50/error.h"
 #include "numeric/locale_number.h"
+#include "text/brackets.h"
 #include "text/haystack.h"
 #include "text/replace.h"
 #include "text/text_basics.h"
@@ -151,24 +152,13 @@ class FormatCallRewriter {
     return best;
   }
 
-  // The first "(" from `at` outside double quotes and the ")" closing it.
+  // The first "(" from `at` outside double quotes (counted from `at`) and
+  // the ")" closing it.
   bool BracketPair(std::size_t at, std::size_t& open, std::size_t& close) const {
-    std::size_t depth = 0;
-    bool quoted = false;
-    for (std::size_t i = at; i < text_.size(); ++i) {
-      const char16_t c = text_[i];
-      if (c == u'"') {
-        quoted = !quoted;
-      } else if (quoted) {
-        continue;
-      } else if (c == u'(') {
-        if (depth++ == 0) open = i;
-      } else if (c == u')' && depth > 0 && --depth == 0) {
-        close = i;
-        return true;
-      }
-    }
-    return false;
+    if (!FindBracketPair(u16string_view(text_).substr(at), open, close)) return false;
+    open += at;
+    close += at;
+    return true;
   }
 
   // The commas between the last two double quotes of the term (open,
