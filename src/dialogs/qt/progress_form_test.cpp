@@ -128,6 +128,18 @@ TEST_F(ProgressWindowTest, HiddenWindowComesBackWithItsText) {
   EXPECT_EQ(form->Bar()->value(), 5);
 }
 
+TEST_F(ProgressWindowTest, HiddenWindowKeepsItsCaption) {
+  lib_.tklSendMessage(Variant(u"Lese"), Variant(u"Import"));
+  QPointer<ProgressForm> form = Window();
+  ASSERT_TRUE(form);
+  lib_.tklHideMessage();
+  Say(u"weiter");
+  ASSERT_TRUE(form);
+  EXPECT_TRUE(form->isVisible());
+  EXPECT_EQ(form->windowTitle(), "Import");
+  EXPECT_EQ(form->Message()->toPlainText(), "weiter");
+}
+
 TEST_F(ProgressWindowTest, ClearUnloadsAndTheTitleIsTheApplicationsAgain) {
   lib_.tklSendMessage(Variant(u"a"), Variant(u"Import"));
   QPointer<ProgressForm> first = Window();
@@ -323,7 +335,8 @@ TEST_F(ProgressWindowTest, TheLogRecordsEachShowHideAndUnload) {
     EXPECT_TRUE(lines[i].value("counterVisible").toBool()) << i;
   }
   EXPECT_EQ(lines[0].value("title").toString(), "Import");
-  EXPECT_EQ(lines[2].value("title").toString(), "Host");  // hidden: no longer visible
+  // Shown again after hiding, with its old caption, not the application's.
+  EXPECT_EQ(lines[2].value("title").toString(), "Import");
   EXPECT_EQ(lines[0].value("width").toInt(), 6000);
 }
 
@@ -377,6 +390,7 @@ TEST(ProgressBatchTest, CountersStatesAndPointerThroughTheBatch) {
   EXPECT_EQ(log[2].value("event").toString(), "shown");
   EXPECT_EQ(log[2].value("prompt").toString(), "Lese Daten");
   EXPECT_EQ(log[2].value("counter").toInt(), 7);
+  EXPECT_EQ(log[2].value("title").toString(), "Import");
   EXPECT_EQ(log[3].value("event").toString(), "unloaded");
   EXPECT_EQ(log[4].value("event").toString(), "shown");
   EXPECT_EQ(log[4].value("title").toString(), "Stapel");
