@@ -6,10 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
 #include <QTest>
+#include <QtTest/qtestspontaneevent.h>
 #include <QTextBlock>
 #include <QTimer>
 #include <chrono>
@@ -220,8 +222,39 @@ TEST_F(ProgressWindowTest, OnlyTheLibraryClosesItAndTheMessageIsReadOnly) {
   QTest::keyClicks(form->Message(), "abc");
   QTest::keyClick(form->Message(), Qt::Key_Delete);
   EXPECT_EQ(form->Message()->toPlainText(), "bleibt");
-  form->close();
+  // The user's close, as the window system delivers it, is refused.
+  QCloseEvent by_user;
+  QSpontaneKeyEvent::setSpontaneous(&by_user);
+  // Delivered as it comes (sendEvent would mark it the program's own).
+  static_cast<QObject*>(form)->event(&by_user);
+  EXPECT_FALSE(by_user.isAccepted());
   EXPECT_TRUE(form->isVisible());
+}
+
+TEST_F(ProgressWindowTest, TheHostsLoopQuitsWithTheWindowUpAndTheWindowGoesWithIt) {
+  lib_.tklSendMessage(Variant(u"Lese"), Variant(u"Import"), Variant(true));
+  QPointer<ProgressForm> form = Window();
+  ASSERT_TRUE(form);
+  // Quitting closes every window first; one that refused would keep the
+  // loop running, which the guard ends with 1 instead.
+  QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+  QTimer guard;
+  guard.setSingleShot(true);
+  QObject::connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+  guard.start(10000);
+  EXPECT_EQ(QApplication::exec(), 0);
+  // Unloaded while the application still existed.
+  EXPECT_FALSE(form);
+  // The library still holds the window: the next call shows it afresh
+  // with its whole state.
+  Say(u"weiter");
+  ProgressForm* again = Window();
+  ASSERT_NE(again, nullptr);
+  EXPECT_TRUE(again->isVisible());
+  EXPECT_EQ(again->windowTitle(), "Import");
+  EXPECT_EQ(again->Message()->toPlainText(), "weiter");
+  EXPECT_TRUE(again->Bar()->isVisibleTo(again));
+  EXPECT_EQ(again->WidthTwips(), 6000);
 }
 
 TEST_F(ProgressWindowTest, NoEventsLeavesTheEventsPending) {
