@@ -54,8 +54,9 @@ bool LeaveWindow(LIB& lib, const std::string& window) {
 
 int main(int argc, char** argv) {
   if (argc != 3) {
-    std::fprintf(stderr, "usage: exit_host library|host|host-loop|host-leaked "
-                         "shown|hidden|cleared|never\n");
+    std::fprintf(stderr,
+                 "usage: exit_host library|host|host-loop|host-leaked "
+                 "shown|hidden|cleared|never\n");
     return 2;
   }
   const std::string application = argv[1];

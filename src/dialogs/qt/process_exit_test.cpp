@@ -54,16 +54,16 @@ std::vector<Ending> EndEverything(const TempFolder& temp, const std::string& pla
       const std::string name = std::string(application) + "-" + window;
       names.push_back(name);
       script << "NORVIK50_DIALOG_LOG=" << temp.File(name + ".jsonl") << " " << kTimeout
-             << " " NORVIK50_EXIT_HOST " "
-             << application << " " << window << " > " << temp.File(name + ".out") << " 2>&1\n"
+             << " " NORVIK50_EXIT_HOST " " << application << " " << window << " > "
+             << temp.File(name + ".out") << " 2>&1\n"
              << "echo $? > " << temp.File(name + ".rc") << "\n";
     }
   }
   std::ofstream(temp.File("progress.jsonl")) << kProgressExample;
   names.push_back("batch");
   script << "NORVIK50_DIALOG_LOG=" << temp.File("batch.jsonl") << " " << kTimeout
-         << " " NORVIK50_TOOL " batch < "
-         << temp.File("progress.jsonl") << " > " << temp.File("batch.out") << " 2>&1\n"
+         << " " NORVIK50_TOOL " batch < " << temp.File("progress.jsonl") << " > "
+         << temp.File("batch.out") << " 2>&1\n"
          << "echo $? > " << temp.File("batch.rc") << "\n";
   script.close();
   std::ofstream(temp.File("script.jsonl")).close();

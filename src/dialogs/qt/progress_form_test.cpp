@@ -5,13 +5,13 @@
 // `norvik50 batch`.
 #include <gtest/gtest.h>
 
+#include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
 #include <QTest>
-#include <QtTest/qtestspontaneevent.h>
 #include <QTextBlock>
 #include <QTimer>
 #include <chrono>

@@ -34,8 +34,10 @@ TEST(QtMessageFilterTest, OnlyTheKnownNotesAreBenign) {
       {QtCriticalMsg, "This plugin does not support propagateSizeHints()", false},
       {QtFatalMsg, "QStandardPaths: XDG_RUNTIME_DIR not set, defaulting to '/tmp/x'", false},
       // A real problem with the runtime folder is worth reading.
-      {QtWarningMsg, "QStandardPaths: wrong permissions on runtime directory /tmp/x, 0755 "
-                     "instead of 0700", false},
+      {QtWarningMsg,
+       "QStandardPaths: wrong permissions on runtime directory /tmp/x, 0755 "
+       "instead of 0700",
+       false},
       // Other things a plugin cannot do, and anything else, get through.
       {QtWarningMsg, "This plugin does not support raise()", false},
       {QtWarningMsg, "QFont::setPointSizeF: Point size <= 0 (0.000000), must be greater than 0",
