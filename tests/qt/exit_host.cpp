@@ -9,6 +9,8 @@
 //                host-loop   the host's application, whose event loop ran
 //                            and ended before main returns
 //                host-leaked the host's application, never destroyed
+//                host-again  the host's application destroyed early; a
+//                            second one then shows the window again
 //   WINDOW       shown       the progress window is visible at the end
 //                hidden      hidden by tklHideMessage
 //                cleared     unloaded by tklClearMessage
@@ -62,7 +64,7 @@ int main(int argc, char** argv) {
   const std::string application = argv[1];
   const std::string window = argv[2];
   std::optional<QApplication> host_app;
-  if (application == "host" || application == "host-loop") {
+  if (application == "host" || application == "host-loop" || application == "host-again") {
     host_app.emplace(argc, argv);
   } else if (application == "host-leaked") {
     new QApplication(argc, argv);
@@ -79,6 +81,11 @@ int main(int argc, char** argv) {
   if (application == "host-loop") {
     QTimer::singleShot(0, &*host_app, &QCoreApplication::quit);
     host_app->exec();
+  }
+  if (application == "host-again") {
+    host_app.reset();
+    host_app.emplace(argc, argv);
+    lib.tklSendMessage(Variant(u"Wieder da"));
   }
   return 0;
 }

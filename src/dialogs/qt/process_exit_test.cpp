@@ -1,12 +1,14 @@
 // Leaving the process while the library's progress window is loaded: a
 // host whose application the library created, one that destroys its own
-// application (with or without having run its event loop) and one that
-// never destroys it, each with the window shown, hidden, unloaded and
-// never shown, must exit 0 on the offscreen platform and on a real X
-// server; so must the command line with the window still up.
+// application (with or without having run its event loop, or early, to
+// make a second one), and one that never destroys it, each with the
+// window shown, hidden, unloaded and never shown, must exit 0 on the
+// offscreen platform and on a real X server; so must the command line
+// with the window still up.
 #include <gtest/gtest.h>
 
 #include <QJsonObject>
+#include <algorithm>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -21,7 +23,8 @@ namespace {
 using namespace norvik50::testing;
 using norvik50::qt::testing::ReadDialogLog;
 
-constexpr const char* kApplications[] = {"library", "host", "host-loop", "host-leaked"};
+constexpr const char* kApplications[] = {"library", "host", "host-loop", "host-leaked",
+                                         "host-again"};
 constexpr const char* kWindows[] = {"shown", "hidden", "cleared", "never"};
 
 // The README's progress example, with the window still up at the end.
@@ -107,7 +110,14 @@ void ExpectCleanEndings(const std::vector<Ending>& endings) {
     EXPECT_EQ(e.status, 0) << e.out;
     // Each case really left the window as it says.
     const std::string window = e.name.substr(e.name.rfind('-') + 1);
-    const std::vector<std::string> events = WindowEvents(e);
+    std::vector<std::string> events = WindowEvents(e);
+    // A second application shows the window anew: the first one's went
+    // with it.
+    if (e.name.rfind("host-again-", 0) == 0) {
+      ASSERT_FALSE(events.empty());
+      EXPECT_EQ(events.back(), "shown");
+      events.pop_back();
+    }
     if (window == "shown" || e.name == "batch") {
       EXPECT_EQ(events, (std::vector<std::string>{"shown"}));
     } else if (window == "hidden") {
@@ -116,8 +126,9 @@ void ExpectCleanEndings(const std::vector<Ending>& endings) {
       EXPECT_EQ(events, (std::vector<std::string>{"shown", "unloaded"}));
     } else {
       EXPECT_TRUE(events.empty());
-      ASSERT_FALSE(e.log.empty());
-      EXPECT_EQ(e.log.back().value("form").toString(), "frmStdMsg");
+      EXPECT_TRUE(std::any_of(e.log.begin(), e.log.end(), [](const QJsonObject& line) {
+        return line.value("form").toString() == "frmStdMsg";
+      }));
     }
   }
 }
