@@ -159,8 +159,11 @@ TEST(ProcessExitTest, EveryEndingIsCleanOnAnXServer) {
     GTEST_SKIP() << "xvfb-run is not installed (scripts/install-deps installs it)";
   }
   TempFolder temp;
+  // Server numbers from 120 up: x11_tests, which ctest may run at the same
+  // time, looks for a free one from 99, and two searches could pick the
+  // same number.
   const std::vector<Ending> endings =
-      EndEverything(temp, "xcb", "xvfb-run -a -s '-screen 0 1280x1024x24'");
+      EndEverything(temp, "xcb", "xvfb-run -a -n 120 -s '-screen 0 1280x1024x24'");
   ExpectCleanEndings(endings);
   ExpectQuietLibraryApplication(endings);
 }
