@@ -161,9 +161,10 @@ TEST(ProcessExitTest, EveryEndingIsCleanOnAnXServer) {
   TempFolder temp;
   // Server numbers from 120 up: x11_tests, which ctest may run at the same
   // time, looks for a free one from 99, and two searches could pick the
-  // same number.
+  // same number. -noreset: by default the server resets whenever its last
+  // client leaves, and a host connecting meanwhile is refused.
   const std::vector<Ending> endings =
-      EndEverything(temp, "xcb", "xvfb-run -a -n 120 -s '-screen 0 1280x1024x24'");
+      EndEverything(temp, "xcb", "xvfb-run -a -n 120 -s '-screen 0 1280x1024x24 -noreset'");
   ExpectCleanEndings(endings);
   ExpectQuietLibraryApplication(endings);
 }
