@@ -5,6 +5,7 @@
 
 #include <QFont>
 #include <QString>
+#include <QWidget>
 #include <QWindow>
 #include <cstdint>
 #include <memory>
@@ -12,8 +13,21 @@
 namespace norvik50::qt {
 
 // Makes sure a QApplication exists; creates one on first use when the
-// host has none. Also loads the dialog font once.
+// host has none. Also loads the dialog font once. An application the
+// library creates keeps Qt's harmless platform notes off the terminal and
+// lives until the process ends.
 void EnsureApplication();
+
+// Hands `window`, a window of the library that lives between calls (the
+// progress window), to the application's lifetime: it is deleted while
+// the application still exists, when the host's event loop ends
+// (aboutToQuit), when the host destroys its application, or at exit
+// before the library's own application goes. Null is ignored.
+void UnloadAtApplicationEnd(QWidget* window);
+
+// True while an application exists whose widgets may be touched: false
+// before there is one, once it is being destroyed, and after.
+bool ApplicationUsable();
 
 // The dialogs' font: Tahoma at `points` (the platform's fallback where it
 // is missing).

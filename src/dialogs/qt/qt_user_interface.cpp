@@ -33,7 +33,11 @@ QString ToQ(std::u16string_view text) {
 class QtUi final : public UserInterface {
  public:
   explicit QtUi(QWidget* owner) : owner_(owner) {}
-  ~QtUi() override { delete progress_.data(); }
+  // Held in a static, this may run after the application is gone: its
+  // window went with the application then (UnloadAtApplicationEnd).
+  ~QtUi() override {
+    if (qt::ApplicationUsable()) delete progress_.data();
+  }
 
   int32_t ShowMessageBox(const MessageBoxRequest& request) override {
     qt::EnsureApplication();
@@ -138,20 +142,26 @@ class QtUi final : public UserInterface {
       if (!state.visible) return;
       qt::EnsureApplication();
       progress_ = new qt::ProgressForm();
+      qt::UnloadAtApplicationEnd(progress_);
+      // A window the library still holds may have gone with an application
+      // that ended: the new form shows the whole state, as a first show.
+      MessageWindowState fresh = state;
+      fresh.showing = true;
+      Apply(fresh);
+      return;
     }
-    const bool was_visible = progress_->isVisible();
-    progress_->Apply(state);
-    if (progress_->isVisible() != was_visible) LogProgress(was_visible ? "hidden" : "shown");
+    if (!qt::ApplicationUsable()) return;
+    Apply(state);
   }
 
   void UnloadMessageWindow() override {
-    if (!progress_) return;
+    if (!progress_ || !qt::ApplicationUsable()) return;
     LogProgress("unloaded");
     delete progress_.data();
   }
 
   bool MessageWindowSize(int32_t& width_twips, int32_t& height_twips) override {
-    if (!progress_) return false;
+    if (!progress_ || !qt::ApplicationUsable()) return false;
     width_twips = progress_->WidthTwips();
     height_twips = progress_->HeightTwips();
     return true;
@@ -162,6 +172,12 @@ class QtUi final : public UserInterface {
   }
 
  private:
+  void Apply(const MessageWindowState& state) {
+    const bool was_visible = progress_->isVisible();
+    progress_->Apply(state);
+    if (progress_->isVisible() != was_visible) LogProgress(was_visible ? "hidden" : "shown");
+  }
+
   void LogProgress(const char* event) {
     qt::DialogFacts facts = progress_->Facts();
     facts.event = QString::fromLatin1(event);
