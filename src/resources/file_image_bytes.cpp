@@ -30,16 +30,36 @@ bool FileImageBytes::ReadAt(uint8_t* to, uint64_t length, uint64_t offset) const
   return true;
 }
 
+std::optional<std::span<const uint8_t>> FileImageBytes::ReadAcrossBlocks(uint64_t offset,
+                                                                         uint64_t length) {
+  // A piece must live as long as this object, since the span handed out
+  // points into it. A directory of 65,535 entries naming one long name
+  // reads that name once per entry; kept piece by piece that would be
+  // thousands of times the file. Once the pieces would cost more than the
+  // file, reading it whole costs less than any further piece.
+  if (piece_bytes_ + length + kPieceOverhead > size_) {
+    if (whole_failed_) return std::nullopt;
+    auto whole = std::make_unique_for_overwrite<uint8_t[]>(size_);
+    if (!ReadAt(whole.get(), size_, 0)) {
+      whole_failed_ = true;
+      return std::nullopt;
+    }
+    whole_ = std::move(whole);
+    return std::span<const uint8_t>(whole_.get() + offset, length);
+  }
+  auto piece = std::make_unique_for_overwrite<uint8_t[]>(length);
+  if (!ReadAt(piece.get(), length, offset)) return std::nullopt;
+  pieces_.push_back(std::move(piece));
+  piece_bytes_ += length + kPieceOverhead;
+  return std::span<const uint8_t>(pieces_.back().get(), length);
+}
+
 std::optional<std::span<const uint8_t>> FileImageBytes::Read(uint64_t offset, uint64_t length) {
   if (offset > size_ || size_ - offset < length) return std::nullopt;
   if (length == 0) return std::span<const uint8_t>();
+  if (whole_) return std::span<const uint8_t>(whole_.get() + offset, length);
   const uint64_t block = offset / kBlock;
-  if ((offset + length - 1) / kBlock != block) {
-    auto piece = std::make_unique_for_overwrite<uint8_t[]>(length);
-    if (!ReadAt(piece.get(), length, offset)) return std::nullopt;
-    pieces_.push_back(std::move(piece));
-    return std::span<const uint8_t>(pieces_.back().get(), length);
-  }
+  if ((offset + length - 1) / kBlock != block) return ReadAcrossBlocks(offset, length);
   auto it = blocks_.find(block);
   if (it == blocks_.end()) {
     const uint64_t start = block * kBlock;

@@ -10,7 +10,8 @@
 // TYPE and NAME take "#n" for numbers, as resource calls do. Strings and
 // resources come in the language a resource call without a language picks
 // for the current locale. Exit codes: 0 done, 1 no such string or
-// resource, 2 the file is missing or no resource library.
+// resource, or a listing cut short by a damaged directory, 2 the file is
+// missing or no resource library.
 #include <unistd.h>
 
 #include <cstdio>
@@ -29,6 +30,7 @@ namespace norvik50::cli {
 namespace {
 
 constexpr int kNotFound = 1;
+constexpr int kListingCut = 1;
 constexpr int kNoLibrary = 2;
 
 // The library at `path`, or nullopt after telling why on stderr. It is read
@@ -79,16 +81,38 @@ const char* TypeName(const pe::ResourceId& type) {
   }
 }
 
+// A type or name as the listing shows it: one that is longer than a
+// person reads in a table is cut, with its full length after the marker
+// ("AAAA…(65535 characters)"). A damaged file may name 65,535 entries with
+// one string of 65,535 characters; in full, that listing alone would be
+// gigabytes.
+std::string Shown(const pe::ResourceId& id) {
+  constexpr std::size_t kLongest = 64;
+  const std::u16string text = pe::ResourceIdText(id);
+  if (text.size() <= kLongest) return ToUtf8(text);
+  std::size_t kept = kLongest;
+  if (text[kept - 1] >= 0xD800 && text[kept - 1] <= 0xDBFF) --kept;  // keep a pair whole
+  return ToUtf8(std::u16string_view(text).substr(0, kept)) + "\u2026(" +
+         std::to_string(text.size()) + " characters)";
+}
+
 void List(const std::string& path) {
   const auto library = OpenLibrary(path);
   if (!library) return;
+  const pe::ResourceListing listing = library->List();
   std::printf("%s %s\n", path.c_str(), library->is_pe32_plus() ? "(PE32+)" : "(PE32)");
   std::printf("%-20s %-20s %-9s %s\n", "TYPE", "NAME", "LANGUAGE", "SIZE");
-  for (const pe::ResourceEntry& entry : library->List()) {
-    std::string type = ToUtf8(pe::ResourceIdText(entry.type));
-    if (const char* known = TypeName(entry.type)) type += std::string(" ") + known;
-    std::printf("%-20s %-20s 0x%04X    %u\n", type.c_str(),
-                ToUtf8(pe::ResourceIdText(entry.name)).c_str(), entry.language, entry.size);
+  for (const pe::ResourceEntry& entry : listing.entries) {
+    std::string type = Shown(*entry.type);
+    if (const char* known = TypeName(*entry.type)) type += std::string(" ") + known;
+    std::printf("%-20s %-20s 0x%04X    %u\n", type.c_str(), Shown(*entry.name).c_str(),
+                entry.language, entry.size);
+  }
+  std::fflush(stdout);
+  if (!listing.complete) {
+    std::cerr << "norvik50 res: the directories of '" << path
+              << "' overlap (damaged); the listing stops there\n";
+    ExitCode() = kListingCut;
   }
 }
 
