@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "core/outside_file.h"
 #include "norvik50/encoding.h"
 
 namespace norvik50 {
@@ -65,12 +66,7 @@ bool WriteLogBytes(const std::string& path, std::string_view bytes, bool truncat
   // cannot write.
   bool ok = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_uid == ::geteuid();
   if (ok && truncate) ok = ::ftruncate(fd, 0) == 0;
-  for (std::size_t done = 0; ok && done < bytes.size();) {
-    const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-    if (n < 0 && errno == EINTR) continue;
-    ok = n > 0;
-    if (ok) done += static_cast<std::size_t>(n);
-  }
+  ok = ok && WriteAll(fd, bytes);
   return ::close(fd) == 0 && ok;
 }
 

@@ -57,6 +57,25 @@ std::optional<std::string> OutsideFile::ReadAll() const {
   return bytes;
 }
 
+bool AppendToOutsideFile(const std::string& path, std::string_view bytes) {
+  // O_NONBLOCK: opening a FIFO for writing would wait for a reader.
+  const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0666);
+  if (fd < 0) return false;
+  struct stat info {};
+  const bool ok = ::fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && WriteAll(fd, bytes);
+  return ::close(fd) == 0 && ok;
+}
+
+bool WriteAll(int fd, std::string_view bytes) {
+  for (std::size_t done = 0; done < bytes.size();) {
+    const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) return false;
+    done += static_cast<std::size_t>(n);
+  }
+  return true;
+}
+
 std::optional<std::string> ReadOutsideFile(const std::string& path) {
   const auto file = OutsideFile::Open(path);
   if (!file) return std::nullopt;

@@ -11,12 +11,17 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
+
+#include "norvik50/export.h"
 
 namespace norvik50 {
 
 // An open regular file: its descriptor (closed with the object) and its
 // size when it was opened.
-class OutsideFile {
+// Exported for the Qt dialogs, which read their script and write their
+// log this way too; not part of the public headers.
+class NORVIK50_EXPORT OutsideFile {
  public:
   // The regular file at the Linux `path`, opened for reading; nullopt when
   // it is missing, unreadable, or anything but a regular file (a FIFO
@@ -45,7 +50,16 @@ class OutsideFile {
 };
 
 // OutsideFile::Open(path) and ReadAll() in one step.
-std::optional<std::string> ReadOutsideFile(const std::string& path);
+NORVIK50_EXPORT std::optional<std::string> ReadOutsideFile(const std::string& path);
+
+// Appends `bytes` to the file at `path`, created when missing; false, with
+// nothing written, when `path` names anything but a regular file (a FIFO
+// nobody reads returns at once) or the write fails.
+NORVIK50_EXPORT bool AppendToOutsideFile(const std::string& path, std::string_view bytes);
+
+// Writes all of `bytes` to `fd`, going on after interrupted and partial
+// writes; false when a write fails.
+bool WriteAll(int fd, std::string_view bytes);
 
 }  // namespace norvik50
 

@@ -2,17 +2,22 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QFile>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPointer>
+#include <QTextEdit>
 #include <QTimer>
 #include <algorithm>
 #include <memory>
 #include <optional>
 #include <vector>
+
+#include "core/outside_file.h"
 
 namespace norvik50::qt {
 namespace {
@@ -44,8 +49,7 @@ ShownHook& Hook() {
 // Anything else acts out nothing, and says so in the dialog's log entry.
 ScriptLine ReadScriptLine(const QByteArray& text) {
   ScriptLine line;
-  QJsonParseError error;
-  const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+  const QJsonDocument document = QJsonDocument::fromJson(text);
   if (document.isObject()) {
     line.steps.push_back(document.object());
   } else if (document.isArray()) {
@@ -59,9 +63,9 @@ ScriptLine ReadScriptLine(const QByteArray& text) {
       }
     }
   } else {
-    line.problems << QStringLiteral(
-                         "the script line is neither an object nor a list of objects (%1)")
-                         .arg(error.errorString());
+    // The log is read by programs: its words never follow the language of
+    // the dialog that is open (Qt's description of a JSON error would).
+    line.problems << QStringLiteral("the script line is neither an object nor a list of objects");
   }
   return line;
 }
@@ -75,9 +79,10 @@ std::optional<ScriptLine> NextScriptLine() {
   ScriptState& s = Script();
   if (!s.loaded) {
     s.loaded = true;
-    QFile file(QString::fromLocal8Bit(path));
-    if (file.open(QIODevice::ReadOnly)) {
-      for (const QByteArray& line : file.readAll().split('\n')) {
+    // A FIFO or a device named here must not stop the host: read as any
+    // outside file, it reads as no script lines.
+    if (const auto bytes = ReadOutsideFile(path.toStdString())) {
+      for (const QByteArray& line : QByteArray::fromStdString(*bytes).split('\n')) {
         if (line.trimmed().isEmpty()) continue;
         s.lines.push_back(ReadScriptLine(line));
       }
@@ -164,6 +169,36 @@ QString Shown(const QJsonValue& value) {
       .chopped(1);
 }
 
+// Types `text` into the focused control as a person would, character by
+// character. A text field inserts a typed character only when it is
+// printable (a text box also takes a tab) and drops any other; so into a
+// field the characters it would take go in as one key event, which it
+// inserts as it inserts one character (cut at its maximum length), once
+// instead of once per character — typed singly, each insertion cost the
+// field's whole length, and a long text the square of it.
+template <typename Closed>
+void TypeText(QDialog& dialog, const QString& text, const Closed& closed) {
+  QWidget* target = FocusTarget(dialog);
+  const bool line = qobject_cast<QLineEdit*>(target) != nullptr;
+  const bool box =
+      qobject_cast<QPlainTextEdit*>(target) != nullptr || qobject_cast<QTextEdit*>(target) != nullptr;
+  if (line || box) {
+    QString taken;
+    taken.reserve(text.size());
+    for (const char32_t c : text.toUcs4()) {
+      if (QChar::isPrint(c) || (box && c == U'\t')) taken += QString::fromUcs4(&c, 1);
+    }
+    if (!taken.isEmpty() && !closed()) Press(dialog, KeyStroke{0, Qt::NoModifier, taken});
+    return;
+  }
+  // Elsewhere each character may mean something (an access key): one by
+  // one, a surrogate pair as one character.
+  for (const char32_t c : text.toUcs4()) {
+    if (closed()) return;
+    Press(dialog, KeyStroke{0, Qt::NoModifier, QString::fromUcs4(&c, 1)});
+  }
+}
+
 // Acts out one step: its "path", "keys", "text", "click" and "close", in
 // that order. False when the dialog closed before the step was done; what
 // was left undone goes to `warnings`, since a step whose keys confirm a
@@ -199,10 +234,7 @@ bool ActOutStep(QDialog& dialog, const QJsonObject& step, QStringList& warnings)
                     .arg(text);
     return false;
   }
-  for (const QChar c : text) {
-    if (closed()) return false;
-    Press(dialog, KeyStroke{0, Qt::NoModifier, QString(c)});
-  }
+  TypeText(dialog, text, closed);
   // Several clicks in turn: a button that opens a dialog of its own (which
   // takes the next line) and then the one that confirms.
   const QJsonValue click = step.value(QStringLiteral("click"));
@@ -261,10 +293,8 @@ void AppendToLog(const DialogFacts& f, const QWidget& dialog, int answer) {
   o[QStringLiteral("height")] =
       (dialog.height() + kCaptionHeight + 2 * kSizingFrame) * kTwipsPerPixel;
   o[QStringLiteral("answer")] = answer;
-  QFile file(QString::fromLocal8Bit(path));
-  if (file.open(QIODevice::WriteOnly | QIODevice::Append)) {
-    file.write(QJsonDocument(o).toJson(QJsonDocument::Compact) + '\n');
-  }
+  AppendToOutsideFile(path.toStdString(),
+                      (QJsonDocument(o).toJson(QJsonDocument::Compact) + '\n').toStdString());
 }
 
 }  // namespace
@@ -273,11 +303,19 @@ void RunModal(QDialog& dialog, const std::function<DialogFacts()>& facts,
               const std::function<int()>& answer) {
   const std::optional<ScriptLine> line = NextScriptLine();
   const auto warnings = std::make_shared<QStringList>();
-  QTimer::singleShot(0, &dialog, [&dialog, line, warnings] {
+  // Nobody can answer a dialog on the offscreen platform: without a script
+  // it closes at once, as when the script is used up.
+  const bool unanswerable =
+      !line && QGuiApplication::platformName() == QStringLiteral("offscreen") && !Hook();
+  QTimer::singleShot(0, &dialog, [&dialog, line, warnings, unanswerable] {
     if (const ShownHook& hook = Hook()) hook(dialog);
-    if (!line) return;
-    ActOut(dialog, *line, *warnings);
-    if (dialog.isVisible()) dialog.close();
+    if (unanswerable) {
+      *warnings << QStringLiteral(
+          "closed at once: on the offscreen platform nobody can answer a dialog without a "
+          "dialog script (NORVIK50_DIALOG_SCRIPT)");
+    }
+    if (line) ActOut(dialog, *line, *warnings);
+    if ((line || unanswerable) && dialog.isVisible()) dialog.close();
   });
   dialog.exec();
   DialogFacts f = facts();

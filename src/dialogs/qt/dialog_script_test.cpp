@@ -120,8 +120,7 @@ TEST_F(DialogScriptTest, TheLogWarnsOfWhatTheDialogClosedBefore) {
        "the dialog closed before the click on \"OK\""},
       // Lines that are not steps act out nothing (the box is closed) or
       // only their objects.
-      {R"(Enter)", 2, "alt",
-       "the script line is neither an object nor a list of objects (illegal value)"},
+      {R"(Enter)", 2, "alt", "the script line is neither an object nor a list of objects"},
       {R"([{"text":"b"},"Enter",{"click":1}])", 1, "b",
        "step 2 of the script line is not an object; skipped"},
   };

@@ -6,6 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <iterator>
+
 #include <QStringList>
 #include <string>
 
@@ -85,7 +88,10 @@ TEST(QtMessageFilterTest, TheGalleryPrintsOnlyWhatItMade) {
   const CommandRun run = RunQuietly(temp, "demo --gallery " + folder);
   EXPECT_EQ(run.status, 0);
   // No "propagateSizeHints()" per picture, no runtime folder note.
-  EXPECT_EQ(run.out, "20 pictures in " + folder + "\n");
+  const auto pictures = std::distance(std::filesystem::directory_iterator(folder),
+                                      std::filesystem::directory_iterator());
+  EXPECT_GE(pictures, 20);
+  EXPECT_EQ(run.out, std::to_string(pictures) + " pictures in " + folder + "\n");
 }
 
 }  // namespace
