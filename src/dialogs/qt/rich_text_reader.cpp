@@ -61,6 +61,10 @@ class Reader {
     // end instead of one per run, which would lay the paragraph out again
     // each time.
     cursor_.beginEditBlock();
+    if (const QTextBlockFormat block = cursor_.blockFormat();
+        block.hasProperty(QTextFormat::BlockAlignment)) {
+      block_alignment_ = block.alignment();
+    }
     while (pos_ < in_.size() && !cut_) {
       const char16_t c = in_[pos_];
       if (c == u'{') {
@@ -346,11 +350,13 @@ class Reader {
 
   void SetAlignment() {
     if (state_.destination != Destination::kText) return;
+    // Each paragraph would otherwise look its block up again, and a run of
+    // \qc words would replace the same format each time.
+    if (block_alignment_ == alignment_) return;
     QTextBlockFormat block = cursor_.blockFormat();
-    // A run of \qc words must not each replace the block's format.
-    if (block.hasProperty(QTextFormat::BlockAlignment) && block.alignment() == alignment_) return;
     block.setAlignment(alignment_);
     cursor_.setBlockFormat(block);
+    block_alignment_ = alignment_;
   }
 
   std::u16string_view in_;
@@ -361,6 +367,9 @@ class Reader {
   int ignored_opens_ = 0;
   int skip_after_unicode_ = 0;
   Qt::Alignment alignment_ = Qt::AlignLeft;
+  // The alignment the cursor's block has, none while it has none of its
+  // own; a new block takes the one before it.
+  std::optional<Qt::Alignment> block_alignment_;
   std::vector<std::optional<QColor>> colors_;
   std::optional<QColor> pending_;
   std::map<int, QString> fonts_;
