@@ -264,6 +264,7 @@ class Reader {
           // An entry without colour words (the first, usually) is the
           // default colour.
           if (c != u';') continue;
+          Flush();  // the text so far keeps the colours it was written in
           if (colors_.size() < 4096) colors_.push_back(pending_);
           pending_.reset();
         }
