@@ -5,8 +5,8 @@
 // destinations skipped. Anything else is ignored or shown as plain text;
 // unbalanced braces never fail. Work is linear in the input: text goes
 // into the document in runs of one format, control words of any length
-// are read once, and groups nest at most kMaxDepth deep (deeper braces
-// are ignored).
+// are read once, and groups nest at most kMaxRichTextDepth deep (deeper
+// braces are ignored).
 #ifndef NORVIK50_SRC_DIALOGS_QT_RICH_TEXT_READER_H_
 #define NORVIK50_SRC_DIALOGS_QT_RICH_TEXT_READER_H_
 
