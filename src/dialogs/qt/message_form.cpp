@@ -53,6 +53,9 @@ MessageForm::MessageForm(const MessageBoxRequest& request, QWidget* owner)
     rich_->setFrameShape(QFrame::NoFrame);
     rich_->document()->setDefaultFont(DialogFont());
     ReadRichText(request_.prompt, *rich_->document());
+    // The view's caret moved along with the text as it went in; a long
+    // message must open at its beginning, not scrolled to its end.
+    rich_->moveCursor(QTextCursor::Start);
     rich_->installEventFilter(this);
   } else {
     message_ = new QLabel(ToQ(request_.prompt), this);

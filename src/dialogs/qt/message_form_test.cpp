@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 
@@ -142,6 +143,22 @@ TEST_F(FormsTest, RichBoxTakesItsSizeInTwipsAndPlacesTheButtonsByTheFormula) {
   // Two buttons: half a gap either side of the centre line at 200 pixels.
   EXPECT_EQ(form.buttons()[0]->x() + MessageForm::kButtonWidth, 200 - 3);
   EXPECT_EQ(form.buttons()[1]->x(), 200 + 3);
+}
+
+// A message longer than its area opens at its first line.
+TEST_F(FormsTest, LongRichMessageOpensAtItsBeginning) {
+  MessageBoxRequest r = Request(u"frmMsgBox", 0, 2);
+  r.prompt = u"{";
+  for (int line = 0; line < 200; ++line) r.prompt += u"Zeile\\par ";
+  r.prompt += u"}";
+  MessageForm form(r, nullptr);
+  auto* text = form.findChild<QTextEdit*>();
+  ASSERT_NE(text, nullptr);
+  ShowAndAct(form, [&] {
+    ASSERT_GT(text->verticalScrollBar()->maximum(), 0);  // it does not fit
+    EXPECT_EQ(text->verticalScrollBar()->value(), 0);
+    EXPECT_EQ(text->textCursor().position(), 0);
+  });
 }
 
 TEST_F(FormsTest, StandardBoxGrowsWithItsTextWithinTheScreen) {
