@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTextCursor>
 #include <algorithm>
 
 #include "dialogs/qt/qt_application.h"
@@ -53,6 +54,9 @@ void ProgressForm::Apply(const MessageWindowState& state) {
   if (state.prompt != prompt_) {
     prompt_ = state.prompt;
     ReadRichText(prompt_, *message_->document());
+    // The view's caret moved along with the text as it went in; a long
+    // message shows its beginning, not its last lines.
+    message_->moveCursor(QTextCursor::Start);
     // The message is drawn at once, not when the host next lets events run.
     if (message_->isVisible()) message_->viewport()->repaint();
   }

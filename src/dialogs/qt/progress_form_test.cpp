@@ -5,6 +5,8 @@
 // `norvik50 batch`.
 #include <gtest/gtest.h>
 
+#include <QScrollBar>
+
 #include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
 #include <QCloseEvent>
@@ -115,6 +117,23 @@ TEST_F(ProgressWindowTest, TwoPromptsChangeOnlyTheText) {
   Say(u"");
   lib_.tklSendMessage(Variant(int32_t{0}));
   EXPECT_EQ(form->Message()->toPlainText(), "drei");
+}
+
+// A message longer than the window shows its first lines, every time it
+// changes.
+TEST_F(ProgressWindowTest, ALongMessageShowsItsBeginning) {
+  std::u16string prompt = u"{";
+  for (int line = 0; line < 200; ++line) prompt += u"Zeile\\par ";
+  prompt += u"}";
+  for (int round = 0; round < 2; ++round) {
+    lib_.tklSendMessage(Variant(prompt + (round == 0 ? u"" : u"x")));
+    ProgressForm* form = Window();
+    ASSERT_NE(form, nullptr);
+    QCoreApplication::processEvents();
+    ASSERT_GT(form->Message()->verticalScrollBar()->maximum(), 0);  // it does not fit
+    EXPECT_EQ(form->Message()->verticalScrollBar()->value(), 0) << round;
+    EXPECT_EQ(form->Message()->textCursor().position(), 0) << round;
+  }
 }
 
 TEST_F(ProgressWindowTest, HiddenWindowComesBackWithItsText) {
