@@ -19,9 +19,10 @@ namespace {
 // How long an operation keeps retrying while other processes hold the
 // database (each attempt already waits up to the busy timeout).
 constexpr auto kRetryFor = std::chrono::seconds(60);
-// Key ids kept per connection before the cache starts afresh: a host reads
-// a bounded set of keys, but a tool walking a huge tree must not make the
-// cache grow without end.
+// Key ids kept per connection: a host reads a bounded set of keys, and a
+// tool walking a larger tree must not make the cache grow without end. Past
+// the bound the least recently used id makes room, so the keys a host
+// reads all the time stay while a walk passes through.
 constexpr std::size_t kMaxCachedIds = 4096;
 
 bool IsBusy(int code) {
@@ -32,7 +33,7 @@ bool IsBusy(int code) {
 }  // namespace
 
 RootDatabase::RootDatabase(StoreFile file, std::string read_only_reason)
-    : file_(std::move(file)), read_only_reason_(std::move(read_only_reason)) {}
+    : file_(std::move(file)), read_only_reason_(std::move(read_only_reason)), ids_(kMaxCachedIds) {}
 
 RootDatabase::~RootDatabase() = default;
 
@@ -79,16 +80,17 @@ uint32_t RootDatabase::DataVersion() {
   return version;
 }
 
-std::optional<int64_t> RootDatabase::CachedKeyId(const std::string& folded_path) const {
+std::optional<int64_t> RootDatabase::CachedKeyId(const std::string& folded_path) {
   if (folded_path.empty()) return kRootKeyId;
-  const auto it = ids_.find(folded_path);
-  if (it == ids_.end()) return std::nullopt;
-  return it->second;
+  return ids_.Find(folded_path);
 }
 
 void RootDatabase::Remember(const std::string& folded_path, int64_t id) {
-  if (ids_.size() >= kMaxCachedIds) ForgetIds();
-  ids_.insert_or_assign(folded_path, id);
+  ids_.Put(folded_path, id);
+}
+
+void RootDatabase::NoteKeyId(const std::string& folded_path, int64_t id) {
+  if (IdsCurrent()) Remember(folded_path, id);
 }
 
 void RootDatabase::SyncIds() {
@@ -99,7 +101,7 @@ void RootDatabase::SyncIds() {
 }
 
 void RootDatabase::ForgetIds() {
-  ids_.clear();
+  ids_.Clear();
   ++epoch_;
 }
 

@@ -27,9 +27,9 @@
 #include <optional>
 #include <string>
 #include <type_traits>
-#include <unordered_map>
 
 #include "norvik50/registry.h"
+#include "settings/lru_map.h"
 #include "settings/store_location.h"
 
 namespace norvik50::settings {
@@ -64,6 +64,7 @@ struct StoredValue {
 struct ChildKey {
   std::string name;  // as written (UTF-8)
   std::string fold;  // folded (UTF-8), the enumeration order
+  int64_t id = 0;
 };
 
 class RootDatabase {
@@ -107,13 +108,18 @@ class RootDatabase {
 
   // Key ids by folded path. epoch() changes whenever the ids learnt so far
   // may no longer hold; an id taken under the current epoch is right for a
-  // snapshot when IdsCurrent() says so after a statement read it.
+  // snapshot when IdsCurrent() says so after a statement read it. The
+  // cache is bounded and forgets the least recently used path first;
+  // forgetting one never changes the epoch.
   uint64_t epoch() const noexcept { return epoch_; }
-  std::optional<int64_t> CachedKeyId(const std::string& folded_path) const;
+  std::optional<int64_t> CachedKeyId(const std::string& folded_path);
   bool IdsCurrent() { return DataVersion() == ids_version_; }
   // Inside Read or Write: the id of the key at `folded_path`, cached or
   // looked up (and then cached).
   std::optional<int64_t> KeyId(const std::string& folded_path);
+  // Caches an id the last statement read, when its snapshot is the one the
+  // cached ids belong to (otherwise it is not kept).
+  void NoteKeyId(const std::string& folded_path, int64_t id);
 
   // The statements; valid only inside Read, Write or Single.
   std::optional<int64_t> FindChild(int64_t parent, const std::string& fold);
@@ -159,7 +165,7 @@ class RootDatabase {
   struct Statements;
   std::unique_ptr<Statements> st_;
   std::unique_ptr<SQLite::Statement> snapshot_;  // starts a read snapshot
-  std::unordered_map<std::string, int64_t> ids_;
+  LruMap<int64_t> ids_;
   uint32_t ids_version_ = 0;
   uint64_t epoch_ = 1;
   std::string damage_;  // why the file is damaged, once SQLite said so

@@ -1,6 +1,7 @@
 #include "settings/sqlite_store.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
 
 #include "norvik50/encoding.h"
@@ -348,6 +349,12 @@ int32_t SqliteStore::Enumerate(RegKey key, Cursor Handle::*cursor, uint32_t inde
     return code;
   }
   c = Cursor{true, index, entry->fold, db->DataVersion()};
+  if constexpr (std::is_same_v<Entry, ChildKey>) {
+    // Walks open the sub-keys they enumerate (counting, deleting,
+    // exporting a tree): the id read with the name saves each open its own
+    // look-up, however large the tree.
+    db->NoteKeyId(JoinPath(h->path, entry->fold), entry->id);
+  }
   return 0;
 }
 
