@@ -12,6 +12,10 @@ namespace {
 
 // How often the owner looks whether the readers it waits for are through.
 constexpr auto kLookEvery = std::chrono::microseconds(200);
+// How long the owner still waits once the last reader's sign went: a
+// host's read is often a few store operations in a row (open the key,
+// read the value), and the next one should not meet the next commit.
+constexpr auto kGrace = std::chrono::milliseconds(1);
 
 // One byte of the side file is the whole sign.
 struct flock Sign(short type) {
@@ -66,14 +70,21 @@ void WaitingReaders::Leave() {
 
 void WaitingReaders::LetIn(std::chrono::microseconds limit) {
   if (!Opened()) return;
-  const auto give_up = std::chrono::steady_clock::now() + limit;
+  const auto start = std::chrono::steady_clock::now();
+  auto last_seen = start - kGrace;
   while (true) {
+    const auto now = std::chrono::steady_clock::now();
     // Asks whether a write lock could be had: any reader's sign is in the
     // way. This connection's own sign (it may have waited as a reader) is
     // not, as it belongs to this descriptor.
     struct flock lock = Sign(F_WRLCK);
-    if (::fcntl(fd_, F_OFD_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return;
-    if (std::chrono::steady_clock::now() >= give_up) return;
+    if (::fcntl(fd_, F_OFD_GETLK, &lock) != 0) return;
+    if (lock.l_type != F_UNLCK) {
+      last_seen = now;
+    } else if (now - last_seen >= kGrace) {
+      return;
+    }
+    if (now - start >= limit) return;
     std::this_thread::sleep_for(kLookEvery);
   }
 }
