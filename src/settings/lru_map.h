@@ -8,6 +8,7 @@
 #define NORVIK50_SRC_SETTINGS_LRU_MAP_H_
 
 #include <cstddef>
+#include <iterator>
 #include <list>
 #include <optional>
 #include <string>
@@ -44,8 +45,17 @@ class LruMap {
       return;
     }
     if (index_.size() >= capacity_) {
-      index_.erase(std::string_view(order_.back().first));
-      order_.pop_back();
+      // The least recently used entry's list and index nodes (and its key's
+      // room) serve the new entry: a walk through more entries than the
+      // map holds allocates nothing.
+      const auto last = std::prev(order_.end());
+      auto node = index_.extract(std::string_view(last->first));
+      last->first.assign(key);
+      last->second = std::move(value);
+      order_.splice(order_.begin(), order_, last);
+      node.key() = std::string_view(last->first);
+      index_.insert(std::move(node));
+      return;
     }
     order_.emplace_front(std::string(key), std::move(value));
     // The index refers to the key inside the list node, which never moves.
