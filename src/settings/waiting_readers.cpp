@@ -7,6 +7,16 @@
 #include <cerrno>
 #include <thread>
 
+// Open-file-description locks are a Linux facility; elsewhere readers only
+// retry (see the header).
+#ifdef F_OFD_SETLK
+constexpr bool kHaveSigns = true;
+#else
+constexpr bool kHaveSigns = false;
+#define F_OFD_SETLK F_SETLK
+#define F_OFD_GETLK F_GETLK
+#endif
+
 namespace norvik50::settings {
 namespace {
 
@@ -47,7 +57,7 @@ bool WaitingReaders::Make(const std::string& path, mode_t mode) {
 }
 
 bool WaitingReaders::Opened() {
-  if (fd_ < 0 && !path_.empty()) {
+  if (fd_ < 0 && kHaveSigns && !path_.empty()) {
     // Tried again each time it is needed: the owner may make it after this
     // reader opened the database.
     fd_ = ::open(path_.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
