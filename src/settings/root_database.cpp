@@ -26,7 +26,7 @@ constexpr auto kBusyTimeout = std::chrono::seconds(5);
 // SQLite's own handler does (up to 100 ms): commits of the machine-wide
 // store follow each other with gaps far shorter than such a sleep, and a
 // reader must try within the gap its owner leaves it.
-constexpr auto kTryAgainEvery = std::chrono::milliseconds(1);
+constexpr auto kTryAgainEvery = std::chrono::microseconds(250);
 // How long the owner of a shared store waits at most for the readers who
 // said they wait, before each commit: long enough for a few reads, short
 // enough that readers never hold an installer up for long.

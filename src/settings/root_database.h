@@ -19,8 +19,8 @@
 // journal, because a WAL reader needs a shared-memory file it can create.
 // Its readers are locked out while a commit is written, so its owner lets
 // waiting readers in before each commit (waiting_readers.h), and whoever
-// waits for a lock tries again every millisecond rather than sleeping ever
-// longer, which would sleep through the gaps between commits.
+// waits for a lock tries again every quarter millisecond rather than
+// sleeping ever longer, which would sleep through the gaps between commits.
 #ifndef NORVIK50_SRC_SETTINGS_ROOT_DATABASE_H_
 #define NORVIK50_SRC_SETTINGS_ROOT_DATABASE_H_
 

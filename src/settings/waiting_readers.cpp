@@ -21,11 +21,11 @@ namespace norvik50::settings {
 namespace {
 
 // How often the owner looks whether the readers it waits for are through.
-constexpr auto kLookEvery = std::chrono::microseconds(200);
+constexpr auto kLookEvery = std::chrono::microseconds(100);
 // How long the owner still waits once the last reader's sign went: a
 // host's read is often a few store operations in a row (open the key,
 // read the value), and the next one should not meet the next commit.
-constexpr auto kGrace = std::chrono::milliseconds(1);
+constexpr auto kGrace = std::chrono::microseconds(300);
 
 // One byte of the side file is the whole sign.
 struct flock Sign(short type) {

@@ -9,8 +9,9 @@
 // out for seconds. Hence a handover: a reader that finds the file locked
 // says so by holding a shared lock on a small file beside the database,
 // and before each commit the owner waits while such locks are held (the
-// readers retry every millisecond, get in and let go), for a bounded time,
-// so that no reader can hold a writer up for long.
+// readers retry every quarter millisecond, get in and let go), and a
+// moment longer for a reader's next operation, for a bounded time, so that
+// no reader can hold a writer up for long.
 //
 // The side file is made by the owner, who may write the folder, with the
 // database's mode; readers only open it for reading, and so create nothing.
