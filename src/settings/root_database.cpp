@@ -158,7 +158,6 @@ int32_t RootDatabase::Run(Mode mode, Body body, StoreProblem& problem) {
         case Mode::kBegin:
           waiting_.LetIn(kLetReadersInFor);
           db_->exec("BEGIN IMMEDIATE");
-          PrepareStatements();
           SyncIds();
           unit_ = true;
           unit_failed_ = false;
