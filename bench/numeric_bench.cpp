@@ -8,6 +8,8 @@
 //    either way); target within 2x;
 //  - tklVal on texts full of decimal separators, 10,000 and 100,000
 //    characters: growth for ten times the text, target <= 12x;
+//  - tklReplaceDecimalChars on a German filter text of 1,000 and 10,000
+//    characters: growth for ten times the text, target <= 12x;
 //  - ConvertToType text to Date and Double to String against the former
 //    code for the same conversions (bench/conversion_anchors.h); target
 //    within 1.5x.
@@ -21,6 +23,7 @@
 #include <cstdio>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "best_time_reporter.h"
@@ -28,6 +31,7 @@
 #include "norvik50/locale.h"
 #include "norvik50/variant.h"
 #include "numeric/convert_to_type.h"
+#include "numeric/decimal_chars.h"
 #include "numeric/format.h"
 #include "numeric/numeric_text.h"
 
@@ -136,6 +140,38 @@ void BM_TklValManySeparators(benchmark::State& state) {
     text += u',';
   }
   for (auto _ : state) benchmark::DoNotOptimize(norvik50::Val(text));
+}
+
+// tklReplaceDecimalChars on a filter of German amounts, counts and quoted
+// literals, 1,000 and 10,000 characters (the 16-bit positions stop a text
+// at 32,767). Each number once cost a count of the quotes before it and a
+// copy of the whole text.
+void BM_ReplaceDecimalChars(benchmark::State& state) {
+  norvik50::SetCurrentLocale("de-DE");
+  std::u16string text;
+  for (int k = 0; text.size() < static_cast<std::size_t>(state.range(0)); ++k) {
+    text += u"(Betrag > 1.234,5" + std::u16string(1, static_cast<char16_t>(u'0' + k % 10)) +
+            u") AND Menge = " + std::u16string(1, static_cast<char16_t>(u'1' + k % 9)) +
+            u" AND Name <> \"Los 1,5\"; ";
+  }
+  text.resize(static_cast<std::size_t>(state.range(0)));
+  if (norvik50::ReplaceDecimalChars(u"x > 1.234,5 ", true) != u"x > 1234.5 ") {
+    state.SkipWithError("tklReplaceDecimalChars misread");
+  }
+  for (auto _ : state) benchmark::DoNotOptimize(norvik50::ReplaceDecimalChars(text, true));
+}
+
+// The same with a Format call in every clause: each call's pattern is
+// rewritten and the call rebuilt with ") ".
+void BM_ReplaceDecimalCharsFormatCalls(benchmark::State& state) {
+  norvik50::SetCurrentLocale("de-DE");
+  std::u16string text;
+  for (int k = 0; text.size() < static_cast<std::size_t>(state.range(0)); ++k) {
+    text += u"Format(Betrag, \"#,##0.00\") > 1.234," +
+            std::u16string(1, static_cast<char16_t>(u'0' + k % 10)) + u" OR ";
+  }
+  text.resize(static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) benchmark::DoNotOptimize(norvik50::ReplaceDecimalChars(text, true));
 }
 
 void BM_ConvertToDouble(benchmark::State& state) {
@@ -303,6 +339,8 @@ NORVIK50_NUMERIC_BENCH(BM_FromChars);
 NORVIK50_NUMERIC_BENCH(BM_TklVal)->ArgName("german")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_ConvertToDouble)->ArgName("german")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_TklValManySeparators)->ArgName("chars")->Arg(10000)->Arg(100000);
+NORVIK50_NUMERIC_BENCH(BM_ReplaceDecimalChars)->ArgName("chars")->Arg(1000)->Arg(10000);
+NORVIK50_NUMERIC_BENCH(BM_ReplaceDecimalCharsFormatCalls)->ArgName("chars")->Arg(1000)->Arg(10000);
 NORVIK50_NUMERIC_BENCH(BM_Snprintf);
 NORVIK50_NUMERIC_BENCH(BM_Format)->ArgName("grouped")->Arg(1)->Arg(0);
 NORVIK50_NUMERIC_BENCH(BM_DateAnchor)->ArgName("german")->Arg(1)->Arg(0);
@@ -363,6 +401,14 @@ int main(int argc, char** argv) {
         "  tklVal, a separator every 2nd character: 100k chars take %.1fx 10k chars "
         "(target <= 12x)\n",
         separators_100k / separators_10k);
+  }
+  for (const auto& [name, text] :
+       {std::pair{"BM_ReplaceDecimalChars", "a filter text"},
+        std::pair{"BM_ReplaceDecimalCharsFormatCalls", "a Format call per clause"}}) {
+    if (const double at_1k = best.Ns(std::string(name) + "/1000"); at_1k > 0) {
+      std::printf("  tklReplaceDecimalChars, %s: 10k chars take %.1fx 1k chars (target <= 12x)\n",
+                  text, best.Ns(std::string(name) + "/10000") / at_1k);
+    }
   }
   const double text_anchor = reporter.Ns("BM_DoubleTextAnchor");
   const double text = reporter.Ns("BM_ConvertToString");

@@ -43,6 +43,42 @@ TEST(CliHelpTest, WrongCommandLinesExitWithTwo) {
   EXPECT_EQ(Tool("lzw shrink").status, 2);
 }
 
+TEST(CliHelpTest, AnUnknownCommandIsNamedWithTheCommandsThereAre) {
+  struct Case {
+    const char* args;
+    const char* message;
+  } cases[] = {
+      {"frobnicate", "norvik50: unknown command 'frobnicate' (commands: demo, batch, call, "
+                     "members, lzw, reg, res; norvik50 --help)\n"},
+      {"reg quary HKCU", "norvik50 reg: unknown command 'quary' (commands: query, add, delete, "
+                         "export, import; norvik50 reg --help)\n"},
+      {"res lst x.dll", "norvik50 res: unknown command 'lst' (commands: list, string, get; "
+                        "norvik50 res --help)\n"},
+  };
+  for (const Case& c : cases) {
+    const CommandRun run = Tool(c.args);
+    EXPECT_EQ(run.status, 2) << c.args;
+    EXPECT_EQ(run.out, c.message) << c.args;
+  }
+  // Known commands and options pass on to their own parser.
+  EXPECT_EQ(Tool("reg --help").status, 0);
+  EXPECT_EQ(Tool("members tkrGetLong").status, 0);
+}
+
+// Qt and the libraries it brings cost a one-shot command more than its
+// work; the forms come from a plugin opened at the first dialog.
+TEST(CliHelpTest, TheCommandStartsWithoutQt) {
+  const CommandRun libraries = norvik50::testing::RunCommand("ldd " NORVIK50_TOOL);
+  ASSERT_EQ(libraries.status, 0) << libraries.out;
+  EXPECT_NE(libraries.out.find("libc.so"), std::string::npos) << libraries.out;
+  EXPECT_EQ(libraries.out.find("libQt6"), std::string::npos) << libraries.out;
+  // Nor does a headless call open it: the loader names every library it opens.
+  const CommandRun call = norvik50::testing::RunCommand(
+      "(LD_DEBUG=libs " NORVIK50_TOOL " call tklVal 12 >/dev/null)");
+  EXPECT_NE(call.out.find("calling init"), std::string::npos) << call.out;
+  EXPECT_EQ(call.out.find("libQt6"), std::string::npos) << call.out;
+}
+
 // The eight registry members of the original, and tkrFlushKey, which is
 // marked as designed here.
 TEST(CliHelpTest, MembersTkrListsTheRegistryMembers) {

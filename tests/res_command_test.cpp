@@ -1,8 +1,11 @@
 // norvik50 res end to end on the resource libraries the build makes.
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
 #include <string>
 
+#include "resources/damaged_libraries_for_tests.h"
 #include "testing/run_command.h"
 #include "testing/temp_folder.h"
 
@@ -35,6 +38,46 @@ TEST(ResCommandTest, StringsAndResources) {
   EXPECT_EQ(Res("string " + Fixture("multi64.dll") + " 200").out, "Hello\n");
   EXPECT_EQ(Res("get " + Fixture("multi64.dll") + " '#10' '#7'").out, "abc<def>");
   EXPECT_EQ(Res("get " + Fixture("multi64.dll") + " forms main").out.substr(0, 11), "<resources>");
+}
+
+// A person at a terminal reads the document as a resource call reads it,
+// in UTF-8; a redirected output (and --raw) keeps the exact bytes: here a
+// UTF-8 byte-order mark followed by the Windows-1252 byte 0xDC.
+TEST(ResCommandTest, TheTourLibrariesOnATerminalAndRedirected) {
+  testing::TempFolder temp;
+  const auto written =
+      testing::RunCommand(std::string(NORVIK50_TOOL) + " demo --libraries " + temp.File("res"));
+  ASSERT_EQ(written.status, 0) << written.out;
+  const std::string library = temp.File("res/Res_DE.dll");
+  EXPECT_EQ(Res("string " + library + " 100").out, "Größe ändern\n");
+  // script(1) gives the command a terminal; it writes its own CR LF.
+  const auto shown =
+      testing::RunCommand("script -qec \"NORVIK50_LOCALE=en-US " + std::string(NORVIK50_TOOL) +
+                          " res get " + library + " XML '#100'\" /dev/null");
+  EXPECT_EQ(shown.status, 0) << shown.out;
+  EXPECT_EQ(shown.out.rfind("<resources>", 0), 0u) << shown.out;
+  EXPECT_NE(shown.out.find("text=\"Übersicht\""), std::string::npos) << shown.out;
+  const std::string bytes = Res("get " + library + " XML '#100'").out;
+  EXPECT_EQ(bytes.substr(0, 14), "\xEF\xBB\xBF<resources>");
+  EXPECT_NE(bytes.find("text=\"\xDC"
+                       "bersicht\""),
+            std::string::npos);
+  const auto raw = testing::RunCommand("script -qec \"" + std::string(NORVIK50_TOOL) +
+                                       " res get --raw " + library + " XML '#100'\" /dev/null");
+  EXPECT_EQ(raw.out.substr(0, 3), "\xEF\xBB\xBF") << raw.out;
+}
+
+// A FIFO nobody writes and a device that never ends are no libraries: the
+// command says so at once (timeout makes a blocked command exit 124).
+TEST(ResCommandTest, FifosAndDevicesAreNoLibraries) {
+  testing::TempFolder temp;
+  testing::RunCommand("mkfifo " + temp.File("pipe.dll"));
+  for (const std::string& file : {temp.File("pipe.dll"), std::string("/dev/zero")}) {
+    for (const std::string& args : {"list " + file, "string " + file + " 100",
+                                    "get " + file + " XML '#100'"}) {
+      EXPECT_EQ(Res(args, "timeout 10 env ").status, 2) << args;
+    }
+  }
 }
 
 TEST(ResCommandTest, ExitCodes) {
@@ -82,6 +125,72 @@ TEST(ResCommandTest, FilesThatAreNoLibraryAndWindowsPathsInAnyCase) {
     EXPECT_EQ(Res(std::string("string ") + path + " 17", drives).out, "Siebzehn\n") << path;
   }
   EXPECT_EQ(Res("string 'D:\\Prog\\Res_DE.dll' 17", drives).status, 2);  // D: has no root
+}
+
+std::string FileText(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// Libraries damaged to cost memory or time, through every way in: the
+// listing, a lookup by the command, and tklResource in a host's process.
+// One took 8 GB and ended in bad_alloc, one 145 s, the overlapping one 48 s;
+// each must now stay within 50 MB. The time bound only guards against a
+// walk that grows with the square of the file; the figures are in
+// bench/resources_bench.
+TEST(ResCommandTest, DamagedLibrariesAnswerInLittleMemoryAndTime) {
+  testing::TempFolder temp;
+  testing::WriteLibrary(temp.File("long.dll"), testing::SharedLongNameLibrary());
+  testing::WriteLibrary(temp.File("overlap.dll"), testing::OverlappingDirectoriesLibrary(36000));
+  const std::string long_name(65535, 'N');
+  const std::string almost = long_name.substr(1) + "M";
+  {
+    std::ofstream requests(temp.File("requests"));
+    requests << R"({"id":1,"member":"tkrSetValue","args":[-2147483646,"SOFTWARE\\VANTEX\\Global",)"
+             << R"("ResourceDLL","C:\\long.dll"]})" << '\n'
+             << R"({"id":2,"member":"tklResource","args":[100,"XML"]})" << '\n'
+             << R"({"id":3,"member":"tklResource","args":[100,")" << long_name << "\"]}\n"
+             << R"({"id":4,"member":"tklResource","args":[100,")" << almost << "\"]}\n";
+  }
+  const std::string tool = std::string(NORVIK50_TOOL);
+  const std::string environment = "env NORVIK50_LOCALE=en-US NORVIK50_DRIVES=C=" + temp.path() +
+                                  " NORVIK50_REGISTRY_DIR=" + temp.path() + " ";
+  const std::string out = temp.File("out");
+  const std::string listed_long = long_name.substr(0, 64) + "\u2026(65535 characters)";
+  struct Case {
+    std::string arguments;
+    int status;
+    std::string output;  // the output holds this
+  } cases[] = {
+      {"res list " + temp.File("long.dll"), 0, listed_long + " " + listed_long + " 0x0409    12"},
+      {"res get " + temp.File("long.dll") + " " + long_name + " '#100'", 0, "<resources/>"},
+      {"res get " + temp.File("long.dll") + " " + almost + " '#100'", 1, "no resource"},
+      {"res get " + temp.File("long.dll") + " XML '#100'", 1, "no resource"},
+      {"batch < " + temp.File("requests"), 0,
+       R"({"id":2,"ok":true,"result":{"vt":"String","v":""}})"
+       "\n"
+       R"({"id":3,"ok":true,"result":{"vt":"String","v":"<resources/>"}})"
+       "\n"
+       R"({"id":4,"ok":true,"result":{"vt":"String","v":""}})"},
+      {"res list " + temp.File("overlap.dll"), 1,
+       "#1 CURSOR            #1                   0x0409    4\n"
+       "norvik50 res: the directories of '" +
+           temp.File("overlap.dll") + "' overlap (damaged); the listing stops there"},
+      {"res get " + temp.File("overlap.dll") + " '#36000' '#1'", 0, "data"},
+  };
+  for (const Case& c : cases) {
+    const std::string shown = c.arguments.substr(0, 80);
+    const auto run =
+        testing::RunMeasured(environment + tool + " " + c.arguments + " > " + out + " 2>&1");
+    const std::string output = FileText(out);
+    EXPECT_EQ(run.status, c.status) << shown << "\n" << output.substr(0, 2000);
+    EXPECT_NE(output.find(c.output), std::string::npos) << shown << "\n" << output.substr(0, 2000);
+    EXPECT_LT(output.size(), 4096 + c.arguments.size()) << shown;  // a message may name them
+    EXPECT_LT(run.peak_kb, 50 * 1024) << shown;
+    EXPECT_LT(run.seconds, 3.0) << shown;
+  }
 }
 
 }  // namespace

@@ -71,10 +71,12 @@ struct InputRequest {
   bool masked = false;            // every character shown as "*"
   std::u16string ok_caption;      // in the current language
   std::u16string cancel_caption;  // in the current language
+  int16_t language = 0;           // the current language (also for the toolkit's texts)
 };
 
-// Everything the zoom editor (frmZoom) shows. The user interface sets
-// the size to the window's size when it closes.
+// Everything the zoom editor (frmZoom) shows. A user interface that shows
+// the window sets the size to the window's size when it closes, and
+// `shown`: the library keeps that size for the next zoom.
 struct ZoomRequest {
   std::u16string title;    // "Zoom" when the caller gives no description
   std::u16string text;     // the source's text
@@ -83,6 +85,7 @@ struct ZoomRequest {
   std::u16string tooltip;  // the source's tooltip
   int32_t width_twips = 0;
   int32_t height_twips = 0;
+  bool shown = false;  // set by the user interface once the window was shown
 };
 
 // Everything the folder chooser (frmChoosePath) shows, worked out by the
@@ -95,6 +98,7 @@ struct ChoosePathRequest {
   std::u16string ok_caption;          // "OK"
   std::u16string cancel_caption;      // "Abbrechen" / "Cancel"
   std::u16string new_folder_caption;  // "&Neuer Ordner..." / "&New Folder..."
+  int16_t language = 0;               // the language the captions are in
   // The "new folder" button: asks for a name, creates the folder below
   // `parent` (the path field's text) and returns the new folder's path;
   // nullopt when the user cancelled or the folder could not be created
@@ -125,6 +129,7 @@ struct FileDialogRequest {
   std::u16string initial_folder;  // Windows-style; "" for the current folder
   bool open = true;               // false: the save dialog
   int64_t owner_window = 0;       // the host's window id; 0 for the active window
+  int16_t language = 0;           // the toolkit's texts: a language id; 0 the locale's
 };
 
 // The progress window (frmMessage) as tklSendMessage, tklHideMessage and
@@ -204,10 +209,11 @@ class NORVIK50_EXPORT UserInterface {
   // request to ShowStandardMessage and answers 10 to anything else.
   virtual int32_t ShowMessageBox(const MessageBoxRequest& request);
   // The window system's own yes/no question (question symbol; the second
-  // button the default with `default_no`). Returns 6 Yes, 7 No, 10 when it
-  // could not be shown (the default).
-  virtual int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
-                           bool default_no);
+  // button the default with `default_no`), in the toolkit's texts for
+  // `language` (a language id; 0 for the library locale's language).
+  // Returns 6 Yes, 7 No, 10 when it could not be shown (the default).
+  virtual int32_t AskYesNo(std::u16string_view question, std::u16string_view title, bool default_no,
+                           int16_t language);
   // The answer box (frmAnswer) with the caller's captions, left to right.
   // An empty title keeps the designed caption. Returns the 1-based position
   // of the chosen button, 0 for Escape, the close box or a box that could
@@ -221,7 +227,7 @@ class NORVIK50_EXPORT UserInterface {
   // The zoom editor, shown modally. Returns true with `text` set to the
   // edited text after OK; false (text unchanged) after Cancel, the close
   // box or when it could not be shown (the default, which leaves the
-  // request's size alone).
+  // request's size and `shown` alone).
   virtual bool ShowZoom(ZoomRequest& request, std::u16string& text);
   // The language chooser (frmChooseLang), shown when no language is stored
   // yet. `languages` holds "langid;name;extension" entries; returns the
@@ -233,9 +239,10 @@ class NORVIK50_EXPORT UserInterface {
   // when it could not be shown (the default).
   virtual std::u16string ChoosePath(const ChoosePathRequest& request);
   // The toolkit's own folder browser, titled `title`, starting in the
-  // current folder. Returns the chosen folder (Windows-style); "" when
-  // cancelled or when it could not be shown (the default).
-  virtual std::u16string BrowseForFolder(std::u16string_view title);
+  // current folder, in the toolkit's texts for `language` (as AskYesNo).
+  // Returns the chosen folder (Windows-style); "" when cancelled or when it
+  // could not be shown (the default).
+  virtual std::u16string BrowseForFolder(std::u16string_view title, int16_t language);
   // The open (or save) file dialog. Returns true with `filename` set to the
   // chosen file (Windows-style; several files as the flags say) when one
   // was chosen; false (filename unchanged) when cancelled or not shown.

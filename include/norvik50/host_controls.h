@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "norvik50/export.h"
@@ -75,7 +76,7 @@ class NORVIK50_EXPORT MemoryList final : public ListControl {
   int32_t new_index_ = -1;
 };
 
-// A tab strip held in memory.
+// A tab strip held in memory. Keys are compared exactly, as given.
 class NORVIK50_EXPORT MemoryTabStrip final : public TabStrip, private TabCollection {
  public:
   struct Tab {
@@ -87,10 +88,16 @@ class NORVIK50_EXPORT MemoryTabStrip final : public TabStrip, private TabCollect
   const std::vector<Tab>& tabs() const noexcept { return tabs_; }
 
  private:
-  void Clear() override { tabs_.clear(); }
+  void Clear() override {
+    tabs_.clear();
+    keys_.clear();
+  }
   void Add(std::optional<int32_t> index, std::u16string_view key,
            std::u16string_view caption) override;
   std::vector<Tab> tabs_;
+  // The non-empty keys of tabs_, so that a strip filled with many tabs
+  // checks each new key in constant time.
+  std::unordered_set<std::u16string> keys_;
 };
 
 }  // namespace norvik50

@@ -456,8 +456,8 @@ class NORVIK50_EXPORT LIB {
 
   // The progress message window (frmMessage), one for the process. Opens
   // it or changes it; every argument is optional and a missing one
-  // leaves its property alone. Title: the caption (when missing on a
-  // window that is not visible, the application title). Prompt: the
+  // leaves its property alone. Title: the caption (missing: a fresh window
+  // takes the application title, a hidden one keeps its own). Prompt: the
   // message as rich text, shown centred ("{\qc " + text + "}"); Empty,
   // Null, "" and 0 keep the old message. ShowCounter: the bar shows
   // exactly when it equals True. Sizes and the message top in twips,

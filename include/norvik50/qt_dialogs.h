@@ -39,14 +39,18 @@ class QTreeWidgetItem;
 namespace norvik50 {
 
 // The Qt user interface; `owner` (may be null) becomes the dialogs'
-// transient parent. Never null.
+// transient parent. Never null: where no window system can be reached (see
+// DisplayAvailable) it is the headless one.
 NORVIK50_EXPORT std::shared_ptr<UserInterface> QtUserInterface(QWidget* owner = nullptr);
 
 // Installs QtUserInterface(owner) for the process (SetUserInterface).
 NORVIK50_EXPORT void InstallQtDialogs(QWidget* owner = nullptr);
 
-// True when Qt can show windows: DISPLAY or WAYLAND_DISPLAY is set, or
-// QT_QPA_PLATFORM names a platform explicitly (offscreen included).
+// True when Qt can show windows: an application object exists, or one of
+// the platforms Qt would try can start — the one QT_QPA_PLATFORM names
+// (offscreen included) is installed, the X server of DISPLAY accepts a
+// connection, the Wayland socket answers. Asked once per process; when
+// false, the reason goes to stderr once. Qt itself would end the process.
 NORVIK50_EXPORT bool DisplayAvailable();
 
 // A host's own text field as a TextControl of type "TextBox", for

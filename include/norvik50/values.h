@@ -55,8 +55,11 @@ struct CivilDateTime {
 struct NORVIK50_EXPORT Date {
   double serial = 0.0;
 
-  // The range the runtime accepts: 100-01-01 to 9999-12-31.
-  static constexpr double kMinSerial = -657434.0;
+  // The range the runtime accepts: 100-01-01 00:00:00 to 9999-12-31
+  // 23:59:59. Before the epoch the time of day makes a serial more negative,
+  // so the first day's last second lies below its midnight (-657434.0):
+  // the range ends at a whole day's worth of seconds on both sides.
+  static constexpr double kMinSerial = -657434.99998843;
   static constexpr double kMaxSerial = 2958465.99998843;
 
   // Raises overflow (6) for a date outside 100..9999 or an invalid day.

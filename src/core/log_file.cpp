@@ -59,10 +59,12 @@ bool WriteLogBytes(const std::string& path, std::string_view bytes, bool truncat
                         O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
   if (fd < 0) return false;
   struct stat st {};
-  bool ok = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode);
-  // Starting a log afresh empties it; a file of another user is never
-  // emptied (the line is lost instead, as any line the log cannot write).
-  if (ok && truncate) ok = st.st_uid == ::geteuid() && ::ftruncate(fd, 0) == 0;
+  // A file of another user is neither emptied nor written: one planted in
+  // the shared folder would otherwise collect this user's lines, error
+  // descriptions included. The line is lost instead, as any line the log
+  // cannot write.
+  bool ok = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_uid == ::geteuid();
+  if (ok && truncate) ok = ::ftruncate(fd, 0) == 0;
   for (std::size_t done = 0; ok && done < bytes.size();) {
     const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
     if (n < 0 && errno == EINTR) continue;

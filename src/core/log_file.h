@@ -26,7 +26,7 @@ std::u16string ErrorNumberText(int32_t number);
 // Writes `bytes` to the Linux file `path`, truncating it first when
 // `truncate` is set and appending otherwise; creates a missing file. False
 // (and nothing written) when `path` is a symbolic link, not a regular file,
-// or, for `truncate`, a file of another user; false on any other failure.
+// or a file of another user; false on any other failure.
 bool WriteLogBytes(const std::string& path, std::string_view bytes, bool truncate);
 
 }  // namespace norvik50

@@ -65,7 +65,7 @@ TEST(LogFileTest, APlantedFifoNeitherBlocksNorTakesTheLine) {
   EXPECT_FALSE(WriteLogBytes(temp.File("p.LOG"), "x\r\n", true));
 }
 
-TEST(LogFileTest, AFileOfAnotherUserIsNeverEmptied) {
+TEST(LogFileTest, AFileOfAnotherUserIsNeitherEmptiedNorWritten) {
   if (::geteuid() != 0) {
     GTEST_SKIP() << "needs root to give a file to another user";
   }
@@ -75,9 +75,30 @@ TEST(LogFileTest, AFileOfAnotherUserIsNeverEmptied) {
   ASSERT_EQ(::chown(temp.File("theirs.LOG").c_str(), 65534, 65534), 0);
   EXPECT_FALSE(WriteLogBytes(temp.File("theirs.LOG"), "mine\r\n", true));
   EXPECT_EQ(temp.Read("theirs.LOG"), "their lines\r\n");
-  // A shared log that its owner opened to everyone still takes lines.
-  EXPECT_TRUE(WriteLogBytes(temp.File("theirs.LOG"), "mine\r\n", false));
-  EXPECT_EQ(temp.Read("theirs.LOG"), "their lines\r\nmine\r\n");
+  // Planted with write access for everyone, it still takes none of this
+  // user's lines.
+  EXPECT_FALSE(WriteLogBytes(temp.File("theirs.LOG"), "mine\r\n", false));
+  EXPECT_EQ(temp.Read("theirs.LOG"), "their lines\r\n");
+}
+
+// The whole way in: a LIB object of this user meets a log another user
+// planted in the shared folder; none of its lines, errors included, lands
+// there.
+TEST(LogFileTest, ALibObjectWritesNothingIntoAPlantedLog) {
+  if (::geteuid() != 0) {
+    GTEST_SKIP() << "needs root to give a file to another user";
+  }
+  testing::TempFolder temp;
+  testing::ScopedEnv tmpdir("TMPDIR", temp.path());
+  std::ofstream(temp.File("nvk50err.LOG")) << "planted\r\n";
+  ::chmod(temp.File("nvk50err.LOG").c_str(), 0666);
+  ASSERT_EQ(::chown(temp.File("nvk50err.LOG").c_str(), 65534, 65534), 0);
+  {
+    LIB lib;
+    lib.tklLogAction(u"secret action");
+    lib.tklLogError(13, u"secret description", u"LIB:test", false);
+  }
+  EXPECT_EQ(temp.Read("nvk50err.LOG"), "planted\r\n");
 }
 
 // The whole way in: a LIB object starts its log afresh in the temporary

@@ -30,7 +30,9 @@ int32_t UserInterface::ShowMessageBox(const MessageBoxRequest& request) {
   return 10;
 }
 
-int32_t UserInterface::AskYesNo(std::u16string_view, std::u16string_view, bool) { return 10; }
+int32_t UserInterface::AskYesNo(std::u16string_view, std::u16string_view, bool, int16_t) {
+  return 10;
+}
 
 int16_t UserInterface::GetAnswer(std::u16string_view, std::u16string_view, std::u16string_view,
                                  const std::vector<std::u16string>&) {
@@ -45,7 +47,7 @@ int16_t UserInterface::ChooseLanguage(const std::vector<std::u16string>&) { retu
 
 std::u16string UserInterface::ChoosePath(const ChoosePathRequest&) { return u""; }
 
-std::u16string UserInterface::BrowseForFolder(std::u16string_view) { return u""; }
+std::u16string UserInterface::BrowseForFolder(std::u16string_view, int16_t) { return u""; }
 
 bool UserInterface::ShowFileDialog(const FileDialogRequest&, std::u16string&) { return false; }
 

@@ -50,6 +50,26 @@ TEST(DateTest, SerialsOutsideTheCalendarOverflow) {
     }
   }
   EXPECT_EQ(Date{Date::kMaxSerial}.ToCivil(), (CivilDateTime{9999, 12, 31, 23, 59, 59}));
+  EXPECT_EQ(Date{Date::kMinSerial}.ToCivil(), (CivilDateTime{100, 1, 1, 23, 59, 59}));
+  EXPECT_THROW((void)Date{-657435.0}.ToCivil(), Error);
+}
+
+// The first day of the calendar has times too: they lie below its
+// midnight's serial, and every conversion must accept them as the day they
+// name.
+TEST(DateTest, TimesOnTheFirstDayOfTheCalendar) {
+  for (const CivilDateTime& civil :
+       {CivilDateTime{100, 1, 1, 4, 0, 0}, CivilDateTime{100, 1, 1, 12, 30, 0},
+        CivilDateTime{100, 1, 1, 23, 59, 59}}) {
+    const Date date = Date::FromCivil(civil);
+    EXPECT_LT(date.serial, -657434.0);
+    EXPECT_GE(date.serial, Date::kMinSerial);
+    EXPECT_EQ(date.ToCivil(), civil);
+    const auto iso = Date::ParseIso(date.ToIsoString());
+    ASSERT_TRUE(iso.has_value()) << date.ToIsoString();
+    EXPECT_EQ(iso->ToCivil(), civil);
+  }
+  EXPECT_NEAR(Date::FromCivil({100, 1, 1, 4, 0, 0}).serial, -657434.1666667, 1e-6);
 }
 
 TEST(DateTest, InvalidCivilDatesOverflow) {

@@ -47,6 +47,7 @@ InputRequest MakeInputRequest(std::u16string_view prompt, std::u16string_view ti
   request.masked = masked;
   request.ok_caption = GetResourceItem(u"cmdOK", language);
   request.cancel_caption = GetResourceItem(u"cmdCancel", language);
+  request.language = language;
   return request;
 }
 

@@ -71,12 +71,15 @@ ChoosePathRequest MakeChoosePathRequest(std::u16string_view start_path,
   request.ok_caption = u"OK";
   request.cancel_caption = german ? u"Abbrechen" : u"Cancel";
   request.new_folder_caption = german ? u"&Neuer Ordner..." : u"&New Folder...";
+  request.language = language;
   return request;
 }
 
 std::u16string LIB::tklChoosePath(std::u16string_view sDefaultPath, std::u16string_view sCaption) {
   try {
-    if (sDefaultPath.empty()) return CurrentUserInterface().BrowseForFolder(sCaption);
+    if (sDefaultPath.empty()) {
+      return CurrentUserInterface().BrowseForFolder(sCaption, StoredLanguage(*this));
+    }
     const std::u16string start = PathIsDirectory(sDefaultPath) != 0
                                      ? std::u16string(sDefaultPath)
                                      : CurrentFolder();

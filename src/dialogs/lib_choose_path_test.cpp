@@ -28,8 +28,9 @@ class RecordingChooser : public UserInterface {
     }
     return chosen;
   }
-  std::u16string BrowseForFolder(std::u16string_view title) override {
+  std::u16string BrowseForFolder(std::u16string_view title, int16_t language) override {
     browsed.push_back(std::u16string(title));
+    browsed_language = language;
     return chosen;
   }
   int32_t ShowInput(const InputRequest& request, std::u16string& text) override {
@@ -45,6 +46,7 @@ class RecordingChooser : public UserInterface {
 
   std::vector<ChoosePathRequest> requests;
   std::vector<std::u16string> browsed;
+  int16_t browsed_language = -1;
   std::vector<InputRequest> inputs;
   std::vector<MessageBoxRequest> messages;
   std::u16string chosen = u"C:\\Daten";
@@ -82,10 +84,14 @@ TEST_F(ChoosePathTest, WithoutAStartFolderTheToolkitsBrowserIsShown) {
   EXPECT_EQ(lib_.tklChoosePath(u"", u"Ablage w\u00e4hlen"), u"C:\\Daten");
   EXPECT_EQ(ui_->browsed, std::vector<std::u16string>{u"Ablage w\u00e4hlen"});
   EXPECT_TRUE(ui_->requests.empty());
+  // No language stored: the browser follows the locale.
+  EXPECT_EQ(ui_->browsed_language, 0);
   // Cancelled: nothing chosen.
   ui_->chosen.clear();
+  SetLanguage(1);
   EXPECT_EQ(lib_.tklChoosePath(), u"");
   EXPECT_EQ(ui_->browsed.size(), 2u);
+  EXPECT_EQ(ui_->browsed_language, 1);
 }
 
 TEST_F(ChoosePathTest, WithAStartFolderTheLibrarysFormIsShown) {

@@ -118,7 +118,9 @@ int32_t LIB::tklMsgBox(std::u16string_view Prompt, std::u16string_view Detail, i
 
 bool LIB::tklAsk(const Variant& sQuestion, const std::optional<Variant>& vTitle, bool bDefaultNo) {
   const std::u16string title = vTitle ? TextOf(*vTitle) : HostApplicationTitle();
-  return CurrentUserInterface().AskYesNo(TextOf(sQuestion), title, bDefaultNo) == kYes;
+  // The window system's box speaks the language of the library's forms.
+  return CurrentUserInterface().AskYesNo(TextOf(sQuestion), title, bDefaultNo,
+                                         StoredLanguage(*this)) == kYes;
 }
 
 int16_t LIB::tklGetAnswer(std::u16string_view Prompt, std::u16string_view Detail,

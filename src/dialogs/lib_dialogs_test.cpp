@@ -18,10 +18,11 @@ class RecordingDialogs : public UserInterface {
     requests.push_back(request);
     return answer;
   }
-  int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
-                   bool default_no) override {
+  int32_t AskYesNo(std::u16string_view question, std::u16string_view title, bool default_no,
+                   int16_t language) override {
     asked = std::u16string(question) + u"|" + std::u16string(title);
     asked_default_no = default_no;
+    asked_language = language;
     return answer;
   }
   int16_t GetAnswer(std::u16string_view prompt, std::u16string_view, std::u16string_view title,
@@ -33,6 +34,7 @@ class RecordingDialogs : public UserInterface {
   std::vector<MessageBoxRequest> requests;
   std::u16string asked;
   bool asked_default_no = false;
+  int16_t asked_language = -1;
   std::vector<std::u16string> captions;
   int32_t answer = 1;
 };
@@ -159,6 +161,17 @@ TEST_F(DialogMembersTest, AskUsesTheSystemBoxWithTheApplicationTitleWhenMissing)
   EXPECT_FALSE(lib_.tklAsk(Variant(u"Sure?"), Variant(u""), true));
   EXPECT_EQ(ui_->asked, u"Sure?|");  // a title given as "" stays ""
   EXPECT_TRUE(ui_->asked_default_no);
+}
+
+// The system box speaks the stored language; with none stored it follows
+// the locale (0), and asking never brings up the chooser or stores one.
+TEST_F(DialogMembersTest, AskSpeaksTheStoredLanguageWithoutChoosingOne) {
+  lib_.tklAsk(Variant(u"q"));
+  EXPECT_EQ(ui_->asked_language, 2);
+  lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(u"-"));
+  lib_.tklAsk(Variant(u"q"));
+  EXPECT_EQ(ui_->asked_language, 0);
+  EXPECT_EQ(lib_.tkrGetLong(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", -1), -1);
 }
 
 TEST_F(DialogMembersTest, GetAnswerPassesTheCaptionsWhateverTheLowerBound) {

@@ -4,6 +4,7 @@
 #include "core/file_dialog_request.h"
 #include "norvik50/host.h"
 #include "norvik50/lib.h"
+#include "resources/language_selection.h"
 
 namespace norvik50 {
 
@@ -11,8 +12,10 @@ bool LIB::tklFileDialog(std::u16string_view sFilter, std::u16string_view sDlgTit
                         std::u16string& sFilename, int32_t lFlags, int32_t lHWndParent,
                         std::u16string_view sInitDir, bool bOpen) {
   try {
-    const FileDialogRequest request =
+    FileDialogRequest request =
         MakeFileDialogRequest(sFilter, sDlgTitle, sFilename, lFlags, lHWndParent, sInitDir, bOpen);
+    // The toolkit's dialog speaks the language of the library's forms.
+    request.language = StoredLanguage(*this);
     std::u16string chosen = sFilename;
     if (!CurrentUserInterface().ShowFileDialog(request, chosen)) return false;
     sFilename = std::move(chosen);

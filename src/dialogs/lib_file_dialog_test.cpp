@@ -57,6 +57,20 @@ TEST_F(FileDialogTest, FlagsZeroTakeTheDefaultsOfOpenAndSave) {
   }
 }
 
+// The dialog speaks the stored language, or the locale's (0) when none is
+// stored; showing it never brings up the language chooser.
+TEST_F(FileDialogTest, TheDialogSpeaksTheStoredLanguage) {
+  std::u16string name;
+  lib_.tklFileDialog(u"", u"t", name);
+  EXPECT_EQ(ui_->requests.back().language, 0);
+  lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"DefaultLanguage", Variant(int32_t{2}));
+  lib_.tklFileDialog(u"", u"t", name);
+  EXPECT_EQ(ui_->requests.back().language, 2);
+  lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(int32_t{1}));
+  lib_.tklFileDialog(u"", u"t", name);
+  EXPECT_EQ(ui_->requests.back().language, 1);
+}
+
 TEST_F(FileDialogTest, TheInitialFolderIsInitDirElseTheFileNamesFolder) {
   struct Case {
     const char16_t* filename;

@@ -43,12 +43,12 @@ void LIB::tklZoomTextBox(const std::shared_ptr<HostObject>& Source, std::u16stri
   request.tooltip = source->ToolTipText();
   request.width_twips = tkrGetLong(HKEY_CURRENT_USER, key, u"Width", kDesignedWidth);
   request.height_twips = tkrGetLong(HKEY_CURRENT_USER, key, u"Height", kDesignedHeight);
-  const int32_t width = request.width_twips;
-  const int32_t height = request.height_twips;
   std::u16string text = request.text;
   CurrentUserInterface().ShowZoom(request, text);
-  // Only a size the window really had is kept for the next zoom.
-  if (request.width_twips != width || request.height_twips != height) {
+  // Every unload of the window writes its size, however it was closed and
+  // also when it is the size it opened with; a window that was never shown
+  // was never unloaded and writes nothing.
+  if (request.shown) {
     tkrSetValue(HKEY_CURRENT_USER, key, u"Width", Variant(request.width_twips));
     tkrSetValue(HKEY_CURRENT_USER, key, u"Height", Variant(request.height_twips));
   }

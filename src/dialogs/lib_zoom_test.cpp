@@ -21,6 +21,7 @@ class RecordingZoom : public UserInterface {
  public:
   bool ShowZoom(ZoomRequest& request, std::u16string& text) override {
     requests.push_back(request);
+    request.shown = true;
     if (resize_to_width > 0) {
       request.width_twips = resize_to_width;
       request.height_twips = resize_to_height;
@@ -123,6 +124,25 @@ TEST_F(ZoomMemberTest, TheWindowSizeIsKeptUnderTheBaseKey) {
   lib_.tklZoomTextBox(Box());
   EXPECT_EQ(ui_->requests.back().width_twips, 12000);
   EXPECT_EQ(ui_->requests.back().height_twips, 6000);
+}
+
+// The size is written on every unload, also when it is the size the
+// window opened with, but not when no window was shown at all.
+TEST_F(ZoomMemberTest, EveryShownWindowWritesItsSizeAHeadlessOneNothing) {
+  const std::u16string key = lib_.tklRegKey() + u"\\Positions\\Forms\\ZoomWindow";
+  SetUserInterface(nullptr);
+  lib_.tklZoomTextBox(Box());
+  constexpr int32_t kAbsent = -1;
+  EXPECT_EQ(lib_.tkrGetLong(HKEY_CURRENT_USER, key, u"Width", kAbsent), kAbsent);
+  EXPECT_EQ(lib_.tkrGetLong(HKEY_CURRENT_USER, key, u"Height", kAbsent), kAbsent);
+  SetUserInterface(ui_);
+  for (bool confirm : {true, false}) {
+    lib_.tkrDeleteKey(HKEY_CURRENT_USER, key);
+    ui_->confirm = confirm;
+    lib_.tklZoomTextBox(Box());
+    EXPECT_EQ(lib_.tkrGetLong(HKEY_CURRENT_USER, key, u"Width", kAbsent), 9000) << confirm;
+    EXPECT_EQ(lib_.tkrGetLong(HKEY_CURRENT_USER, key, u"Height", kAbsent), 5400) << confirm;
+  }
 }
 
 TEST_F(ZoomMemberTest, TheDispatchPassesTheObject) {

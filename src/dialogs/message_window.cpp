@@ -64,7 +64,10 @@ bool EqualsTrue(const Variant& value) {
 }
 
 void MessageWindow::Send(SendMessageArgs& args, UserInterface& ui) {
-  if (!loaded_) {
+  // Every Send shows the window, so one loaded before this call has been
+  // shown already.
+  const bool never_shown = !loaded_;
+  if (never_shown) {
     state_ = MessageWindowState();
     loaded_ = true;
   }
@@ -76,7 +79,9 @@ void MessageWindow::Send(SendMessageArgs& args, UserInterface& ui) {
 
   if (args.title) {
     if (auto text = Text(*args.title)) s.title = *text;
-  } else if (!s.visible) {
+  } else if (never_shown) {
+    // Only a fresh window takes the application's title: one hidden by
+    // Hide comes back with its old content, the caption included.
     s.title = HostApplicationTitle();
   }
   if (auto text = PromptText(args.prompt)) s.prompt = u"{\\qc " + *text + u"}";

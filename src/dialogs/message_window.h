@@ -39,7 +39,9 @@ class MessageWindow {
   // One tklSendMessage: applies the given arguments in order (title,
   // prompt, counter visibility, size, message top, maximum, counter),
   // shows the window when it is not visible, hands the state to `ui` and
-  // processes pending events unless `args.no_events`. A step whose value
+  // processes pending events unless `args.no_events`. Without a title, a
+  // window loaded by this call takes the application's title; a hidden
+  // one keeps its caption. A step whose value
   // cannot be read is skipped; nothing raises. `args.cur_count` and
   // `args.max_count` become Longs when they convert.
   void Send(SendMessageArgs& args, UserInterface& ui);

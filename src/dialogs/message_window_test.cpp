@@ -253,9 +253,15 @@ TEST_F(MessageWindowTest, HiddenWindowComesBackWithItsContent) {
   EXPECT_EQ(s.prompt, u"{\\qc Step 1}");
   EXPECT_TRUE(s.counter_visible);
   EXPECT_EQ(s.counter_value, 41);
-  // A window that is not visible takes the application title when no
-  // title is given, hidden or not yet shown alike.
-  EXPECT_EQ(s.title, u"Host Title");
+  // Hidden and shown again, it keeps its old caption: only a window never
+  // shown takes the application's title.
+  EXPECT_EQ(s.title, u"Import");
+  EXPECT_EQ(ui_.updates.back().title, u"Import");
+  // An explicit title still changes a window that comes back.
+  window_.Hide(ui_);
+  SendMessageArgs retitled;
+  retitled.title = Variant(u"Export");
+  EXPECT_EQ(Send(retitled).title, u"Export");
 }
 
 TEST_F(MessageWindowTest, ClearStartsFromTheDesignedForm) {

@@ -93,6 +93,16 @@ TEST(ConvertToTypeTest, NumbersInBothLocales) {
   }
 }
 
+// A time on 1 January 100 is a date both ways: to text and back.
+TEST(ConvertToTypeTest, TimesOnTheFirstDayOfTheCalendar) {
+  testing::ScopedLocale locale("de-DE");
+  const Variant date = ConvertToType(7, Variant(u"01.01.0100 04:00"));
+  ASSERT_EQ(date.type(), VarType::kDate);
+  EXPECT_EQ(date.as_date().ToCivil(), (CivilDateTime{100, 1, 1, 4, 0, 0}));
+  EXPECT_EQ(ConvertToType(8, date).as_string(), u"01.01.100 04:00:00");
+  EXPECT_EQ(ConvertToType(7, Variant(date.as_date().serial)).as_date(), date.as_date());
+}
+
 TEST(ConvertToTypeTest, FailuresGiveTheFallback) {
   for (const char* tag : {"de-DE", "en-US"}) {
     testing::ScopedLocale locale(tag);

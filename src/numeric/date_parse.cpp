@@ -373,13 +373,21 @@ struct Time {
   int hour = 0, minute = 0, second = 0;
 };
 
-std::optional<Time> ReadTime(const Part& p) {
+// `dots_are_times`: "." is not the locale's date separator, so a dot chain
+// is a time in its own right.
+std::optional<Time> ReadTime(const Part& p, bool dots_are_times) {
   // A lone number is an hour only with a mark ("1 am").
   if (p.month != 0 || (p.count == 1 && p.mark == 0)) return std::nullopt;
   int fields[3] = {0, 0, 0};
   for (int i = 0; i < p.count; ++i) {
     if (p.numbers[i].digits > 2) return std::nullopt;
     fields[i] = p.numbers[i].value;
+  }
+  // "0.0" there reads as the number zero, not as midnight ("0.1" and
+  // "0:00" are times).
+  if (dots_are_times && p.chain == Chain::kDot && p.count == 2 && fields[0] == 0 &&
+      fields[1] == 0) {
+    return std::nullopt;
   }
   Time t{fields[0], fields[1], fields[2]};
   if (t.hour > 23 || t.minute > 59 || t.second > 59) return std::nullopt;
@@ -389,14 +397,27 @@ std::optional<Time> ReadTime(const Part& p) {
   return t;
 }
 
+// Whether a number of the date stands on each side of part `time`: the
+// time comes before all of the date's numbers or after them all, never in
+// between ("1 2:30 3", "1 2 am 3"). Month names do not count.
+bool TimeSplitsTheDate(const std::vector<Part>& parts, int time) {
+  bool before = false, after = false;
+  for (int i = 0; i < static_cast<int>(parts.size()); ++i) {
+    const Part& p = parts[static_cast<std::size_t>(i)];
+    if (i == time || p.month != 0) continue;
+    (i < time ? before : after) = true;
+  }
+  return before && after;
+}
+
 // The date and time with part `time` as the time (or none); nullopt when
 // the rest makes no date.
 std::optional<Date> Read(const std::vector<Part>& parts, int time, std::string_view locale_order,
-                         CurrentYearSource current_year) {
+                         bool dots_are_times, CurrentYearSource current_year) {
   Time t;
   if (time >= 0) {
-    auto read = ReadTime(parts[static_cast<std::size_t>(time)]);
-    if (!read) return std::nullopt;
+    auto read = ReadTime(parts[static_cast<std::size_t>(time)], dots_are_times);
+    if (!read || TimeSplitsTheDate(parts, time)) return std::nullopt;
     t = *read;
   }
   DateFields f;
@@ -433,12 +454,13 @@ std::optional<Date> Read(const std::vector<Part>& parts, int time, std::string_v
 std::optional<Date> ReadParts(const std::vector<Part>& parts, const Locale& locale,
                               CurrentYearSource current_year) {
   const std::string order = LocaleOrder(locale);
+  const bool dots_are_times = locale.date_separator != u'.';
   int time = -1;
   std::vector<int> dots;  // dot chains that may still be a date
   for (int i = 0; i < static_cast<int>(parts.size()); ++i) {
     const Part& p = parts[static_cast<std::size_t>(i)];
-    const bool is_time = p.mark != 0 || p.chain == Chain::kTime ||
-                         (p.chain == Chain::kDot && locale.date_separator != u'.');
+    const bool is_time =
+        p.mark != 0 || p.chain == Chain::kTime || (p.chain == Chain::kDot && dots_are_times);
     if (is_time) {
       if (time >= 0) return std::nullopt;  // two times
       time = i;
@@ -446,11 +468,11 @@ std::optional<Date> ReadParts(const std::vector<Part>& parts, const Locale& loca
       dots.push_back(i);
     }
   }
-  if (auto d = Read(parts, time, order, current_year)) return d;
+  if (auto d = Read(parts, time, order, dots_are_times, current_year)) return d;
   if (time >= 0) return std::nullopt;
   // No date with every dot chain a date: the last one, then earlier ones, is the time.
   for (auto it = dots.rbegin(); it != dots.rend(); ++it) {
-    if (auto d = Read(parts, *it, order, current_year)) return d;
+    if (auto d = Read(parts, *it, order, dots_are_times, current_year)) return d;
   }
   return std::nullopt;
 }

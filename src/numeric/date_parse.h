@@ -18,13 +18,18 @@
 //     kinds, is refused.
 //  4. The time. The time chain (h:mm or h:mm:ss); a lone number followed by
 //     a mark is a bare hour ("1 am"); a dot chain followed by a mark is a
-//     time. One time at most, before or after the date. A mark belongs to
-//     the part right before it and does nothing on an hour above 12
-//     ("13:00 PM" is 13:00); a mark without a time is refused.
+//     time. One time at most, before all of the date's numbers or after
+//     them all, never between two of them ("1 2:30 3", "1 2 am 3" and
+//     "1 2.3 4" are refused; "1.2 3 4" and "1 2 3 4.5" are dates with
+//     times); month names do not count. A mark belongs to the part right
+//     before it and does nothing on an hour above 12 ("13:00 PM" is
+//     13:00); a mark without a time is refused.
 //  5. Dot chains. Where "." is the locale's date separator each is read as
 //     a date first; when that gives no date, the last dot chain becomes the
 //     time, then the one before. Elsewhere a dot chain is always a time
-//     ("0.40" is 00:40, "1.5.2" 01:05:02, "02.01.1970" no date at all).
+//     ("0.40" is 00:40, "1.5.2" 01:05:02, "02.01.1970" no date at all),
+//     except two zeros joined by one dot ("0.0", "00.00"): no time, so
+//     refused ("0.1", "0.0.0" and "0:0" are times).
 //  6. The date, from a month name and the remaining numbers, taking the
 //     first reading that is a valid day (kMonthNameReadings and
 //     kNumberReadings in the source hold the order):

@@ -206,6 +206,24 @@ const Row kRows[] = {
     {u"5.3.2024 1 pm", "2024-03-05T13:00:00", kNo, "English: two times"},
     {u"5.3.2024 2:07:09 PM", "2024-03-05T14:07:09", kNo, "English: two times"},
     {u"3/5/2024 14:07 14:08", kNo, kNo, "two times"},
+    // -- A time stands before all the numbers of the date or after them all.
+    {u"1 2.3 4", kNo, kNo, "a dotted time between the date's numbers"},
+    {u"1 2 am 3", kNo, kNo, "a bare hour between the date's numbers"},
+    {u"1 2:30 3", kNo, kNo, "a time between the date's numbers"},
+    {u"3/5 14:07 2024", kNo, kNo, "a time between the day and the year"},
+    {u"Jan 5 14:07 2024", kNo, kNo, "a time between the day and the year"},
+    {u"3 1 pm 5", kNo, kNo, "a bare hour between the date's numbers"},
+    {u"1 2 3 4.5", "2003-02-01T04:05:00", "2003-01-02T04:05:00", "a dotted time after the date"},
+    {u"1 pm 3 5", "2031-05-03T13:00:00", "2031-03-05T13:00:00", "a bare hour before the date"},
+    {u"14:07 Jan 5 2024", "2024-01-05T14:07:00", "2024-01-05T14:07:00", "a time before it all"},
+    {u"5 14.07 3", kNo, kNo, "German too: the dot chain that is no date is a time"},
+    // -- Zero hours and zero minutes with one dot are no time in English.
+    {u"0.0", "1899-12-30T00:00:00", kNo, "English: the number zero; German: no date, a time"},
+    {u"00.00", "1899-12-30T00:00:00", kNo, "two digits each"},
+    {u"0.0 3/5/2024", "2024-05-03T00:00:00", kNo, "English: no time and no date"},
+    {u"0.1", "2000-01-01T00:00:00", "1899-12-30T00:01:00", "one minute past midnight"},
+    {u"0.0.0", "1899-12-30T00:00:00", "1899-12-30T00:00:00", "two dots: a time"},
+    {u"0:0", "1899-12-30T00:00:00", "1899-12-30T00:00:00", "the time separator: a time"},
     // -- Unicode blanks separate.
     {u"3/5/2024\u30002:07 PM", "2024-05-03T14:07:00", "2024-03-05T14:07:00", "ideographic"},
     {u"5\u3000M\u00E4rz\u30002024", "2024-03-05T00:00:00", kNo, "ideographic"},
@@ -264,7 +282,7 @@ std::string Answer(std::u16string_view text) {
 }
 
 TEST(DateParseTest, TableInBothLocales) {
-  static_assert(std::size(kRows) >= 200);
+  static_assert(std::size(kRows) >= 220);
   for (const char* tag : {"de-DE", "en-US"}) {
     testing::ScopedLocale locale(tag);
     const bool german = tag[0] == 'd';
@@ -294,7 +312,7 @@ TEST(DateParseTest, CurrentYearOnlyWhenMissing) {
 TEST(DateParseTest, RefusedTextsGiveTheFallback) {
   for (const char* tag : {"de-DE", "en-US"}) {
     testing::ScopedLocale locale(tag);
-    for (const char16_t* text : {u"-1.1", u"1.5 2", u"3/5/2024 PM"}) {
+    for (const char16_t* text : {u"-1.1", u"1.5 2", u"3/5/2024 PM", u"1 2 am 3", u"1 2.3 4"}) {
       const Variant out = ConvertToType(7, Variant(text));
       EXPECT_EQ(out.as_date().serial, std::floor(out.as_date().serial)) << tag;
       EXPECT_GT(out.as_date().serial, 45000) << tag;  // today, not 1899

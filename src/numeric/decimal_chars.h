@@ -25,6 +25,22 @@ namespace norvik50 {
 // with the text as transformed so far.
 std::u16string ReplaceDecimalChars(std::u16string_view source, bool german_to_english);
 
+// Step 2 of ReplaceDecimalChars on its own: every Format call ("format("
+// or "format (", any case, nested ones too) with the commas of the last
+// quoted literal of its term turned into points and ") " after its
+// closing bracket; the text trimmed when a call was rebuilt. False when a
+// position past 32767 stopped it (`text` then as transformed so far, and
+// the member ends there too). Never raises.
+bool RewriteFormatCalls(std::u16string& text);
+
+// Step 3 of ReplaceDecimalChars on its own: the numbers of `text` freed of
+// their thousands separators and written with ".". The search for the next
+// number resumes one unit after the end of the last one counted in the
+// text before that number was shortened, so it skips as many units as the
+// number lost. A failure, or a position past 32767, ends it with the text
+// as transformed so far. Never raises.
+std::u16string RewriteNumbers(std::u16string_view text, bool german_to_english);
+
 }  // namespace norvik50
 
 #endif  // NORVIK50_SRC_NUMERIC_DECIMAL_CHARS_H_

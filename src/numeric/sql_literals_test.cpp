@@ -36,6 +36,10 @@ TEST(SqlDateTest, BothDialectsInBothLocales) {
       {Variant(u"2024-03-05 14:07:09"), true,
        u"CONVERT(DATETIME, '2024-03-05 14:07:09', 102)"},  // server: the text formatted
       {Variant(u"abc"), true, u"CONVERT(DATETIME, 'abc', 102)"},
+      // The calendar's first day keeps its times (their serials lie below
+      // that day's midnight).
+      {At(100, 1, 1, 4), true, u"CONVERT(DATETIME, '0100-01-01 04:00:00', 102)"},
+      {At(100, 1, 1, 4), false, u"#0100/01/01 04:00:00#"},
   };
   for (const char* tag : {"de-DE", "en-US"}) {
     testing::ScopedLocale locale(tag);

@@ -1,7 +1,7 @@
 #include "resources/file_image_bytes.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
+#include "core/outside_file.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,14 +10,10 @@
 namespace norvik50 {
 
 std::shared_ptr<FileImageBytes> FileImageBytes::Open(const std::string& path) {
-  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return nullptr;
-  struct stat info {};
-  if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) || info.st_size <= 0) {
-    ::close(fd);
-    return nullptr;
-  }
-  return std::make_shared<FileImageBytes>(fd, static_cast<uint64_t>(info.st_size));
+  auto file = OutsideFile::Open(path);
+  if (!file || file->size() == 0) return nullptr;
+  const uint64_t size = file->size();
+  return std::make_shared<FileImageBytes>(file->Release(), size);
 }
 
 FileImageBytes::~FileImageBytes() { ::close(fd_); }
@@ -34,16 +30,36 @@ bool FileImageBytes::ReadAt(uint8_t* to, uint64_t length, uint64_t offset) const
   return true;
 }
 
+std::optional<std::span<const uint8_t>> FileImageBytes::ReadAcrossBlocks(uint64_t offset,
+                                                                         uint64_t length) {
+  // A piece must live as long as this object, since the span handed out
+  // points into it. A directory of 65,535 entries naming one long name
+  // reads that name once per entry; kept piece by piece that would be
+  // thousands of times the file. Once the pieces would cost more than the
+  // file, reading it whole costs less than any further piece.
+  if (piece_bytes_ + length + kPieceOverhead > size_) {
+    if (whole_failed_) return std::nullopt;
+    auto whole = std::make_unique_for_overwrite<uint8_t[]>(size_);
+    if (!ReadAt(whole.get(), size_, 0)) {
+      whole_failed_ = true;
+      return std::nullopt;
+    }
+    whole_ = std::move(whole);
+    return std::span<const uint8_t>(whole_.get() + offset, length);
+  }
+  auto piece = std::make_unique_for_overwrite<uint8_t[]>(length);
+  if (!ReadAt(piece.get(), length, offset)) return std::nullopt;
+  pieces_.push_back(std::move(piece));
+  piece_bytes_ += length + kPieceOverhead;
+  return std::span<const uint8_t>(pieces_.back().get(), length);
+}
+
 std::optional<std::span<const uint8_t>> FileImageBytes::Read(uint64_t offset, uint64_t length) {
   if (offset > size_ || size_ - offset < length) return std::nullopt;
   if (length == 0) return std::span<const uint8_t>();
+  if (whole_) return std::span<const uint8_t>(whole_.get() + offset, length);
   const uint64_t block = offset / kBlock;
-  if ((offset + length - 1) / kBlock != block) {
-    auto piece = std::make_unique_for_overwrite<uint8_t[]>(length);
-    if (!ReadAt(piece.get(), length, offset)) return std::nullopt;
-    pieces_.push_back(std::move(piece));
-    return std::span<const uint8_t>(pieces_.back().get(), length);
-  }
+  if ((offset + length - 1) / kBlock != block) return ReadAcrossBlocks(offset, length);
   auto it = blocks_.find(block);
   if (it == blocks_.end()) {
     const uint64_t start = block * kBlock;

@@ -6,6 +6,11 @@
 // a few reads; mapping the file instead cost more in unmapping it (with the
 // TLB flush that takes) than the whole lookup. A file cut short while it is
 // open makes the read fail, where a mapping would fault.
+//
+// What it holds stays below about three times the file's size, however
+// often a damaged directory makes a lookup read the same bytes: each block
+// once, the reads that cross blocks up to the file's size, and past that
+// the whole file once, from which every later read is served.
 #ifndef NORVIK50_SRC_RESOURCES_FILE_IMAGE_BYTES_H_
 #define NORVIK50_SRC_RESOURCES_FILE_IMAGE_BYTES_H_
 
@@ -33,15 +38,24 @@ class FileImageBytes final : public pe::ImageBytes {
 
  private:
   static constexpr uint64_t kBlock = 4096;
+  // What keeping one piece costs beyond its bytes: the allocator's header
+  // and the pointer to it.
+  static constexpr uint64_t kPieceOverhead = 32;
   bool ReadAt(uint8_t* to, uint64_t length, uint64_t offset) const;
+  std::optional<std::span<const uint8_t>> ReadAcrossBlocks(uint64_t offset, uint64_t length);
 
   int fd_;
   uint64_t size_;
   // Every block read so far, by number, and the reads that cross a block
-  // boundary: what Read returned stays valid while the object lives, and
-  // no part of the file is held twice but those pieces.
+  // boundary: what Read returned stays valid while the object lives.
   std::map<uint64_t, std::unique_ptr<uint8_t[]>> blocks_;
   std::vector<std::unique_ptr<uint8_t[]>> pieces_;
+  uint64_t piece_bytes_ = 0;  // what pieces_ costs, kPieceOverhead included
+  // The whole file, once the pieces would have cost more than it.
+  std::unique_ptr<uint8_t[]> whole_;
+  // The whole file could not be read (it was cut short): later reads
+  // across blocks fail at once instead of trying again.
+  bool whole_failed_ = false;
 };
 
 }  // namespace norvik50

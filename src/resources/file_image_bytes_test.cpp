@@ -3,12 +3,14 @@
 #include "resources/file_image_bytes.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <array>
 #include <fstream>
 
 #include "norvik50/encoding.h"
+#include "resources/damaged_libraries_for_tests.h"
 #include "resources/resource_fixtures_for_tests.h"
 #include "testing/temp_folder.h"
 
@@ -48,9 +50,10 @@ TEST(FileImageBytesTest, ReadsWhatMemoryHolds) {
 
 // A listing as text, to compare two of them.
 std::string Listed(const pe::PeImage& image) {
-  std::string text;
-  for (const pe::ResourceEntry& e : image.List()) {
-    text += ToUtf8(pe::ResourceIdText(e.type)) + "/" + ToUtf8(pe::ResourceIdText(e.name)) + "/" +
+  const pe::ResourceListing listing = image.List();
+  std::string text = listing.complete ? "" : "(cut short)\n";
+  for (const pe::ResourceEntry& e : listing.entries) {
+    text += ToUtf8(pe::ResourceIdText(*e.type)) + "/" + ToUtf8(pe::ResourceIdText(*e.name)) + "/" +
             std::to_string(e.language) + "/" + std::to_string(e.size) + "\n";
   }
   return text;
@@ -98,6 +101,60 @@ TEST(FileImageBytesTest, AFileCutShortWhileOpenIsNoFault) {
   ASSERT_TRUE(file);
   ASSERT_EQ(::truncate(path.c_str(), 0), 0);
   EXPECT_FALSE(pe::PeImage::Parse(file));
+}
+
+// The bytes the allocator has handed out and not yet taken back, large
+// blocks it mapped on their own included.
+long HeapInUse() {
+  const struct mallinfo2 info = mallinfo2();
+  return static_cast<long>(info.uordblks + info.hblkhd);
+}
+
+TEST(FileImageBytesTest, RepeatedReadsAcrossBlocksHoldLittleMoreThanTheFile) {
+  // A damaged directory can make a lookup read one range across blocks
+  // once per entry; each read handed out must stay valid, but 10,000 kept
+  // copies of 8,000 bytes would be 80 MB for a file of 106 KB.
+  const auto bytes = testing::FixtureBytes("Bench_100K.dll");
+  auto file = FileImageBytes::Open(testing::FixturePath("Bench_100K.dll"));
+  ASSERT_TRUE(file);
+  const long before = HeapInUse();
+  const auto first = file->Read(4000, 8000);
+  ASSERT_TRUE(first);
+  for (int i = 0; i < 10000; ++i) ASSERT_TRUE(file->Read(4000 + i % 7, 8000));
+  EXPECT_LT(HeapInUse() - before, 3 * static_cast<long>(bytes.size()));
+  // Reads before and after the reader took the whole file hold the file's
+  // bytes, and the first one is still readable.
+  EXPECT_TRUE(std::equal(first->begin(), first->end(), bytes.begin() + 4000));
+  for (const auto& [offset, length] :
+       {std::pair<uint64_t, uint64_t>{4000, 8000}, {100, 20}, {bytes.size() - 3, 3}}) {
+    const auto got = file->Read(offset, length);
+    ASSERT_TRUE(got);
+    EXPECT_TRUE(std::equal(got->begin(), got->end(), bytes.begin() + static_cast<long>(offset)));
+  }
+}
+
+TEST(FileImageBytesTest, ALibraryNamingOneLongNameEverywhereCostsLittleMoreThanItself) {
+  // 656 KB whose 65,535 types all name one string of 65,535 characters:
+  // each read of that name was kept, 8 GB for one lookup.
+  testing::TempFolder folder;
+  const auto bytes = testing::SharedLongNameLibrary();
+  const std::string path = folder.File("long.dll");
+  testing::WriteLibrary(path, bytes);
+  const long before = HeapInUse();
+  const auto image = pe::PeImage::Parse(FileImageBytes::Open(path));
+  ASSERT_TRUE(image);
+  const pe::ResourceId long_name{std::nullopt, testing::LongName()};
+  pe::ResourceId almost = long_name;
+  almost.name.back() = u'M';
+  const std::array<uint16_t, 1> english{0x0409};
+  EXPECT_TRUE(image->Find(long_name, {100, {}}, english));
+  EXPECT_FALSE(image->Find(almost, {100, {}}, english));
+  EXPECT_FALSE(image->Find({std::nullopt, u"XML"}, {100, {}}, english));
+  const auto listing = image->List();
+  EXPECT_EQ(listing.entries.size(), 1u);
+  EXPECT_LT(HeapInUse() - before, 4 * static_cast<long>(bytes.size()));
+  const auto in_memory = pe::PeImage::Parse(bytes);
+  EXPECT_EQ(Listed(*image), Listed(*in_memory));
 }
 
 TEST(FileImageBytesTest, OpensOnlyRegularFilesWithContent) {

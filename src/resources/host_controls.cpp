@@ -1,7 +1,5 @@
 #include "norvik50/host_controls.h"
 
-#include <algorithm>
-
 #include "norvik50/error.h"
 
 namespace norvik50 {
@@ -39,19 +37,23 @@ void MemoryList::SetItemData(int32_t index, int32_t data) {
 
 void MemoryTabStrip::Add(std::optional<int32_t> index, std::u16string_view key,
                          std::u16string_view caption) {
-  if (!key.empty() &&
-      std::any_of(tabs_.begin(), tabs_.end(), [&](const Tab& t) { return t.key == key; })) {
+  Tab tab{std::u16string(key), std::u16string(caption)};
+  if (!key.empty() && keys_.contains(tab.key)) {
     throw Error(kErrKeyNotUnique, u"Key is not unique in collection", std::u16string(kErrorSource));
   }
-  Tab tab{std::u16string(key), std::u16string(caption)};
-  if (!index) {
-    tabs_.push_back(std::move(tab));
-    return;
-  }
-  if (*index < 1 || static_cast<std::size_t>(*index) > tabs_.size() + 1) {
+  if (index && (*index < 1 || static_cast<std::size_t>(*index) > tabs_.size() + 1)) {
     throw Error(kErrSubscript, u"Index out of bounds", std::u16string(kErrorSource));
   }
-  tabs_.insert(tabs_.begin() + (*index - 1), std::move(tab));
+  // Nothing is changed before both checks have passed, and the key and the
+  // tab go in together: a refused tab leaves the strip as it was.
+  const bool keyed = !key.empty();
+  if (keyed) keys_.insert(tab.key);
+  try {
+    tabs_.insert(index ? tabs_.begin() + (*index - 1) : tabs_.end(), std::move(tab));
+  } catch (...) {
+    if (keyed) keys_.erase(std::u16string(key));
+    throw;
+  }
 }
 
 }  // namespace norvik50

@@ -83,6 +83,15 @@ int16_t GetCurrentLanguage(LIB& lib, std::u16string_view key) {
   return lib.tkrGetInteger(HKEY_CURRENT_USER, base, u"Language", language, true);
 }
 
+int16_t StoredLanguage(LIB& lib) {
+  const std::u16string base = BaseKey();
+  for (const char16_t* name : {u"Language", u"DefaultLanguage"}) {
+    const int16_t language = lib.tkrGetInteger(HKEY_CURRENT_USER, base, name, kNotSet, false);
+    if (language != kNotSet) return language;
+  }
+  return 0;
+}
+
 std::vector<std::u16string> FindMatchingFiles(std::u16string_view pattern) {
   std::vector<std::u16string> found;
   if (pattern.empty()) return found;

@@ -22,6 +22,12 @@ class LIB;
 // value is created. Read afresh on every call: nothing is cached.
 int16_t GetCurrentLanguage(LIB& lib, std::u16string_view key);
 
+// The current language as far as it is stored, without asking anyone and
+// without writing: "Language", else "DefaultLanguage" (both under
+// HKEY_CURRENT_USER and the base key), else 0. For dialogs that only follow the language (the
+// toolkit's own ones), so that showing one never brings up the chooser.
+int16_t StoredLanguage(LIB& lib);
+
 // GetLanguageList: "langid;name;extension" of each lang element of the
 // resource document whose code has a file matching "ResourceDLL" (under
 // HKEY_LOCAL_MACHINE\key exactly as given) with "%L" as "??". Bounds 0 to

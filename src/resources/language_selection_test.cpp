@@ -55,6 +55,20 @@ TEST_F(LanguageTest, AnyStoredIdComesBack) {
   EXPECT_EQ(lib_.tklLanguage(), LANG_ENGLISH);
 }
 
+// What the toolkit's dialogs follow: never the chooser, never a write.
+TEST_F(LanguageTest, StoredLanguageNeitherAsksNorWrites) {
+  ui_->choice = LANG_ENGLISH;
+  EXPECT_EQ(StoredLanguage(lib_), 0);
+  lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"DefaultLanguage", Variant(int32_t{3}));
+  EXPECT_EQ(StoredLanguage(lib_), 3);
+  SetLanguage(8);
+  EXPECT_EQ(StoredLanguage(lib_), 8);
+  EXPECT_EQ(ui_->chooser_calls, 0);
+  lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(u"-"));
+  EXPECT_EQ(StoredLanguage(lib_), 3);
+  EXPECT_EQ(Stored(u"Language"), -99);
+}
+
 TEST_F(LanguageTest, RegKeyBecomesTheBaseKey) {
   lib_.tkrSetValue(HKEY_CURRENT_USER, u"SOFTWARE\\Other", u"Language", Variant(int32_t{5}));
   EXPECT_EQ(lib_.tklLanguage(u"SOFTWARE\\Other"), LANG_SPAIN);

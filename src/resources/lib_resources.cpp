@@ -1,9 +1,7 @@
 // LIB: texts from the current language's resource library.
-#include <fstream>
-#include <sstream>
-
 #include "core/file_dialog_request.h"
 #include "core/library_state.h"
+#include "core/outside_file.h"
 #include "core/paths.h"
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
@@ -51,12 +49,9 @@ bool NamesALanguageLibrary(std::u16string_view name) {
 
 std::optional<std::u16string> ReadFileAsAnsiText(std::u16string_view path) {
   const auto linux_path = ToLinuxPath(path);
-  if (!linux_path) return std::nullopt;
-  std::ifstream in(*linux_path, std::ios::binary);
-  if (!in) return std::nullopt;
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return BytesToText(bytes.str());
+  const auto bytes = linux_path ? ReadOutsideFile(*linux_path) : std::nullopt;
+  if (!bytes) return std::nullopt;
+  return BytesToText(*bytes);
 }
 
 }  // namespace
@@ -102,12 +97,11 @@ std::u16string LIB::tklResource(int32_t lResID, std::u16string_view sResType,
       const int16_t language = GetCurrentLanguage(*this, BaseKey());
       std::u16string chosen;
       // The same dialog as tklFileDialog's: no owner, no initial folder.
-      if (CurrentUserInterface().ShowFileDialog(
-              MakeFileDialogRequest(GetResourceItem(u"openresdll", language),
-                                    GetResourceItem(u"openresdlltitle", language), u"",
-                                    file_dialog_flags::kFileMustExist, 0, u"", true),
-              chosen) &&
-          NamesALanguageLibrary(chosen)) {
+      FileDialogRequest request = MakeFileDialogRequest(
+          GetResourceItem(u"openresdll", language), GetResourceItem(u"openresdlltitle", language),
+          u"", file_dialog_flags::kFileMustExist, 0, u"", true);
+      request.language = language;
+      if (CurrentUserInterface().ShowFileDialog(request, chosen) && NamesALanguageLibrary(chosen)) {
         // C:\App\Res_DE.dll is stored as C:\App\Res_%L.dll.
         tkrSetValue(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL",
                     Variant(chosen.substr(0, chosen.size() - 6) + u"%L.dll"));

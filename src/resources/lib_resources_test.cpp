@@ -1,6 +1,13 @@
 // tklRes and tklResource on real resource libraries behind the drive map,
 // with every report of their failures.
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <future>
+
 #include "norvik50/resource_module.h"
+#include "norvik50/xml.h"
 #include "resources/resource_test_support.h"
 
 namespace norvik50 {
@@ -89,6 +96,42 @@ TEST_F(ResourceMembersTest, DebugFileReplacesTheLibrary) {
   // Other ids still go to the library.
   EXPECT_EQ(lib_.tklResource(101, u"XML"), u"");
   EXPECT_EQ(LoggedErrors().size(), 2u);
+}
+
+// `call` must come back within seconds; one that blocks ends the test
+// program rather than hanging the whole run.
+template <typename Call>
+auto Promptly(Call call) {
+  auto answer = std::async(std::launch::async, call);
+  if (answer.wait_for(std::chrono::seconds(5)) != std::future_status::ready) {
+    ADD_FAILURE() << "blocked";
+    std::_Exit(1);
+  }
+  return answer.get();
+}
+
+// A stored path may name a FIFO that nobody writes or a device that never
+// ends: the members answer as for an unreadable file, at once, and read
+// nothing from the device.
+TEST_F(ResourceMembersTest, FifosAndDevicesNeitherBlockNorExhaustMemory) {
+  SetLanguage(LANG_GERMAN);
+  ASSERT_EQ(::mkfifo(temp_.File("c/App/Pipe_DE.dll").c_str(), 0600), 0);
+  ASSERT_EQ(::mkfifo(temp_.File("c/App/form.xml").c_str(), 0600), 0);
+  SetDriveRoot(u'D', "/dev");
+  for (const char16_t* debug : {u"C:\\App\\form.xml", u"D:\\zero"}) {
+    SetMachineValue(u"DebugXML_100", debug);
+    EXPECT_EQ(Promptly([&] { return lib_.tklResource(100, u"XML"); }), u"");
+  }
+  SetMachineValue(u"DebugXML_100", u"");
+  for (const char16_t* library : {u"C:\\App\\Pipe_%L.dll", u"D:\\zero"}) {
+    SetMachineValue(u"ResourceDLL", library);
+    EXPECT_EQ(Promptly([&] { return lib_.tklRes(100); }), u"") << ToUtf8(library);
+  }
+  for (const char16_t* document : {u"C:\\App\\form.xml", u"D:\\zero", u"D:\\null"}) {
+    XmlDocument xml;
+    EXPECT_FALSE(Promptly([&] { return xml.Load(document); })) << ToUtf8(document);
+  }
+  ClearDriveRoot(u'D');
 }
 
 TEST_F(ResourceMembersTest, AMissingFileIsReportedBeforeTheLoad) {

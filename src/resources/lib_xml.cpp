@@ -1,4 +1,9 @@
 // LIB: items of a host's resource document, and host lists filled from it.
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "norvik50/dispatch.h"
 #include "norvik50/host_controls.h"
 #include "norvik50/lib.h"
@@ -14,6 +19,45 @@ namespace {
 std::u16string ItemsNamed(std::u16string_view name) {
   return u"/resources/item[@name=\"" + std::u16string(name) + u"\"]";
 }
+
+// The counter's value that `text` is the decimal form of, as DecimalText
+// writes it (no sign, no leading zero, no blank); -1 for any other text,
+// which equals no counter value.
+int32_t CounterValue(std::string_view text) {
+  if (text.empty() || text.size() > 5 || (text[0] == '0' && text.size() > 1)) return -1;
+  int32_t value = 0;
+  for (char c : text) {
+    if (c < '0' || c > '9') return -1;
+    value = value * 10 + (c - '0');
+  }
+  return value <= INT16_MAX ? value : -1;
+}
+
+// The items of one name, indexed by their number: for each counter value n
+// the first item in document order whose number attribute is n's decimal
+// form, as the expression ItemsNamed(name) + "[@number=\"n\"]" selects it.
+// Selecting the items once makes a list of n numbers cost n look-ups
+// instead of n evaluations over the whole document.
+class ItemsByNumber {
+ public:
+  ItemsByNumber(const XmlDocument& document, std::u16string_view name) {
+    for (const pugi::xpath_node& found : SelectAll(document, ItemsNamed(name))) {
+      // "01", " 1" or "+1" equal no counter value: the comparison is of texts.
+      const int32_t n = CounterValue(found.node().attribute("number").value());
+      if (n < 0) continue;
+      if (static_cast<std::size_t>(n) >= first_.size()) first_.resize(n + 1);
+      if (!first_[n]) first_[n] = found.node();
+    }
+  }
+
+  // The item numbered `number`; an empty node when there is none.
+  pugi::xml_node Item(int16_t number) const {
+    return static_cast<std::size_t>(number) < first_.size() ? first_[number] : pugi::xml_node();
+  }
+
+ private:
+  std::vector<pugi::xml_node> first_;
+};
 
 }  // namespace
 
@@ -66,15 +110,24 @@ void LIB::tklXMLFillComboWithResList(const std::shared_ptr<HostObject>& oDOMDoc,
     auto* combo = dynamic_cast<ListControl*>(oCombo.get());
     if (!combo) return;
     combo->Clear();
+    const auto* document = dynamic_cast<const XmlDocument*>(oDOMDoc.get());
+    if (!document) return;  // tklXMLRes finds nothing: no first row
+    // A double quote in the name ends the literal early and makes the
+    // expression something else (a union, a broken one), with the number
+    // condition attached to whatever comes last; only tklXMLRes itself
+    // reads such a name right.
+    const bool plain_name = sResID.find(u'"') == std::u16string_view::npos;
+    std::optional<ItemsByNumber> items;
+    if (plain_name) items.emplace(*document, sResID);
     // The counter is a 16-bit Integer: after 32767 it overflows, which ends
     // the filling like any other error.
     for (int32_t n = 0; n <= INT16_MAX; ++n) {
-      std::u16string text = tklXMLRes(oDOMDoc, sResID, static_cast<int16_t>(n));
+      const auto number = static_cast<int16_t>(n);
+      std::u16string text = plain_name ? GetXMLAttribute(items->Item(number), u"text")
+                                       : tklXMLRes(oDOMDoc, sResID, number);
       if (text.empty()) return;  // the first gap ends the list
       text = text.substr(0, text.find(u'|'));
-      if (!sInclNoFormat.empty()) {
-        text = FormatValue(Variant(static_cast<int16_t>(n)), sInclNoFormat) + text;
-      }
+      if (!sInclNoFormat.empty()) text = FormatValue(Variant(number), sInclNoFormat) + text;
       combo->AddItem(text);
       combo->SetItemData(combo->NewIndex(), n);
     }

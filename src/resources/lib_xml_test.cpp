@@ -1,9 +1,13 @@
 // Items of a host's document and lists and tab strips filled from it.
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "norvik50/encoding.h"
 #include "norvik50/host_controls.h"
 #include "norvik50/lib.h"
 #include "norvik50/xml.h"
+#include "resources/resource_document.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50 {
@@ -82,6 +86,46 @@ TEST_F(XmlMembersTest, ComboTakesNumbersUpToTheFirstGap) {
   EXPECT_TRUE(list_->rows().empty());
 }
 
+// The combo shows, for n = 0, 1, 2 ... up to the first gap, what
+// tklXMLRes(n) reads. Random documents with numbers written in odd ways
+// (leading zeros, blanks, signs), repeated numbers, items without a number
+// or a text, other names and items outside /resources compare the filled
+// combo with that loop.
+TEST_F(XmlMembersTest, ComboRowsAreWhatXmlResReadsForEachNumber) {
+  std::mt19937 rng(1846);
+  const std::u16string_view numbers[] = {u"0",  u"1",  u"2",  u"3",   u"4",  u"5", u"01",
+                                         u" 1", u"2 ", u"+3", u"4.0", u"-0", u"",  u"x"};
+  const std::u16string_view texts[] = {u"A", u"B|#1", u"", u"C|", u"|D", u"E F"};
+  for (int round = 0; round < 300; ++round) {
+    std::u16string items;
+    const int count = static_cast<int>(rng() % 14);
+    for (int k = 0; k < count; ++k) {
+      std::u16string item = rng() % 6 == 0 ? u"<item name=\"other\"" : u"<item name=\"c\"";
+      if (rng() % 8 != 0) {
+        item += u" number=\"" + std::u16string(numbers[rng() % std::size(numbers)]) + u"\"";
+      }
+      if (rng() % 8 != 0) {
+        item += u" text=\"" + std::u16string(texts[rng() % std::size(texts)]) + u"\"";
+      }
+      item += u"/>";
+      // Now and then the item sits one level deeper, out of the selection.
+      items += rng() % 10 == 0 ? u"<group>" + item + u"</group>" : item;
+    }
+    const auto doc = Document(items);
+    const std::u16string format = rng() % 2 ? u"" : u"0 ";
+    Rows want;
+    for (int16_t n = 0;; ++n) {
+      std::u16string text = lib_.tklXMLRes(doc, u"c", n);
+      if (text.empty()) break;
+      text = text.substr(0, text.find(u'|'));
+      if (!format.empty()) text = DecimalText(n) + u" " + text;
+      want.push_back({text, n});
+    }
+    lib_.tklXMLFillComboWithResList(doc, list_, u"c", format);
+    ASSERT_EQ(list_->rows(), want) << ToUtf8(items);
+  }
+}
+
 TEST_F(XmlMembersTest, ComboCounterEndsAtSixteenBits) {
   // A quote in the name turns the lookup into a union that finds the item
   // whatever its number, so the counter runs to 32767 and its overflow
@@ -126,6 +170,15 @@ TEST(MemoryControlsTest, BehaveAsHostControls) {
   }
   EXPECT_THROW(strip.Tabs().Add(9, u"z", u"far"), Error);
   EXPECT_EQ(strip.tabs(), (Tabs{{u"", u"zero"}, {u"k", u"one"}, {u"", u"two"}}));
+  // The tab refused for its index did not take its key.
+  strip.Tabs().Add(std::nullopt, u"z", u"near");
+  // Keys are compared exactly: another case is another key.
+  strip.Tabs().Add(std::nullopt, u"K", u"upper");
+  // Clear frees every key.
+  strip.Tabs().Clear();
+  strip.Tabs().Add(std::nullopt, u"k", u"again");
+  EXPECT_THROW(strip.Tabs().Add(1, u"k", u"dup"), Error);
+  EXPECT_EQ(strip.tabs(), (Tabs{{u"k", u"again"}}));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace norvik50::pe {
 namespace {
@@ -193,17 +195,24 @@ std::optional<PeImage::Entries> PeImage::Directory(uint32_t offset) const {
   return Entries{first, static_cast<std::size_t>(count), named};
 }
 
-std::optional<ResourceId> PeImage::EntryId(const Entry& entry) const {
-  if (!(entry.name_field & kHighBit)) {
-    return ResourceId{static_cast<uint16_t>(entry.name_field & 0xFFFF), {}};
-  }
-  const uint64_t at = entry.name_field & ~kHighBit;
+std::optional<std::u16string> PeImage::NameAt(uint64_t at) const {
   const auto length = RootU16(at);
   const auto chars = length ? RootBytes(at + 2, uint64_t{*length} * 2) : std::nullopt;
   if (!chars) return std::nullopt;
   std::u16string name(*length, u'\0');
   for (uint16_t i = 0; i < *length; ++i) name[i] = static_cast<char16_t>(*U16(*chars, i * 2));
-  return ResourceId{std::nullopt, std::move(name)};
+  return name;
+}
+
+bool PeImage::NameIs(uint64_t at, std::u16string_view upper) const {
+  const auto length = RootU16(at);
+  if (!length || *length != upper.size()) return false;
+  const auto chars = RootBytes(at + 2, uint64_t{*length} * 2);
+  if (!chars) return false;
+  for (uint16_t i = 0; i < *length; ++i) {
+    if (Upper(static_cast<char16_t>(*U16(*chars, i * 2))) != upper[i]) return false;
+  }
+  return true;
 }
 
 std::optional<PeImage::Entry> PeImage::Lookup(const Entries& entries, const ResourceId& id) const {
@@ -229,13 +238,19 @@ std::optional<PeImage::Entry> PeImage::Lookup(const Entries& entries, const Reso
     return std::nullopt;
   }
   const std::u16string wanted = UpperCase(id.name);
+  // Entries may all refer to one name of the wanted length that differs
+  // only at its end: each name compared in full is compared once.
+  std::unordered_set<uint32_t> differ;
   for (std::size_t i = 0; i < entries.size(); ++i) {
     const auto found = EntryAt(entries, i);
     if (!found) return std::nullopt;
     const Entry e = *found;
     if (!(e.name_field & kHighBit)) break;
-    const auto name = EntryId(e);
-    if (name && UpperCase(name->name) == wanted) return e;
+    const uint32_t at = e.name_field & ~kHighBit;
+    const auto length = RootU16(at);
+    if (!length || *length != wanted.size() || differ.contains(at)) continue;
+    if (NameIs(at, wanted)) return e;
+    differ.insert(at);
   }
   return std::nullopt;
 }
@@ -302,41 +317,67 @@ std::optional<std::u16string> PeImage::FindString(uint16_t id,
   return text;
 }
 
-std::vector<ResourceEntry> PeImage::List() const {
-  std::vector<ResourceEntry> listing;
+ResourceListing PeImage::List() const {
+  ResourceListing listing;
   if (root_size_ == 0) return listing;
-  std::set<uint32_t> seen{0};
+  // Without overlaps every directory, entry, name and data entry lies in
+  // bytes of its own in the section, so a listing that needs more than the
+  // section holds has met directories placed inside one another: a
+  // thousand of them inside one table would each be walked in full.
+  uint64_t budget = root_size_;
+  auto spend = [&](uint64_t bytes) {
+    if (bytes > budget) listing.complete = false;
+    budget -= std::min(bytes, budget);
+    return listing.complete;
+  };
   // A directory offset reached a second time is skipped: real files never
   // share directories, and a cyclic or shared one must not multiply the
   // work.
+  std::set<uint32_t> seen{0};
   auto enter = [&](const Entry& e) -> std::optional<Entries> {
     const auto at = Subdirectory(e);
-    if (!at || !seen.insert(*at).second) return std::nullopt;
+    if (!at || !seen.insert(*at).second || !spend(kDirectoryHeader)) return std::nullopt;
     return Directory(*at);
   };
-  const auto types = Directory(0);
+  // Each name is read once, however many entries refer to it.
+  std::unordered_map<uint32_t, std::shared_ptr<const ResourceId>> names;
+  auto id = [&](const Entry& e) -> std::shared_ptr<const ResourceId> {
+    if (!(e.name_field & kHighBit)) {
+      return std::make_shared<const ResourceId>(
+          ResourceId{static_cast<uint16_t>(e.name_field & 0xFFFF), {}});
+    }
+    const uint32_t at = e.name_field & ~kHighBit;
+    if (const auto known = names.find(at); known != names.end()) return known->second;
+    const auto length = RootU16(at);
+    if (!length || !spend(2 + uint64_t{*length} * 2)) return nullptr;
+    auto name = NameAt(at);
+    if (!name) return nullptr;
+    auto shared = std::make_shared<const ResourceId>(ResourceId{std::nullopt, std::move(*name)});
+    names.emplace(at, shared);
+    return shared;
+  };
+
+  const auto types = spend(kDirectoryHeader) ? Directory(0) : std::nullopt;
   if (!types) return listing;
-  for (std::size_t i = 0; i < types->size(); ++i) {
-    const auto t_at = EntryAt(*types, i);
-    if (!t_at) continue;
-    const Entry t = *t_at;
-    const auto type = EntryId(t);
-    const auto names = enter(t);
-    if (!type || !names) continue;
-    for (std::size_t j = 0; j < names->size(); ++j) {
-      const auto n_at = EntryAt(*names, j);
-      if (!n_at) continue;
-      const Entry n = *n_at;
-      const auto name = EntryId(n);
-      const auto languages = enter(n);
-      if (!name || !languages) continue;
-      for (std::size_t k = 0; k < languages->size(); ++k) {
-        const auto l_at = EntryAt(*languages, k);
-        if (!l_at) continue;
-        const Entry l = *l_at;
+  for (std::size_t i = 0; i < types->size() && spend(kEntrySize); ++i) {
+    const auto t = EntryAt(*types, i);
+    const auto type = t ? id(*t) : nullptr;
+    const auto names_in_type = type ? enter(*t) : std::nullopt;
+    if (!names_in_type) continue;
+    for (std::size_t j = 0; j < names_in_type->size() && spend(kEntrySize); ++j) {
+      const auto n = EntryAt(*names_in_type, j);
+      const auto name = n ? id(*n) : nullptr;
+      const auto languages = name ? enter(*n) : std::nullopt;
+      if (!languages) continue;
+      for (std::size_t k = 0; k < languages->size() && spend(kEntrySize); ++k) {
+        const auto l = EntryAt(*languages, k);
         uint32_t size = 0;
-        if (l.offset_field & kHighBit || !DataEntry(l.offset_field, &size)) continue;
-        listing.push_back({*type, *name, static_cast<uint16_t>(l.name_field & 0xFFFF), size});
+        if (!l || l->offset_field & kHighBit || !spend(kDataEntrySize) ||
+            !DataEntry(l->offset_field, &size)) {
+          continue;
+        }
+        listing.entries.push_back(
+            {type, name, static_cast<uint16_t>(l->name_field & 0xFFFF), size});
       }
     }
   }

@@ -35,12 +35,22 @@ std::u16string ResourceIdText(const ResourceId& id);
 
 inline constexpr uint16_t kStringTableType = 6;
 
-// One resource of the image, as a listing shows it.
+// One resource of the image, as a listing shows it. Entries that refer to
+// one name in the file share one copy of it, so a listing costs no more
+// than the file however many entries name the same long string.
 struct ResourceEntry {
-  ResourceId type;
-  ResourceId name;
+  std::shared_ptr<const ResourceId> type;
+  std::shared_ptr<const ResourceId> name;
   uint16_t language = 0;
   uint32_t size = 0;
+};
+
+struct ResourceListing {
+  std::vector<ResourceEntry> entries;
+  // false when the directories refer to more entries, names and data
+  // entries than the resource section holds bytes: they overlap, as no
+  // linker writes them, and the listing stopped there.
+  bool complete = true;
 };
 
 // Where an image's bytes come from.
@@ -78,8 +88,9 @@ class PeImage {
   std::optional<std::u16string> FindString(uint16_t id, std::span<const uint16_t> preferred) const;
 
   // Every resource, in directory order; a directory reached twice is
-  // listed once.
-  std::vector<ResourceEntry> List() const;
+  // listed once. The work is bounded by the size of the resource section:
+  // directories that overlap end the listing early (complete is false).
+  ResourceListing List() const;
 
   bool is_pe32_plus() const noexcept { return pe32_plus_; }
 
@@ -110,7 +121,12 @@ class PeImage {
   };
   std::optional<Entry> EntryAt(const Entries& entries, std::size_t i) const;
   std::optional<Entries> Directory(uint32_t offset) const;
-  std::optional<ResourceId> EntryId(const Entry& entry) const;
+  // The counted name at `at`, or nullopt when it does not lie within the
+  // section.
+  std::optional<std::u16string> NameAt(uint64_t at) const;
+  // Whether the counted name at `at` is `upper` in upper case, compared
+  // where it lies without copying it.
+  bool NameIs(uint64_t at, std::u16string_view upper) const;
   std::optional<Entry> Lookup(const Entries& entries, const ResourceId& id) const;
   std::optional<uint32_t> Subdirectory(const Entry& entry) const;
   std::optional<std::span<const uint8_t>> Data(const Entry& entry) const;

@@ -6,6 +6,7 @@
 
 #include <array>
 
+#include "resources/damaged_libraries_for_tests.h"
 #include "resources/resource_fixtures_for_tests.h"
 #include "resources/resource_languages.h"
 
@@ -97,13 +98,31 @@ TEST_P(MultiLanguageTest, FindsCustomResourcesByNameAndNumber) {
 TEST_P(MultiLanguageTest, ListsEveryResource) {
   ASSERT_TRUE(image_);
   const auto listing = image_->List();
-  ASSERT_EQ(listing.size(), 8u);
-  EXPECT_EQ(listing[0].type, Id(u"FORMS"));
-  EXPECT_EQ(listing[0].name, Id(u"MAIN"));
-  EXPECT_EQ(listing[0].language, 0x0407);
-  EXPECT_EQ(listing[1].language, 0x0409);
-  EXPECT_EQ(listing[2].type, Id(u"XML"));
-  EXPECT_EQ(listing[2].size, 8u);
+  EXPECT_TRUE(listing.complete);
+  const auto& entries = listing.entries;
+  ASSERT_EQ(entries.size(), 8u);
+  EXPECT_EQ(*entries[0].type, Id(u"FORMS"));
+  EXPECT_EQ(*entries[0].name, Id(u"MAIN"));
+  EXPECT_EQ(entries[0].language, 0x0407);
+  EXPECT_EQ(entries[1].language, 0x0409);
+  EXPECT_EQ(*entries[2].type, Id(u"XML"));
+  EXPECT_EQ(entries[2].size, 8u);
+  // The two languages of FORMS/MAIN share the ids.
+  EXPECT_EQ(entries[0].type, entries[1].type);
+  EXPECT_EQ(entries[0].name, entries[1].name);
+}
+
+// The linker packs directories, names and data entries without gaps, so a
+// listing of a real library never needs more than its resource section.
+TEST(PeImageTest, RealLibrariesAreListedInFull) {
+  for (const char* name : {"Res_DE.dll", "Res_EN.dll", "Bench_100K.dll"}) {
+    const auto bytes = FixtureBytes(name);
+    const auto image = PeImage::Parse(bytes);
+    ASSERT_TRUE(image) << name;
+    const auto listing = image->List();
+    EXPECT_TRUE(listing.complete) << name;
+    EXPECT_FALSE(listing.entries.empty()) << name;
+  }
 }
 
 TEST(PeImageTest, ReadsStringTablesExactly) {
@@ -169,7 +188,7 @@ TEST(PeImageTest, ACyclicDirectoryEnds) {
   const auto image = PeImage::Parse(bytes);
   ASSERT_TRUE(image);
   EXPECT_EQ(image->FindString(200, kGerman), std::nullopt);
-  EXPECT_TRUE(image->List().empty());
+  EXPECT_TRUE(image->List().entries.empty());
 }
 
 TEST(PeImageTest, ASizeThatLiesGivesNothing) {
@@ -191,6 +210,59 @@ TEST(PeImageTest, ASizeThatLiesGivesNothing) {
   ASSERT_TRUE(damaged);
   EXPECT_EQ(damaged->Find(Id(u"#10"), Id(u"#7"), kNone), std::nullopt);
   EXPECT_EQ(Text(damaged->Find(Id(u"XML"), Id(u"#100"), kNone)), "abc<def>");
+}
+
+// 65,535 types naming one string of 65,535 characters: every lookup and
+// the listing compare or read that string once, not once per entry (which
+// was 4 billion character comparisons, or 8 GB of copies).
+TEST(DamagedLibraryTest, OneLongNameSharedByEveryTypeIsReadOnce) {
+  const auto bytes = testing::SharedLongNameLibrary();
+  const auto image = PeImage::Parse(bytes);
+  ASSERT_TRUE(image);
+  const ResourceId long_name{std::nullopt, testing::LongName()};
+  ResourceId almost = long_name;  // the same length, the last letter differs
+  almost.name.back() = u'M';
+  const std::string data(testing::kLongNameData);
+  EXPECT_EQ(Text(image->Find(long_name, Id(u"#100"), kEnglish)), data);
+  EXPECT_EQ(Text(image->Find(long_name, long_name, kNone)), data);
+  EXPECT_EQ(image->Find(almost, Id(u"#100"), kEnglish), std::nullopt);
+  EXPECT_EQ(image->Find(long_name, almost, kEnglish), std::nullopt);
+  EXPECT_EQ(image->Find(Id(u"XML"), Id(u"#100"), kEnglish), std::nullopt);
+
+  // The listing holds the name once: the type and the name of the one
+  // resource are the same string in the file.
+  const auto listing = image->List();
+  EXPECT_TRUE(listing.complete);
+  ASSERT_EQ(listing.entries.size(), 1u);
+  EXPECT_EQ(*listing.entries[0].type, long_name);
+  EXPECT_EQ(listing.entries[0].type, listing.entries[0].name);
+  EXPECT_EQ(listing.entries[0].size, data.size());
+}
+
+// Directories inside one shared table each span tens of thousands of the
+// table's entries: walked in full, a 1 MB file meant two billion entries.
+// The listing stops once it has visited more than the section can hold.
+TEST(DamagedLibraryTest, OverlappingDirectoriesEndTheListing) {
+  const auto bytes = testing::OverlappingDirectoriesLibrary(36000);
+  const auto image = PeImage::Parse(bytes);
+  ASSERT_TRUE(image);
+  const auto listing = image->List();
+  EXPECT_FALSE(listing.complete);
+  ASSERT_EQ(listing.entries.size(), 1u);  // every directory leads to the same resource
+  EXPECT_EQ(*listing.entries[0].type, Id(u"#1"));
+  EXPECT_EQ(listing.entries[0].language, 0x0409);
+  // A lookup walks three directories, overlapping or not.
+  EXPECT_EQ(Text(image->Find(Id(u"#1"), Id(u"#1"), kEnglish)), "data");
+  EXPECT_EQ(Text(image->Find(Id(u"#36000"), Id(u"#1"), kNone)), "data");
+
+  // One such directory spanning almost the whole section is listed in
+  // full: the limit is the section's size, not a guess below it.
+  const auto one = testing::OverlappingDirectoriesLibrary(1);
+  const auto single = PeImage::Parse(one);
+  ASSERT_TRUE(single);
+  const auto whole = single->List();
+  EXPECT_TRUE(whole.complete);
+  EXPECT_EQ(whole.entries.size(), 1u);
 }
 
 }  // namespace

@@ -1,11 +1,15 @@
 #include "resources/res_conv.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <memory_resource>
 #include <vector>
 
 #include "norvik50/lib.h"
 #include "numeric/convert_to_type.h"
 #include "numeric/format.h"
+#include "resources/piece_text.h"
 
 namespace norvik50 {
 namespace {
@@ -56,40 +60,119 @@ std::optional<std::vector<Variant>> PackedValues(const SafeArray& values) {
   return parts;
 }
 
-void ReplaceEvery(std::u16string& text, std::u16string_view escape, char16_t control) {
-  for (std::size_t at = text.find(escape); at != std::u16string::npos;
-       at = text.find(escape, at + 1)) {
-    text.replace(at, escape.size(), 1, control);
-  }
+// A copy of `text` in `memory`, alive as long as it.
+std::u16string_view KeepIn(std::pmr::memory_resource& memory, std::u16string_view text) {
+  if (text.empty()) return {};
+  auto* units =
+      static_cast<char16_t*>(memory.allocate(text.size() * sizeof(char16_t), alignof(char16_t)));
+  std::copy(text.begin(), text.end(), units);
+  return std::u16string_view(units, text.size());
 }
+
+// "\t", "\r" and "\n" as tab, CR and LF, in one pass. Turning them one
+// escape after the other gives the same: a control character put in is
+// neither a backslash nor a letter, so it never starts or ends another.
+std::u16string TurnEscapes(std::u16string text) {
+  if (text.find(u'\\') == std::u16string::npos) return text;
+  std::u16string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == u'\\' && i + 1 < text.size()) {
+      const char16_t letter = text[i + 1];
+      const char16_t control = letter == u't'   ? u'\t'
+                               : letter == u'r' ? u'\r'
+                               : letter == u'n' ? u'\n'
+                                                : 0;
+      if (control != 0) {
+        out.push_back(control);
+        ++i;
+        continue;
+      }
+    }
+    out.push_back(text[i]);
+  }
+  return out;
+}
+
+// The values put in one after the other, each where the first placeholder
+// of its kind stands at that moment, in a text that already holds the
+// values before it. Only the two units replaced and their neighbours
+// change, so after a value is in, its kind's next placeholder lies no
+// earlier than one unit before it, and the other kind's first placeholder
+// either stays where it was or is a new one made by the value's text or
+// its edges. Everything before the unit ahead of both first placeholders
+// is final and leaves the piece list as it goes.
+class Filler {
+ public:
+  explicit Filler(std::u16string_view source)
+      : memory_(first_block_.data(), first_block_.size()), text_(source, {u"%s", u"%d"}, &memory_) {
+    first_s_ = text_.Find(kText, text_.Begin());
+    first_d_ = text_.Find(kNumber, text_.Begin());
+  }
+
+  // Puts `value` in; false once no placeholder is left, when no later
+  // value can make one any more.
+  bool Put(const Variant& value) {
+    if (!first_s_.found() && !first_d_.found()) return false;
+    Filled filled;
+    try {
+      filled = Written(value);
+    } catch (...) {
+      return true;  // a value that cannot be written is skipped
+    }
+    const bool is_text = filled.placeholder == u"%s";
+    PieceText::Mark& mine = is_text ? first_s_ : first_d_;
+    PieceText::Mark& other = is_text ? first_d_ : first_s_;
+    if (!mine.found()) return true;  // dropped without notice
+    const std::u16string_view with = KeepIn(memory_, filled.text);
+    const std::size_t at = mine.index;
+    const PieceText::Mark before = text_.Replace(mine, with, other);
+    mine = text_.Find(is_text ? kText : kNumber, before);
+    if (!other.found() || other.index > at) {
+      // A new one starts at the unit before the value or inside it.
+      const PieceText::Mark made =
+          text_.Find(is_text ? kNumber : kText, before, std::min(other.index, at + with.size()));
+      if (made.found()) other = made;
+    }
+    const std::size_t first = std::min(first_s_.index, first_d_.index);
+    text_.MovePiecesBefore(first == 0 ? 0 : first - 1, done_);
+    return true;
+  }
+
+  std::u16string Result() && {
+    text_.MovePiecesBefore(PieceText::kNone, done_);
+    return TurnEscapes(std::move(done_));
+  }
+
+ private:
+  static constexpr int kText = 0;    // "%s"
+  static constexpr int kNumber = 1;  // "%d"
+
+  // The pieces and the texts put in live in one arena, on the stack for an
+  // everyday message; a long text takes more from the heap as it goes.
+  std::array<std::byte, 2048> first_block_;
+  std::pmr::monotonic_buffer_resource memory_;
+  PieceText text_;
+  PieceText::Mark first_s_, first_d_;
+  std::u16string done_;  // the units no later value can change
+};
 
 }  // namespace
 
 std::u16string ResConv(std::u16string_view source, const SafeArray& vars) {
-  std::u16string result(source);
-  std::vector<Variant> values;
-  if (auto packed = PackedValues(vars)) {
-    values = std::move(*packed);
+  Filler filler(source);
+  if (const auto packed = PackedValues(vars)) {
+    for (const Variant& value : *packed) {
+      if (!filler.Put(value)) break;
+    }
   } else if (vars.is_bounded()) {
     // The values are read from index 0 to the upper bound; an index below
     // the lower bound fails and is skipped like any failing step.
     for (int64_t i = std::max<int64_t>(0, vars.lbound()); i <= vars.ubound(); ++i) {
-      values.push_back(vars.at(i));
+      if (!filler.Put(vars.at(i))) break;
     }
   }
-  for (const Variant& value : values) {
-    try {
-      const Filled filled = Written(value);
-      const std::size_t at = result.find(filled.placeholder);
-      if (at != std::u16string::npos) result.replace(at, 2, filled.text);
-    } catch (...) {
-      // A value that cannot be written is skipped.
-    }
-  }
-  ReplaceEvery(result, u"\\t", u'\t');
-  ReplaceEvery(result, u"\\r", u'\r');
-  ReplaceEvery(result, u"\\n", u'\n');
-  return result;
+  return std::move(filler).Result();
 }
 
 std::u16string LIB::tklResConv(std::u16string_view sSource, const SafeArray& Vars) {

@@ -1,7 +1,7 @@
 #include <cctype>
-#include <fstream>
 #include <sstream>
 
+#include "core/outside_file.h"
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
 #include "resources/xml_impl.h"
@@ -51,15 +51,12 @@ bool XmlDocument::LoadXml(std::u16string_view text) {
 
 bool XmlDocument::Load(std::u16string_view path) {
   const auto linux_path = ToLinuxPath(path);
-  std::ifstream in;
-  if (linux_path) in.open(*linux_path, std::ios::binary);
-  if (!in) {
+  const auto read = linux_path ? ReadOutsideFile(*linux_path) : std::nullopt;
+  if (!read) {
     impl_ = std::make_shared<Impl>();
     return false;
   }
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  const std::string content = bytes.str();
+  const std::string& content = *read;
   if (DeclaresWindows1252(content)) return LoadXml(BytesToText(content));
   auto fresh = std::make_shared<Impl>();
   const bool ok = fresh->dom.load_buffer(content.data(), content.size());

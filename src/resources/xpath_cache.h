@@ -12,9 +12,12 @@
 
 namespace norvik50 {
 
+// How many compiled expressions the cache keeps.
+inline constexpr std::size_t kXPathCacheSize = 1024;
+
 // The compiled form of `xpath`; nullptr when it is not a valid XPath 1.0
-// expression. Safe to call from several threads. The cache holds a bounded
-// number of expressions and starts afresh when full.
+// expression. Safe to call from several threads. The cache holds
+// kXPathCacheSize expressions; a new one beyond that drops the one least recently used.
 std::shared_ptr<const pugi::xpath_query> CompiledXPath(std::u16string_view xpath);
 
 }  // namespace norvik50

@@ -2,6 +2,7 @@
 #ifndef NORVIK50_SRC_TEXT_BRACKETS_H_
 #define NORVIK50_SRC_TEXT_BRACKETS_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,12 @@ namespace norvik50 {
 // the outputs untouched, when there is no complete pair. Never fails.
 bool ExtractBrackets(std::u16string_view source, std::u16string& term, std::u16string& before,
                      std::u16string& after, bool start_with_bracket = false);
+
+// The same pair by its indexes, without copying: `open` of the "(" and
+// `close` of the ")" in `source`. False, both untouched, when there is no
+// complete pair.
+bool FindBracketPair(std::u16string_view source, std::size_t& open, std::size_t& close,
+                     bool start_with_bracket = false);
 
 }  // namespace norvik50
 

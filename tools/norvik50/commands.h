@@ -23,6 +23,13 @@ void AddResCommand(CLI::App& app);      // res_command.cpp
 // absolute path "/tmp/x.reg", passes unchanged. args[0] is the program.
 std::vector<std::string> TranslateRegSwitches(std::vector<std::string> args);
 
+// "" when every word before the first option names a command of `app`
+// or one of its subcommands; otherwise the message for the first that
+// does not ("norvik50: unknown command 'x' (commands: ...)"). The parser
+// itself would only say that a subcommand is required. args[0] is the
+// program.
+std::string UnknownCommand(const CLI::App& app, const std::vector<std::string>& args);
+
 // The exit code the chosen subcommand wants (0 unless it set one).
 int& ExitCode();
 

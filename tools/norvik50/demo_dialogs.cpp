@@ -44,8 +44,7 @@ constexpr const char* kScript =
 }  // namespace
 
 void DialogsStep(Tour& tour) {
-  const std::filesystem::path folder =
-      std::filesystem::temp_directory_path() / "norvik50-demo-dialogs";
+  const std::filesystem::path folder = std::filesystem::path(tour.folder) / "dialogs";
   std::filesystem::create_directories(folder);
   const std::string script = (folder / "script.jsonl").string();
   const std::string log = (folder / "dialogs.jsonl").string();
@@ -60,11 +59,13 @@ void DialogsStep(Tour& tour) {
           : "This build has no Qt dialogs: every dialog answers at once as one that failed.");
 
   ShowCall(tour, "tklInputValue",
-           {Text(u"Customer number:"), Text(u"08|Customer"), Text(u""), Text(u"")});
+           {Text(u"Customer number:"), Text(u"08|Customer"), Text(u""), Text(u"")},
+           qt ? "1" : "2");
   if (qt) Note("the script typed K-1017-XYZ; the title's \"08|\" let the box take 8 characters");
   ShowCall(tour, "tklMsgBox",
            {Text(u"Save the changes?"), Text(u"Invoice 2024-117 was changed."),
-            Variant(int32_t{4 + 32}), Text(u"Tour")});
+            Variant(int32_t{4 + 32}), Text(u"Tour")},
+           qt ? "7" : "10");
   if (qt) Note("the script clicked the second button, No (7); captions in the current language");
   ShowCall(tour, "tklSendMessage",
            {Text(u"Posting invoices ..."), Text(u"Tour"), Variant(true), Variant(150.4),
@@ -75,16 +76,21 @@ void DialogsStep(Tour& tour) {
   if (qt) {
     std::ifstream lines(log, std::ios::binary);
     std::cout << "   The dialog log (NORVIK50_DIALOG_LOG, JSON lines), read aloud:\n";
+    std::string read_aloud;
     for (std::string line; std::getline(lines, line);) {
+      read_aloud += Readable(line) + "\n";
       std::cout << "     | " << Readable(line) << '\n';
     }
+    Expect(tour, "the dialog log", read_aloud,
+           "frmInput, title \"Customer\", value \"K-1017-X\", answer 1\n"
+           "frmStdMsg, title \"Tour\", answer 7\n"
+           "frmMessage shown, title \"Tour\", counter 150 of 150\n"
+           "frmMessage unloaded, title \"Tour\", counter 150 of 150\n");
     std::cout << "   norvik50 demo --gallery DIR draws every form in German and English.\n";
   }
   unsetenv("NORVIK50_DIALOG_SCRIPT");
   unsetenv("NORVIK50_DIALOG_LOG");
   SetUserInterface(nullptr);
-  std::error_code ignored;
-  std::filesystem::remove_all(folder, ignored);
 }
 
 }  // namespace norvik50::cli

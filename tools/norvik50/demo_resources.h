@@ -10,6 +10,11 @@ namespace norvik50::cli {
 
 void ResourcesStep(Tour& tour);
 
+// Writes the tour's libraries, Res_DE.dll and Res_EN.dll, into `folder`
+// (created when missing), for `norvik50 res` and a host's own trials.
+// False, after saying why on stderr, when one cannot be written.
+bool WriteTourLibraries(const std::string& folder);
+
 }  // namespace norvik50::cli
 
 #endif  // NORVIK50_TOOLS_NORVIK50_DEMO_RESOURCES_H_

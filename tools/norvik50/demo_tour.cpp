@@ -25,12 +25,19 @@ std::string HexBytes(std::string_view bytes) {
   return text;
 }
 
-std::optional<Variant> ShowCall(Tour& tour, std::string_view member, std::vector<Variant> args) {
+namespace {
+
+// Calls and prints; `answer` gets the result as written, or "error N".
+std::optional<Variant> Call(Tour& tour, std::string_view member, std::vector<Variant> args,
+                            std::string& answer) {
   std::cout << "   " << member << "(" << LiteralList(args) << ")";
   std::vector<std::optional<Variant>> call_args(args.begin(), args.end());
   try {
     InvokeResult result = Invoke(tour.lib, member, std::move(call_args));
-    if (result.result) std::cout << " = " << Literal(*result.result);
+    if (result.result) {
+      answer = Literal(*result.result);
+      std::cout << " = " << answer;
+    }
     std::cout << '\n';
     const MemberInfo* info = Members().Find(member, MemberKind::kMethod);
     for (const auto& [index, value] : result.by_ref) {
@@ -41,9 +48,32 @@ std::optional<Variant> ShowCall(Tour& tour, std::string_view member, std::vector
     }
     return std::move(result.result);
   } catch (const Error& e) {
+    answer = "error " + std::to_string(e.number());
     std::cout << " -> error " << e.number() << ": " << ToUtf8(e.description()) << '\n';
     return std::nullopt;
   }
+}
+
+}  // namespace
+
+std::optional<Variant> ShowCall(Tour& tour, std::string_view member, std::vector<Variant> args) {
+  std::string ignored;
+  return Call(tour, member, std::move(args), ignored);
+}
+
+std::optional<Variant> ShowCall(Tour& tour, std::string_view member, std::vector<Variant> args,
+                                std::string_view expected) {
+  std::string answer;
+  auto result = Call(tour, member, std::move(args), answer);
+  Expect(tour, member, answer, expected);
+  return result;
+}
+
+void Expect(Tour& tour, std::string_view what, const std::string& got, std::string_view expected) {
+  if (got == expected) return;
+  ++tour.unexpected;
+  std::cout << "      !! " << what << ": the tour expected " << expected << ", got "
+            << (got.empty() ? "nothing" : got) << '\n';
 }
 
 }  // namespace norvik50::cli

@@ -14,12 +14,15 @@
 
 namespace norvik50::cli {
 
-// What every step may use: the one LIB object of the tour, where its
-// settings live, and the locale it started in.
+// What every step may use: the one LIB object of the tour, the tour's own
+// folder (its settings, log, libraries and dialog files; removed at the
+// end), the locale it started in, and how many answers were not the ones
+// the tour expects.
 struct Tour {
   LIB& lib;
-  std::string registry_dir;
+  std::string folder;
   std::string locale_tag;
+  int unexpected = 0;
 };
 
 // A step's heading and its one line of explanation.
@@ -32,6 +35,15 @@ void Note(std::string_view text);
 // "member(args) = result" (and each argument the member wrote back); a
 // failed call prints its error. Returns the result, if any.
 std::optional<Variant> ShowCall(Tour& tour, std::string_view member, std::vector<Variant> args);
+
+// The same, for a call whose answer the tour knows: when the result (or
+// "error N" for a failed call) is not written as `expected`, a line
+// starting with "!!" says what was expected and the tour fails at its end.
+std::optional<Variant> ShowCall(Tour& tour, std::string_view member, std::vector<Variant> args,
+                                std::string_view expected);
+
+// Checks an answer the step worked out itself; `what` names it.
+void Expect(Tour& tour, std::string_view what, const std::string& got, std::string_view expected);
 
 // Bytes as hexadecimal pairs: "01 00 41".
 std::string HexBytes(std::string_view bytes);

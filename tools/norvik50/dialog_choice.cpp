@@ -3,11 +3,19 @@
 #include <cstdlib>
 #include <iostream>
 
-#ifdef NORVIK50_WITH_QT
-#include "norvik50/qt_dialogs.h"
-#endif
+#include "dialogs_plugin_loader.h"
 
 namespace norvik50::cli {
+
+namespace {
+
+// Set but empty counts as not set: Qt would pick its default platform.
+void OffscreenUnlessNamed() {
+  const char* named = std::getenv("QT_QPA_PLATFORM");
+  if (named == nullptr || *named == '\0') setenv("QT_QPA_PLATFORM", "offscreen", 1);
+}
+
+}  // namespace
 
 std::shared_ptr<bool> AddHeadlessFlag(CLI::App& command) {
   auto headless = std::make_shared<bool>(false);
@@ -17,34 +25,27 @@ std::shared_ptr<bool> AddHeadlessFlag(CLI::App& command) {
 }
 
 void ChooseDialogs(bool headless) {
-#ifdef NORVIK50_WITH_QT
-  if (!headless && DisplayAvailable()) InstallQtDialogs();
-#else
-  (void)headless;
-#endif
+  // Qt is opened at the first dialog, not here: most calls show none.
+  if (!headless) SetUserInterface(DeferredQtUserInterface());
 }
 
 bool InstallOffscreenDialogs() {
-#ifdef NORVIK50_WITH_QT
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  InstallQtDialogs();
+  if (DialogsPluginOrNull() == nullptr) return false;
+  OffscreenUnlessNamed();
+  SetUserInterface(DeferredQtUserInterface());
   return true;
-#else
-  return false;
-#endif
 }
 
 int RunDialogGallery(const std::string& folder) {
-#ifdef NORVIK50_WITH_QT
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  const int written = RenderDialogGallery(folder);
+  const DialogsPlugin* plugin = DialogsPluginOrNull();
+  if (plugin == nullptr) {
+    std::cerr << "norvik50 demo --gallery: the Qt dialogs are not available\n";
+    return 1;
+  }
+  OffscreenUnlessNamed();
+  const int written = plugin->render_gallery(folder);
   std::cout << written << " pictures in " << folder << '\n';
   return written > 0 ? 0 : 1;
-#else
-  std::cerr << "norvik50 demo --gallery: this build has no Qt dialogs\n";
-  (void)folder;
-  return 1;
-#endif
 }
 
 }  // namespace norvik50::cli

@@ -1,6 +1,7 @@
 // Which dialogs the command line shows: the Qt forms when a display is
 // there (DISPLAY, WAYLAND_DISPLAY or an explicit QT_QPA_PLATFORM) and the
-// build has them, the headless answers otherwise or with --headless.
+// build has them, the headless answers otherwise or with --headless. The
+// forms come from the dialogs plugin, opened at the first dialog.
 #ifndef NORVIK50_TOOLS_NORVIK50_DIALOG_CHOICE_H_
 #define NORVIK50_TOOLS_NORVIK50_DIALOG_CHOICE_H_
 
@@ -13,7 +14,8 @@ namespace norvik50::cli {
 // Adds --headless to `command`; the returned flag is set when given.
 std::shared_ptr<bool> AddHeadlessFlag(CLI::App& command);
 
-// Installs the Qt dialogs unless `headless` or no display is there.
+// Installs the Qt dialogs unless `headless`; whether a display is there is
+// asked at the first dialog.
 void ChooseDialogs(bool headless);
 
 // Installs the Qt dialogs on the offscreen platform (unless QT_QPA_PLATFORM

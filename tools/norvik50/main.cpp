@@ -7,6 +7,7 @@
 //   norvik50 reg query|add|...    the settings store, .reg import and export
 //   norvik50 res list|string|get  a look into a Windows resource library
 #include <CLI/CLI.hpp>
+#include <iostream>
 
 #include "commands.h"
 #include "help_format.h"
@@ -27,6 +28,10 @@ int main(int argc, char** argv) {
   norvik50::cli::AddResCommand(app);
   std::vector<std::string> args =
       norvik50::cli::TranslateRegSwitches(std::vector<std::string>(argv, argv + argc));
+  if (const std::string unknown = norvik50::cli::UnknownCommand(app, args); !unknown.empty()) {
+    std::cerr << unknown << '\n';
+    return 2;
+  }
   // CLI11 takes the arguments after the program name, last one first.
   std::vector<std::string> reversed(args.rbegin(), args.rend() - 1);
   try {

@@ -15,6 +15,12 @@ constexpr int kSymbolSize = 32;
 constexpr int kDesignedClientWidth = 340;
 constexpr char16_t kDesignedCaption[] = u"Benutzereingabe notwendig";
 
+// Letters and digits of the first plane, whose key codes are their
+// upper-case characters (Qt::Key_A is 'A', Qt::Key_Adiaeresis is 'Ä').
+bool IsAccessKey(int key) {
+  return key > 0 && key <= 0xFFFF && QChar(static_cast<char16_t>(key)).isLetterOrNumber();
+}
+
 }  // namespace
 
 AnswerForm::AnswerForm(const QString& prompt, const QString& detail, const QString& title,
@@ -104,11 +110,14 @@ bool AnswerForm::HandleKey(QKeyEvent* event) {
     return false;
   }
   const int key = event->key();
-  if (key >= Qt::Key_A && key <= Qt::Key_Z) {
-    const std::u16string letter(1, static_cast<char16_t>(key));
+  // The access character may be a letter or a digit ("&2 Two" answers to
+  // 2); Qt's key code of either is the upper-case character itself.
+  const bool access_key = IsAccessKey(key);
+  if (access_key) {
+    const std::u16string pressed(1, static_cast<char16_t>(key));
     for (std::size_t i = 0; i < captions_.size(); ++i) {
       if (captions_[i].find(u'&') != std::u16string::npos &&
-          AcceleratorOf(captions_[i]) == letter) {
+          AcceleratorOf(captions_[i]) == pressed) {
         result_ = static_cast<int>(i) + 1;
       }
     }
@@ -121,7 +130,7 @@ bool AnswerForm::HandleKey(QKeyEvent* event) {
     HideForm();
     return true;
   }
-  return key >= Qt::Key_A && key <= Qt::Key_Z;
+  return access_key;
 }
 
 void AnswerForm::keyPressEvent(QKeyEvent* event) {

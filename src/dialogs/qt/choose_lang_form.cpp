@@ -13,6 +13,9 @@ ChooseLangForm::ChooseLangForm(QWidget* owner) : FormBase(owner) {
   ok_->setDefault(true);
   connect(ok_, &QPushButton::clicked, this, [this] { HideForm(); });
   setFixedSize(260, 107);
+  // A person picks with the arrow keys or a name's first letter and
+  // confirms with Enter, which the list passes on to the default button.
+  combo_->setFocus();
 }
 
 void ChooseLangForm::FillLanguages(const std::vector<std::u16string>& entries) {

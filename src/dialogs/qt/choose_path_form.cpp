@@ -38,7 +38,7 @@ QString RootOf(char16_t letter) {
 }  // namespace
 
 ChoosePathForm::ChoosePathForm(ChoosePathRequest request, QWidget* owner)
-    : FormBase(owner), request_(std::move(request)) {
+    : FormBase(owner, request.language), request_(std::move(request)) {
   setObjectName(QStringLiteral("frmChoosePath"));
   setWindowTitle(ToQ(request_.title));
 

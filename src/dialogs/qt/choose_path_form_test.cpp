@@ -126,15 +126,9 @@ TEST_F(ChoosePathFormTest, NewFolderHandsTheFieldOverAndMovesToTheNewFolder) {
 // tklChoosePath through the Qt dialogs with a dialog script.
 class ChoosePathScriptTest : public ChoosePathFormTest {
  protected:
-  ChoosePathScriptTest() { InstallQtDialogs(); }
-  ~ChoosePathScriptTest() override {
-    SetUserInterface(nullptr);
-    SetBaseKey(u"");
-  }
-  void SetLanguage(int32_t id) {
-    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(id));
-  }
+  void SetLanguage(int32_t id) { StoreLanguage(lib_, id); }
 
+  QtDialogsInstalled qt_;
   ScriptedDialogs dialogs_{temp_, "en-US"};
   LIB lib_;
 };

@@ -10,15 +10,23 @@
 #include <QPointer>
 #include <QTimer>
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace norvik50::qt {
 namespace {
 
+// One line of the dialog script: the steps it acts out in order, and
+// what was wrong with the line itself.
+struct ScriptLine {
+  std::vector<QJsonObject> steps;
+  QStringList problems;
+};
+
 struct ScriptState {
   bool loaded = false;
-  std::vector<QJsonObject> lines;
+  std::vector<ScriptLine> lines;
   std::size_t next = 0;
 };
 
@@ -32,11 +40,36 @@ ShownHook& Hook() {
   return hook;
 }
 
+// A line is one object (one step) or a list of objects (steps in order).
+// Anything else acts out nothing, and says so in the dialog's log entry.
+ScriptLine ReadScriptLine(const QByteArray& text) {
+  ScriptLine line;
+  QJsonParseError error;
+  const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+  if (document.isObject()) {
+    line.steps.push_back(document.object());
+  } else if (document.isArray()) {
+    const QJsonArray steps = document.array();
+    for (qsizetype i = 0; i < steps.size(); ++i) {
+      if (steps.at(i).isObject()) {
+        line.steps.push_back(steps.at(i).toObject());
+      } else {
+        line.problems
+            << QStringLiteral("step %1 of the script line is not an object; skipped").arg(i + 1);
+      }
+    }
+  } else {
+    line.problems << QStringLiteral(
+                         "the script line is neither an object nor a list of objects (%1)")
+                         .arg(error.errorString());
+  }
+  return line;
+}
+
 // The next line of the dialog script; nullopt when there is no script.
-// An empty object when the script is used up (the dialog then closes at
-// once, so nothing ever waits for a person). A line that is not a JSON
-// object acts out nothing.
-std::optional<QJsonObject> NextScriptLine() {
+// A line without steps when the script is used up (the dialog then closes
+// at once, so nothing ever waits for a person).
+std::optional<ScriptLine> NextScriptLine() {
   const QByteArray path = qgetenv("NORVIK50_DIALOG_SCRIPT");
   if (path.isEmpty()) return std::nullopt;
   ScriptState& s = Script();
@@ -46,11 +79,11 @@ std::optional<QJsonObject> NextScriptLine() {
     if (file.open(QIODevice::ReadOnly)) {
       for (const QByteArray& line : file.readAll().split('\n')) {
         if (line.trimmed().isEmpty()) continue;
-        s.lines.push_back(QJsonDocument::fromJson(line).object());
+        s.lines.push_back(ReadScriptLine(line));
       }
     }
   }
-  if (s.next >= s.lines.size()) return QJsonObject();
+  if (s.next >= s.lines.size()) return ScriptLine();
   return s.lines[s.next++];
 }
 
@@ -122,10 +155,24 @@ void Click(QDialog& dialog, const QJsonValue& which) {
   }
 }
 
-void ActOut(QDialog& dialog, const QJsonObject& line) {
+// A short form of a step's value for a warning.
+QString Shown(const QJsonValue& value) {
+  if (value.isString()) return QStringLiteral("\"%1\"").arg(value.toString());
+  if (value.isDouble()) return QString::number(value.toDouble());
+  return QString::fromUtf8(QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact))
+      .mid(1)
+      .chopped(1);
+}
+
+// Acts out one step: its "path", "keys", "text", "click" and "close", in
+// that order. False when the dialog closed before the step was done; what
+// was left undone goes to `warnings`, since a step whose keys confirm a
+// form before its text is typed answers with an empty field, silently.
+bool ActOutStep(QDialog& dialog, const QJsonObject& step, QStringList& warnings) {
   QPointer<QDialog> alive(&dialog);
-  if (auto* target = dynamic_cast<PathTarget*>(&dialog); target && line.contains("path")) {
-    const QJsonValue path = line.value(QStringLiteral("path"));
+  const auto closed = [&] { return !alive || !alive->isVisible(); };
+  if (auto* target = dynamic_cast<PathTarget*>(&dialog); target && step.contains("path")) {
+    const QJsonValue path = step.value(QStringLiteral("path"));
     QStringList paths;
     if (path.isArray()) {
       for (const QJsonValue& p : path.toArray()) paths << p.toString();
@@ -134,18 +181,31 @@ void ActOut(QDialog& dialog, const QJsonObject& line) {
     }
     target->GoToPaths(paths);
   }
-  for (const QJsonValue& key : line.value(QStringLiteral("keys")).toArray()) {
-    if (!alive || !alive->isVisible()) return;
-    if (const auto stroke = ParseKey(key.toString())) Press(dialog, *stroke);
+  const QJsonArray keys = step.value(QStringLiteral("keys")).toArray();
+  for (qsizetype i = 0; i < keys.size(); ++i) {
+    if (closed()) {
+      warnings << QStringLiteral("the dialog closed before the key %1 was pressed")
+                      .arg(Shown(keys.at(i)));
+      return false;
+    }
+    if (const auto stroke = ParseKey(keys.at(i).toString())) Press(dialog, *stroke);
   }
-  const QString text = line.value(QStringLiteral("text")).toString();
+  const QString text = step.value(QStringLiteral("text")).toString();
+  if (!text.isEmpty() && closed()) {
+    warnings << QStringLiteral(
+                    "the keys closed the dialog before the text \"%1\" was typed (the keys of "
+                    "a line come first; a list of steps types first: [{\"text\":...},"
+                    "{\"keys\":[...]}])")
+                    .arg(text);
+    return false;
+  }
   for (const QChar c : text) {
-    if (!alive || !alive->isVisible()) return;
+    if (closed()) return false;
     Press(dialog, KeyStroke{0, Qt::NoModifier, QString(c)});
   }
   // Several clicks in turn: a button that opens a dialog of its own (which
   // takes the next line) and then the one that confirms.
-  const QJsonValue click = line.value(QStringLiteral("click"));
+  const QJsonValue click = step.value(QStringLiteral("click"));
   QJsonArray clicks;
   if (click.isArray()) {
     clicks = click.toArray();
@@ -153,10 +213,27 @@ void ActOut(QDialog& dialog, const QJsonObject& line) {
     clicks.append(click);
   }
   for (const QJsonValue& which : clicks) {
-    if (!alive || !alive->isVisible()) break;
+    if (closed()) {
+      warnings << QStringLiteral("the dialog closed before the click on %1").arg(Shown(which));
+      return false;
+    }
     Click(dialog, which);
   }
-  if (alive && alive->isVisible() && line.value(QStringLiteral("close")).toBool()) dialog.close();
+  if (!closed() && step.value(QStringLiteral("close")).toBool()) dialog.close();
+  return true;
+}
+
+// Acts out the steps of a line in order, until the dialog closes.
+void ActOut(QDialog& dialog, const ScriptLine& line, QStringList& warnings) {
+  warnings << line.problems;
+  QPointer<QDialog> alive(&dialog);
+  for (std::size_t i = 0; i < line.steps.size(); ++i) {
+    if (!alive || !alive->isVisible()) {
+      warnings << QStringLiteral("the dialog closed before step %1 of its script line").arg(i + 1);
+      return;
+    }
+    if (!ActOutStep(dialog, line.steps[i], warnings)) return;
+  }
 }
 
 void AppendToLog(const DialogFacts& f, const QWidget& dialog, int answer) {
@@ -172,6 +249,7 @@ void AppendToLog(const DialogFacts& f, const QWidget& dialog, int answer) {
   o[QStringLiteral("cancel")] = f.cancel_button;
   o[QStringLiteral("symbol")] = f.symbol;
   if (f.has_value) o[QStringLiteral("value")] = f.value;
+  if (!f.warnings.isEmpty()) o[QStringLiteral("warnings")] = QJsonArray::fromStringList(f.warnings);
   if (!f.event.isEmpty()) o[QStringLiteral("event")] = f.event;
   if (f.has_counter) {
     o[QStringLiteral("counterVisible")] = f.counter_visible;
@@ -193,15 +271,18 @@ void AppendToLog(const DialogFacts& f, const QWidget& dialog, int answer) {
 
 void RunModal(QDialog& dialog, const std::function<DialogFacts()>& facts,
               const std::function<int()>& answer) {
-  const std::optional<QJsonObject> line = NextScriptLine();
-  QTimer::singleShot(0, &dialog, [&dialog, line] {
+  const std::optional<ScriptLine> line = NextScriptLine();
+  const auto warnings = std::make_shared<QStringList>();
+  QTimer::singleShot(0, &dialog, [&dialog, line, warnings] {
     if (const ShownHook& hook = Hook()) hook(dialog);
     if (!line) return;
-    ActOut(dialog, *line);
+    ActOut(dialog, *line, *warnings);
     if (dialog.isVisible()) dialog.close();
   });
   dialog.exec();
-  AppendToLog(facts(), dialog, answer());
+  DialogFacts f = facts();
+  f.warnings << *warnings;
+  AppendToLog(f, dialog, answer());
 }
 
 void LogWindow(const DialogFacts& facts, const QWidget& window, int answer) {

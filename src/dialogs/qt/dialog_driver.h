@@ -31,6 +31,8 @@ struct DialogFacts {
   bool counter_visible = false;
   int counter_value = 0;
   int counter_max = 0;
+  // What the dialog script could not act out on this dialog.
+  QStringList warnings;
 };
 
 // A form the dialog script can point at paths (the "path" of a script
@@ -51,12 +53,14 @@ inline constexpr int kMenuBarHeight = 19;
 inline constexpr int kTwipsPerPixel = 15;
 
 // Shows `dialog` modally and returns when it has hidden itself. With a
-// dialog script, the next line is acted out first (its "path", then its
-// "keys", "text", "click" (a caption, a position or a list of them) and
-// "close") and a dialog still open
-// afterwards is closed by its close box; with the script used up, the
-// dialog is closed at once. `facts` is asked after the dialog closed,
-// `answer` is what the member returns; both go to the dialog log.
+// dialog script, the next line is acted out first: one step (an object)
+// or a list of steps in order, each with its "path", then its "keys",
+// "text", "click" (a caption, a position or a list of them) and "close".
+// A dialog still open afterwards is closed by its close box; with the
+// script used up, the dialog is closed at once. `facts` is asked after
+// the dialog closed, `answer` is what the member returns; both go to the
+// dialog log, with a warning for each part of the line left undone
+// because the dialog had closed, and for a line that is not steps.
 void RunModal(QDialog& dialog, const std::function<DialogFacts()>& facts,
               const std::function<int()>& answer);
 

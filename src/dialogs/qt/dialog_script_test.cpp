@@ -6,7 +6,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <cstdio>
 #include <fstream>
+#include <memory>
 #include <sstream>
 
 #include "core/library_state.h"
@@ -14,6 +16,7 @@
 #include "dialogs/qt/scripted_dialogs_for_tests.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
+#include "norvik50/text_control.h"
 #include "testing/run_command.h"
 #include "testing/temp_folder.h"
 
@@ -23,22 +26,13 @@ namespace {
 using namespace norvik50::testing;
 using namespace norvik50::qt::testing;
 
-class DialogScriptTest : public ::testing::Test {
+class DialogScriptTest : public QtMembersTest {
  protected:
-  DialogScriptTest() {
-    InstallQtDialogs();
+  DialogScriptTest() : QtMembersTest("de-DE") {
     SetHostApplication(u"host", u"Host");
-    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(int32_t{1}));
+    SetLanguage(1);
   }
-  ~DialogScriptTest() override {
-    SetUserInterface(nullptr);
-    SetHostApplication(u"", u"");
-    SetBaseKey(u"");
-  }
-
-  TempFolder temp_;
-  ScriptedDialogs dialogs_{temp_, "de-DE"};
-  LIB lib_;
+  ~DialogScriptTest() override { SetHostApplication(u"", u""); }
 };
 
 TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
@@ -78,6 +72,106 @@ TEST_F(DialogScriptTest, EachDialogTakesTheNextLine) {
   EXPECT_EQ(log[1].value("width").toInt(), 6000);  // the designed outer size
   EXPECT_EQ(log[1].value("height").toInt(), 2850);
   EXPECT_EQ(log[4].value("answer").toInt(), 0);
+}
+
+TEST_F(DialogScriptTest, ALineMayBeStepsDoneInOrder) {
+  dialogs_.Script(R"([{"text":"Meier"},{"keys":["Enter"]}]
+[{"keys":["Tab"]},{"keys":["Space"]}]
+[{"text":"x"},{"click":"OK"},{"text":"never typed"}]
+[]
+)");
+  Variant name(u"alt");
+  // Typed first, then confirmed.
+  EXPECT_EQ(lib_.tklInputValue(u"Name?", u"Kunde", name), 1);
+  EXPECT_EQ(name.as_string(), u"Meier");
+  // Tab moves the focus from Ja to Nein, the next step presses it.
+  EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 4), 7);
+  // A step left over after the dialog closed is not acted out.
+  Variant other(u"alt");
+  EXPECT_EQ(lib_.tklInputValue(u"Name?", u"Kunde", other), 1);
+  EXPECT_EQ(other.as_string(), u"x");
+  // No steps at all: closed by its close box.
+  EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", 3), 0);
+
+  const auto log = dialogs_.Log();
+  ASSERT_EQ(log.size(), 4u);
+  EXPECT_FALSE(log[0].contains("warnings"));
+  EXPECT_FALSE(log[1].contains("warnings"));
+  EXPECT_EQ(log[2].value("warnings").toVariant().toStringList(),
+            QStringList{"the dialog closed before step 3 of its script line"});
+  EXPECT_FALSE(log[3].contains("warnings"));
+}
+
+TEST_F(DialogScriptTest, TheLogWarnsOfWhatTheDialogClosedBefore) {
+  struct Case {
+    const char* line;
+    int answer;           // tklInputValue's
+    const char* value;    // what Value holds afterwards
+    const char* warning;  // the one warning in the log
+  };
+  const Case cases[] = {
+      // The keys of one object come first: Enter confirms an empty box.
+      {R"({"text":"abc","keys":["Enter"]})", 1, "",
+       "the keys closed the dialog before the text \"abc\" was typed (the keys of a line come "
+       "first; a list of steps types first: [{\"text\":...},{\"keys\":[...]}])"},
+      {R"({"keys":["Escape","Enter"]})", 2, "alt",
+       "the dialog closed before the key \"Enter\" was pressed"},
+      {R"({"keys":["Escape"],"click":["OK"]})", 2, "alt",
+       "the dialog closed before the click on \"OK\""},
+      // Lines that are not steps act out nothing (the box is closed) or
+      // only their objects.
+      {R"(Enter)", 2, "alt",
+       "the script line is neither an object nor a list of objects (illegal value)"},
+      {R"([{"text":"b"},"Enter",{"click":1}])", 1, "b",
+       "step 2 of the script line is not an object; skipped"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.line);
+    dialogs_.Script(std::string(c.line) + "\n");
+    std::remove(dialogs_.LogPath().c_str());
+    Variant value(u"alt");
+    EXPECT_EQ(lib_.tklInputValue(u"Wert?", u"t", value), c.answer);
+    EXPECT_EQ(value.as_string(), QString::fromUtf8(c.value).toStdU16String());
+    const auto log = dialogs_.Log();
+    ASSERT_EQ(log.size(), 1u);
+    EXPECT_EQ(log[0].value("warnings").toVariant().toStringList(),
+              QStringList{QString::fromUtf8(c.warning)});
+  }
+}
+
+// With the script used up, each dialog is closed by its close box at once:
+// what every member then answers, as the README's table says.
+TEST_F(DialogScriptTest, EveryDialogClosedWithoutAnAnswer) {
+  dialogs_.Script("");
+  // The message boxes were shown and no button was pressed: 0, never 10.
+  for (int32_t style : {0, 1, 2, 3, 4, 5}) {
+    EXPECT_EQ(lib_.tklExtMsgBox(u"p", style), 0) << style;
+    EXPECT_EQ(lib_.tklMsgBox(u"p", u"d", style), 0) << style;
+  }
+  EXPECT_FALSE(lib_.tklExtAsk(Variant(u"q")));
+  EXPECT_FALSE(lib_.tklAsk(Variant(u"q")));
+  const SafeArray captions(0, {Variant(u"&A"), Variant(u"&B")});
+  EXPECT_EQ(lib_.tklGetAnswer(u"p", u"d", u"t", captions), 0);
+  Variant value(u"alt");
+  EXPECT_EQ(lib_.tklInputValue(u"p", u"t", value, u"neu"), 2);
+  EXPECT_EQ(lib_.tklInputCode(u"p", u"t", value, u"neu"), 2);
+  EXPECT_EQ(value.as_string(), u"alt");
+  auto field = std::make_shared<MemoryTextBox>();
+  field->SetText(u"Meier");
+  lib_.tklZoomTextBox(field);
+  EXPECT_EQ(field->Text(), u"Meier");
+  EXPECT_EQ(lib_.tklChoosePath(u"Z:\\"), u"");
+  EXPECT_EQ(lib_.tklChoosePath(), u"");
+  std::u16string file = u"Z:\\tmp\\x.txt";
+  EXPECT_FALSE(lib_.tklFileDialog(u"All (*.*)|*.*", u"t", file, 0, 0, u"", true));
+  EXPECT_FALSE(lib_.tklFileDialog(u"All (*.*)|*.*", u"t", file, 0, 0, u"", false));
+  EXPECT_EQ(file, u"Z:\\tmp\\x.txt");
+
+  const auto log = dialogs_.Log();
+  ASSERT_EQ(log.size(), 22u);
+  // The system box's close box is its No.
+  EXPECT_EQ(log[13].value("form").toString(), "system");
+  EXPECT_EQ(log[13].value("answer").toInt(), 7);
 }
 
 TEST_F(DialogScriptTest, SizeFromThePromptReachesTheLog) {
@@ -160,11 +254,12 @@ TEST(DialogGalleryTest, EveryFormInBothLanguagesBecomesAPicture) {
   ScopedEnv script("NORVIK50_DIALOG_SCRIPT", std::nullopt);
   ScopedEnv log("NORVIK50_DIALOG_LOG", std::nullopt);
   const std::string folder = temp.File("gallery");
-  EXPECT_EQ(RenderDialogGallery(folder), 20);
-  for (const char* name : {"frmMsgBox_de", "frmMsgBox_en", "frmStdMsg_de", "frmAnswer_en",
-                           "system_de", "frmChooseLang", "frmInput_de", "frmInput_en", "frmZoom",
-                           "frmChoosePath_de", "frmChoosePath_en", "fileOpen_de", "fileOpen_en",
-                           "frmMessage_de", "frmMessage_en"}) {
+  EXPECT_EQ(RenderDialogGallery(folder), 22);
+  for (const char* name :
+       {"frmMsgBox_de", "frmMsgBox_en", "frmStdMsg_de", "frmAnswer_en", "system_de",
+        "frmChooseLang", "frmInput_de", "frmInput_en", "frmZoom", "frmChoosePath_de",
+        "frmChoosePath_en", "fileOpen_de", "fileOpen_en", "folderBrowse_de", "folderBrowse_en",
+        "frmMessage_de", "frmMessage_en"}) {
     QImage picture(QString::fromStdString(folder + "/" + name + ".png"));
     EXPECT_GT(picture.width(), 150) << name;
     EXPECT_GT(picture.height(), 60) << name;

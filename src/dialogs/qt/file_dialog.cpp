@@ -1,15 +1,17 @@
 #include "dialogs/qt/file_dialog.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QRegularExpression>
-#include <QHeaderView>
 #include <QSplitter>
 #include <QTreeView>
 
+#include "dialogs/qt/file_dialog_views.h"
+#include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/system_box.h"
-#include "norvik50/locale.h"
 
 namespace norvik50::qt {
 namespace {
@@ -35,7 +37,8 @@ QString LinuxPathOf(const QString& windows_path) {
 // Qt's catalogue; the two Qt lacks in German and English.
 QString QtText(const char* source) { return QCoreApplication::translate("QFileDialog", source); }
 
-bool GermanLocale() { return CurrentLocale().tag.rfind("de", 0) == 0; }
+// The two texts Qt lacks follow the dialog's language as Qt's own do.
+bool SpeaksGerman(const QWidget& dialog) { return dialog.locale().language() == QLocale::German; }
 
 QString FolderNotFound(const QString& name) {
   return QtText("%1\nDirectory not found.\nPlease verify the correct directory name was given.")
@@ -80,6 +83,14 @@ void FileDialog::CommonSetup() {
   // Names match their patterns in any case, as on Windows (*.DLL finds
   // res_de.dll).
   setFilter(filter() & ~QDir::CaseSensitive);
+  // The font of the library's own forms, and sizes and dates in the
+  // language the dialog speaks.
+  setFont(DialogFont());
+  setProxyModel(new LocalizedFileDetails(locale(), this));
+  // The folder as the host receives it.
+  if (auto* look_in = findChild<QComboBox*>(QStringLiteral("lookInCombo"))) {
+    ShowWindowsPaths(*look_in);
+  }
   // Room for the columns of the detail view and the side bar's names.
   resize(780, 460);
   if (auto* view = findChild<QTreeView*>(QStringLiteral("treeView"))) {
@@ -152,7 +163,7 @@ bool FileDialog::Check(const QString& file) {
       return false;
     }
     if ((flags_ & flag::kCreatePrompt) != 0) {
-      return Ask((GermanLocale()
+      return Ask((SpeaksGerman(*this)
                       ? QStringLiteral("%1\nDiese Datei ist nicht vorhanden.\nSoll sie erstellt "
                                        "werden?")
                       : QStringLiteral("%1\nThis file does not exist.\nDo you want to create it?"))
@@ -170,10 +181,11 @@ bool FileDialog::Check(const QString& file) {
       (info.permissions() & (QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther)) == 0 ||
       !info.isWritable();
   if ((flags_ & flag::kNoReadOnlyReturn) != 0 && write_protected) {
-    Warn((GermanLocale() ? QStringLiteral("%1\nDiese Datei ist schreibgesch\u00fctzt.\nVersuchen "
-                                          "Sie es mit einem anderen Dateinamen.")
-                         : QStringLiteral("%1\nThis file is set to read-only.\nTry again with a "
-                                          "different file name."))
+    Warn((SpeaksGerman(*this)
+              ? QStringLiteral("%1\nDiese Datei ist schreibgesch\u00fctzt.\nVersuchen "
+                               "Sie es mit einem anderen Dateinamen.")
+              : QStringLiteral("%1\nThis file is set to read-only.\nTry again with a "
+                               "different file name."))
              .arg(info.fileName()));
     return false;
   }

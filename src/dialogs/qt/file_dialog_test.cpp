@@ -3,10 +3,14 @@
 // with a meaning on Linux, through tklFileDialog and a dialog script.
 #include <gtest/gtest.h>
 
+#include <QComboBox>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QStyledItemDelegate>
 #include <QTest>
+#include <QTreeView>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -15,6 +19,7 @@
 #include "core/library_state.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/file_dialog.h"
+#include "dialogs/qt/file_dialog_views.h"
 #include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/scripted_dialogs_for_tests.h"
 #include "norvik50/lib.h"
@@ -207,6 +212,74 @@ TEST_F(FileDialogTest, EachFlagIsHonoured) {
     for (const QJsonObject& entry : dialogs_.Log()) boxes += entry.value("form").toString() == "system";
     EXPECT_EQ(boxes, c.boxes) << c.what;
   }
+}
+
+// The dialog speaks the library's language, whatever the process's locale
+// (English here): Qt's texts, the sizes and dates of the detail view; it
+// shows the folder as the host receives it and draws in the dialog font.
+TEST_F(FileDialogTest, SpeaksTheLibrarysLanguageAndShowsTheWindowsFolder) {
+  std::ofstream(temp_.File("c/Daten/Sub/gross.bin")) << std::string(1500, 'x');
+  struct Case {
+    int32_t language;
+    const char* look_in;
+    const char* size_header;
+    const char* size;
+    QLocale locale;
+  };
+  const std::vector<Case> cases = {
+      {1, "Suchen in:", "Gr\u00f6\u00dfe", "1,46 KiB", QLocale(QLocale::German, QLocale::Germany)},
+      {2, "Look in:", "Size", "1.46 KiB", QLocale(QLocale::English, QLocale::UnitedStates)}};
+  for (const Case& c : cases) {
+    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(c.language));
+    QString look_in, size_header, size, date, want_date, folder, family;
+    SetShownHook([&](QDialog& dialog) {
+      look_in = dialog.findChild<QLabel*>(QStringLiteral("lookInLabel"))->text();
+      family = dialog.font().family();
+      auto* view = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+      QAbstractItemModel* model = view->model();
+      size_header = model->headerData(1, Qt::Horizontal).toString();
+      QModelIndex file;
+      const bool listed = QTest::qWaitFor(
+          [&] {
+            const QModelIndex root = view->rootIndex();
+            for (int row = 0; row < model->rowCount(root); ++row) {
+              if (model->index(row, 0, root).data().toString() == "gross.bin") {
+                file = model->index(row, 0, root);
+              }
+            }
+            return file.isValid();
+          },
+          5000);
+      ASSERT_TRUE(listed);
+      size = file.siblingAtColumn(1).data().toString();
+      date = file.siblingAtColumn(3).data().toString();
+      const QDateTime modified =
+          QFileInfo(QString::fromStdString(temp_.File("c/Daten/Sub/gross.bin"))).lastModified();
+      want_date = c.locale.toString(modified, QLocale::ShortFormat);
+      auto* combo = dialog.findChild<QComboBox*>(QStringLiteral("lookInCombo"));
+      folder = static_cast<QStyledItemDelegate*>(combo->itemDelegate())
+                   ->displayText(combo->currentText(), QLocale());
+    });
+    std::u16string name;
+    lib_.tklFileDialog(u"", u"", name, 0, 0, u"C:\\Daten\\Sub");
+    SetShownHook(nullptr);
+    EXPECT_EQ(look_in, c.look_in) << c.language;
+    EXPECT_EQ(size_header, QString::fromUtf8(c.size_header)) << c.language;
+    EXPECT_EQ(size, c.size) << c.language;
+    EXPECT_EQ(date, want_date) << c.language;
+    EXPECT_EQ(folder, "C:\\Daten\\Sub");
+    EXPECT_EQ(family, DialogFont().family());
+  }
+}
+
+TEST(WindowsFormOfTest, FoldersInTheirWindowsFormOtherTextsAsTheyAre) {
+  SetDriveRoot(u'Q', "/srv/q");
+  EXPECT_EQ(WindowsFormOf("/srv/q/Daten"), "Q:\\Daten");
+  EXPECT_EQ(WindowsFormOf("/srv/q"), "Q:\\");
+  EXPECT_EQ(WindowsFormOf("/usr/share/"), "Z:\\usr\\share");
+  EXPECT_EQ(WindowsFormOf("Computer"), "Computer");
+  EXPECT_EQ(WindowsFormOf(""), "");
+  ClearDriveRoot(u'Q');
 }
 
 TEST_F(FileDialogTest, AWindowsPathTypedIntoTheNameIsTakenInAnyCase) {

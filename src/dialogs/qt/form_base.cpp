@@ -7,7 +7,10 @@
 
 namespace norvik50::qt {
 
-FormBase::FormBase(QWidget* owner) : QDialog(owner) {
+FormBase::FormBase(QWidget* owner, std::optional<int16_t> language) : QDialog(owner) {
+  // Before the derived form builds its controls, so that they are made
+  // with the form's language in force.
+  if (language) language_ = std::make_unique<DialogLanguage>(*language);
   // An owner makes the form a transient of the host's window; top-most
   // keeps it above everything else, as the host's users expect.
   setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |

@@ -12,7 +12,6 @@
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
-#include "norvik50/locale.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50 {
@@ -21,7 +20,6 @@ namespace {
 struct Language {
   int16_t id;
   const char* code;
-  const char* qt_locale;
 };
 
 MessageBoxRequest Request(std::u16string form, std::u16string title, std::u16string prompt,
@@ -91,8 +89,7 @@ int RenderDialogGallery(const std::string& folder) {
     dialog.close();
   });
   const auto ui = QtUserInterface();
-  const std::string locale_before = CurrentLocale().tag;
-  for (const Language& lang : {Language{1, "de", "de-DE"}, Language{2, "en", "en-US"}}) {
+  for (const Language& lang : {Language{1, "de"}, Language{2, "en"}}) {
     const bool german = lang.id == 1;
     const QString suffix = QStringLiteral("_") + QString::fromLatin1(lang.code);
     name = QStringLiteral("frmMsgBox") + suffix;
@@ -131,15 +128,13 @@ int RenderDialogGallery(const std::string& folder) {
       ++written;
     }
     name = QStringLiteral("system") + suffix;
-    // The system box speaks the library locale's language.
-    SetCurrentLocale(lang.qt_locale);
-    ui->AskYesNo(german ? u"Programm beenden?" : u"Quit the program?", u"norvik50", true);
+    // The system box and the file dialog speak the library's language.
+    ui->AskYesNo(german ? u"Programm beenden?" : u"Quit the program?", u"norvik50", true, lang.id);
     // The folder chooser shows the gallery's own folder, so every picture
     // looks alike wherever it is taken.
     const std::u16string here = ToWindowsPath(dir.toStdString()).value_or(u"Z:\\");
     name = QStringLiteral("frmChoosePath") + suffix;
     ui->ChoosePath(MakeChoosePathRequest(here, u"", lang.id));
-    // The file dialog speaks Qt's language for the library's locale.
     name = QStringLiteral("fileOpen") + suffix;
     FileDialogRequest open;
     // The pictures taken so far are offered: "*.PNG" finds them in any case.
@@ -148,8 +143,16 @@ int RenderDialogGallery(const std::string& folder) {
     open.title = german ? u"Bild \u00f6ffnen" : u"Open picture";
     open.flags = 4096;
     open.initial_folder = here;
+    open.language = lang.id;
     std::u16string chosen;
     ui->ShowFileDialog(open, chosen);
+    // The folder browser starts in the current folder: the gallery's, for
+    // as long as it is shown.
+    name = QStringLiteral("folderBrowse") + suffix;
+    const QString current = QDir::currentPath();
+    QDir::setCurrent(dir);
+    ui->BrowseForFolder(german ? u"Ablage w\u00e4hlen" : u"Choose the filing folder", lang.id);
+    QDir::setCurrent(current);
     if (german) {
       // The zoom editor has one designed language.
       name = QStringLiteral("frmZoom");
@@ -166,7 +169,6 @@ int RenderDialogGallery(const std::string& folder) {
     }
   }
   qt::SetShownHook(nullptr);
-  SetCurrentLocale(locale_before);
   return written;
 }
 

@@ -37,7 +37,8 @@ class SelectingLineEdit final : public QLineEdit {
 
 }  // namespace
 
-InputForm::InputForm(const InputRequest& request, QWidget* owner) : FormBase(owner) {
+InputForm::InputForm(const InputRequest& request, QWidget* owner)
+    : FormBase(owner, request.language) {
   setWindowTitle(ToQ(request.title));
   constexpr int kLabelWidth = kClientWidth - 3 * kMargin - kButtonWidth;
   constexpr int kMinLabelHeight = 45;
@@ -55,7 +56,8 @@ InputForm::InputForm(const InputRequest& request, QWidget* owner) : FormBase(own
   ok_->setDefault(true);
   cancel_ = new QPushButton(ToQ(request.cancel_caption), this);
   cancel_->setObjectName(QStringLiteral("cmdCancel"));
-  cancel_->setGeometry(button_left, kMargin + kButtonHeight + 6, kButtonWidth, kButtonHeight);
+  cancel_->setGeometry(button_left, kMargin + kButtonHeight + kButtonGap, kButtonWidth,
+                       kButtonHeight);
   cancel_->setAutoDefault(false);
 
   value_ = new SelectingLineEdit(this);
@@ -68,7 +70,10 @@ InputForm::InputForm(const InputRequest& request, QWidget* owner) : FormBase(own
     value_->setStyle(style);
     value_->setEchoMode(QLineEdit::Password);
   }
-  const int box_top = kMargin + label_height + kMargin;
+  // The box stands below the prompt and below both buttons, however short
+  // the prompt is.
+  const int box_top = std::max(description_->geometry().bottom(), cancel_->geometry().bottom()) +
+                      1 + kMargin;
   value_->setGeometry(kMargin, box_top, kClientWidth - 2 * kMargin, kBoxHeight);
   setFixedSize(kClientWidth, box_top + kBoxHeight + kBottomGap);
   value_->setFocus();

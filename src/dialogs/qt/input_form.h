@@ -29,6 +29,7 @@ class InputForm : public FormBase {
   static constexpr int kMargin = 8;
   static constexpr int kButtonWidth = 75;
   static constexpr int kButtonHeight = 25;
+  static constexpr int kButtonGap = 6;  // between OK and Cancel
   static constexpr int kBoxHeight = 21;
   // Below the box, inside the window's frame.
   static constexpr int kBottomGap = 9;

@@ -2,15 +2,19 @@
 // on the real form, and the members driven by a dialog script.
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMenu>
 #include <QTest>
 #include <QTimer>
 #include <fstream>
+#include <memory>
 
 #include "core/library_state.h"
 #include "dialogs/input_request.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/form_geometry_for_tests.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/scripted_dialogs_for_tests.h"
@@ -77,36 +81,55 @@ TEST_F(InputFormTest, ACodeShowsAnAsteriskPerCharacterAndKeepsTheClearText) {
   EXPECT_EQ(form.Facts().value, "******");
 }
 
-TEST_F(InputFormTest, LayoutKeepsNineSpareRowsBelowTheBoxAndFitsLongPrompts) {
-  const QString long_prompt = QString("Ein langer Hinweis ").repeated(20);
-  for (const QString& prompt : {QString("kurz"), long_prompt}) {
-    InputForm form(MakeInputRequest(prompt.toStdU16String(), u"t", Variant(u"x"), u"", false, 1),
-                   nullptr);
-    const QRect box = form.ValueBox()->geometry();
-    EXPECT_EQ(form.height() - box.bottom() - 1, InputForm::kBottomGap);
-    const QLabel* label = form.findChild<QLabel*>();
-    EXPECT_LE(label->geometry().bottom(), box.top());
-    EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+// At any prompt length, in German and English: nothing overlaps, the
+// buttons are alike, the prompt is shown in full and nine pixels stay
+// free below the box.
+TEST_F(InputFormTest, NothingOverlapsAtAnyPromptLengthInEitherLanguage) {
+  const std::vector<QString> prompts = {
+      QString(), QString("kurz"), QString("Bitte geben Sie die Kundennummer ein:"),
+      QString("Ein langer Hinweis ").repeated(20), QString("Zeile eins\nZeile zwei\nZeile drei"),
+      QString("Zeile\n").repeated(12)};
+  for (const int16_t language : {1, 2}) {
+    for (const QString& prompt : prompts) {
+      InputForm form(MakeInputRequest(prompt.toStdU16String(), u"t", Variant(u"x"), u"", false,
+                                      language),
+                     nullptr);
+      SCOPED_TRACE(::testing::Message() << "language " << language << ": " << prompt.size()
+                                        << " characters");
+      EXPECT_EQ(LayoutFaults(form), std::vector<std::string>{});
+      const QRect box = form.ValueBox()->geometry();
+      EXPECT_EQ(form.height() - box.bottom() - 1, InputForm::kBottomGap);
+      const QLabel* label = form.findChild<QLabel*>();
+      EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+    }
   }
 }
 
-class InputScriptTest : public ::testing::Test {
- protected:
-  InputScriptTest() {
-    InstallQtDialogs();
-    SetLanguage(8);
+// Qt's own texts in the form (the menu of its text box) speak the form's
+// language while it exists; afterwards the host's are as before.
+TEST_F(InputFormTest, QtsOwnTextsSpeakTheFormsLanguage) {
+  ScopedLocale english("en-US");
+  struct Case {
+    int16_t language;
+    const char* undo;
+  };
+  for (const Case& c : {Case{1, "&R\u00fcckg\u00e4ngig"}, Case{2, "&Undo"}}) {
+    {
+      InputForm form(MakeInputRequest(u"p", u"t", Variant(u"x"), u"", false, c.language), nullptr);
+      std::unique_ptr<QMenu> menu(form.ValueBox()->createStandardContextMenu());
+      ASSERT_FALSE(menu->actions().isEmpty());
+      // The text before the tab; the shortcut after it ("Strg+Z") is translated too.
+      EXPECT_EQ(menu->actions().first()->text().section(QLatin1Char('\t'), 0, 0),
+                QString::fromUtf8(c.undo))
+          << c.language;
+    }
+    EXPECT_EQ(QCoreApplication::translate("QLineEdit", "&Undo"), "&Undo");
   }
-  ~InputScriptTest() override {
-    SetUserInterface(nullptr);
-    SetBaseKey(u"");
-  }
-  void SetLanguage(int32_t id) {
-    lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(id));
-  }
+}
 
-  TempFolder temp_;
-  ScriptedDialogs dialogs_{temp_, "de-DE"};
-  LIB lib_;
+class InputScriptTest : public QtMembersTest {
+ protected:
+  InputScriptTest() : QtMembersTest("de-DE") { SetLanguage(8); }
 };
 
 TEST_F(InputScriptTest, TheMembersTakeTypedTextAndLogTheForm) {

@@ -40,7 +40,7 @@ void FitLabel(QLabel& label, int max_width) {
 }  // namespace
 
 MessageForm::MessageForm(const MessageBoxRequest& request, QWidget* owner)
-    : FormBase(owner), request_(request) {
+    : FormBase(owner, request.language), request_(request) {
   setWindowTitle(ToQ(request_.title));
   symbol_ = new QLabel(this);
   const QIcon icon = SymbolIcon(request_.symbol);

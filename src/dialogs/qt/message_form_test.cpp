@@ -224,6 +224,32 @@ TEST_F(FormsTest, AnswerBoxAccessLettersEscapeAndClicks) {
   EXPECT_EQ(form.Result(), 3);
 }
 
+// The access character may be a digit: "&2 Zwei" answers to the key 2,
+// from the main keys or the keypad; a digit no caption marks does nothing.
+TEST_F(FormsTest, AnswerBoxDigitAccessKeys) {
+  const std::vector<std::u16string> captions = {u"&1 Eins", u"&2 Zwei", u"&\u00c4ndern", u"3 Drei"};
+  struct Case {
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    int answer;  // -1: the form stays open
+  };
+  const std::vector<Case> cases = {
+      {Qt::Key_2, Qt::NoModifier, 2},     {Qt::Key_1, Qt::NoModifier, 1},
+      {Qt::Key_2, Qt::KeypadModifier, 2}, {Qt::Key_Adiaeresis, Qt::NoModifier, 3},
+      {Qt::Key_3, Qt::NoModifier, -1},    {Qt::Key_2, Qt::ShiftModifier, -1},
+  };
+  for (const Case& c : cases) {
+    AnswerForm form(QStringLiteral("p"), QString(), QString(), captions, nullptr);
+    bool open_after = false;
+    ShowAndAct(form, [&] {
+      QTest::keyClick(form.focusWidget() ? form.focusWidget() : &form, c.key, c.modifiers);
+      open_after = form.isVisible();
+    });
+    EXPECT_EQ(form.Result(), c.answer < 0 ? 0 : c.answer) << c.key;
+    EXPECT_EQ(open_after, c.answer < 0) << c.key;
+  }
+}
+
 TEST_F(FormsTest, AnswerBoxRowStaysOnTheScreen) {
   std::vector<std::u16string> many(30, u"&Button");
   AnswerForm form(QStringLiteral("p"), QString(), QStringLiteral("t"), many, nullptr);

@@ -128,7 +128,17 @@ void ProgressForm::resizeEvent(QResizeEvent* event) {
   Layout();
 }
 
-void ProgressForm::closeEvent(QCloseEvent* event) { event->ignore(); }
+void ProgressForm::closeEvent(QCloseEvent* event) {
+  // The user's close (the window system's, spontaneous) is refused: the
+  // host's task decides when the window goes. A close the program asks
+  // for is not: the application closes every window when the host quits
+  // its event loop, and a window that refused would keep it running.
+  if (event->spontaneous()) {
+    event->ignore();
+  } else {
+    event->accept();
+  }
+}
 
 void ProgressForm::Layout() {
   const int bar_top = height() - kBarBottomTwips / kTwipsPerPixel - kBarHeight;

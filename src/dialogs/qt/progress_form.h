@@ -43,7 +43,7 @@ class ProgressForm : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
-  // Only the library closes this window.
+  // Only the library and the program close this window, never the user.
   void closeEvent(QCloseEvent* event) override;
 
  private:

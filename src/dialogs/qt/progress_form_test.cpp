@@ -5,7 +5,9 @@
 // `norvik50 batch`.
 #include <gtest/gtest.h>
 
+#include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPointer>
@@ -128,6 +130,18 @@ TEST_F(ProgressWindowTest, HiddenWindowComesBackWithItsText) {
   EXPECT_EQ(form->Bar()->value(), 5);
 }
 
+TEST_F(ProgressWindowTest, HiddenWindowKeepsItsCaption) {
+  lib_.tklSendMessage(Variant(u"Lese"), Variant(u"Import"));
+  QPointer<ProgressForm> form = Window();
+  ASSERT_TRUE(form);
+  lib_.tklHideMessage();
+  Say(u"weiter");
+  ASSERT_TRUE(form);
+  EXPECT_TRUE(form->isVisible());
+  EXPECT_EQ(form->windowTitle(), "Import");
+  EXPECT_EQ(form->Message()->toPlainText(), "weiter");
+}
+
 TEST_F(ProgressWindowTest, ClearUnloadsAndTheTitleIsTheApplicationsAgain) {
   lib_.tklSendMessage(Variant(u"a"), Variant(u"Import"));
   QPointer<ProgressForm> first = Window();
@@ -208,8 +222,39 @@ TEST_F(ProgressWindowTest, OnlyTheLibraryClosesItAndTheMessageIsReadOnly) {
   QTest::keyClicks(form->Message(), "abc");
   QTest::keyClick(form->Message(), Qt::Key_Delete);
   EXPECT_EQ(form->Message()->toPlainText(), "bleibt");
-  form->close();
+  // The user's close, as the window system delivers it, is refused.
+  QCloseEvent by_user;
+  QSpontaneKeyEvent::setSpontaneous(&by_user);
+  // Delivered as it comes (sendEvent would mark it the program's own).
+  static_cast<QObject*>(form)->event(&by_user);
+  EXPECT_FALSE(by_user.isAccepted());
   EXPECT_TRUE(form->isVisible());
+}
+
+TEST_F(ProgressWindowTest, TheHostsLoopQuitsWithTheWindowUpAndTheWindowGoesWithIt) {
+  lib_.tklSendMessage(Variant(u"Lese"), Variant(u"Import"), Variant(true));
+  QPointer<ProgressForm> form = Window();
+  ASSERT_TRUE(form);
+  // Quitting closes every window first; one that refused would keep the
+  // loop running, which the guard ends with 1 instead.
+  QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+  QTimer guard;
+  guard.setSingleShot(true);
+  QObject::connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+  guard.start(10000);
+  EXPECT_EQ(QApplication::exec(), 0);
+  // Unloaded while the application still existed.
+  EXPECT_FALSE(form);
+  // The library still holds the window: the next call shows it afresh
+  // with its whole state.
+  Say(u"weiter");
+  ProgressForm* again = Window();
+  ASSERT_NE(again, nullptr);
+  EXPECT_TRUE(again->isVisible());
+  EXPECT_EQ(again->windowTitle(), "Import");
+  EXPECT_EQ(again->Message()->toPlainText(), "weiter");
+  EXPECT_TRUE(again->Bar()->isVisibleTo(again));
+  EXPECT_EQ(again->WidthTwips(), 6000);
 }
 
 TEST_F(ProgressWindowTest, NoEventsLeavesTheEventsPending) {
@@ -323,7 +368,8 @@ TEST_F(ProgressWindowTest, TheLogRecordsEachShowHideAndUnload) {
     EXPECT_TRUE(lines[i].value("counterVisible").toBool()) << i;
   }
   EXPECT_EQ(lines[0].value("title").toString(), "Import");
-  EXPECT_EQ(lines[2].value("title").toString(), "Host");  // hidden: no longer visible
+  // Shown again after hiding, with its old caption, not the application's.
+  EXPECT_EQ(lines[2].value("title").toString(), "Import");
   EXPECT_EQ(lines[0].value("width").toInt(), 6000);
 }
 
@@ -377,6 +423,7 @@ TEST(ProgressBatchTest, CountersStatesAndPointerThroughTheBatch) {
   EXPECT_EQ(log[2].value("event").toString(), "shown");
   EXPECT_EQ(log[2].value("prompt").toString(), "Lese Daten");
   EXPECT_EQ(log[2].value("counter").toInt(), 7);
+  EXPECT_EQ(log[2].value("title").toString(), "Import");
   EXPECT_EQ(log[3].value("event").toString(), "unloaded");
   EXPECT_EQ(log[4].value("event").toString(), "shown");
   EXPECT_EQ(log[4].value("title").toString(), "Stapel");

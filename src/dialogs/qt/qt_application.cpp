@@ -3,12 +3,13 @@
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
-#include <QLibraryInfo>
-#include <QLocale>
-#include <QTranslator>
+#include <QPointer>
+#include <cstdlib>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "norvik50/locale.h"
+#include "dialogs/qt/qt_message_filter.h"
 
 namespace norvik50::qt {
 namespace {
@@ -28,9 +29,53 @@ void LoadDialogFont() {
   }
 }
 
-QTranslator*& CurrentTranslator() {
-  static QTranslator* translator = nullptr;
-  return translator;
+// The library's windows that outlive a call, and the application whose end
+// they wait for. Never destroyed: it is used while the process exits, in
+// whatever order the statics of the library and of Qt go.
+struct Lifetime {
+  std::vector<QPointer<QWidget>> windows;
+  QPointer<QCoreApplication> watched;  // the application whose end is hooked
+  bool ending = false;                 // the watched application is being destroyed
+  bool exit_hooked = false;
+};
+
+Lifetime& Life() {
+  static Lifetime* life = new Lifetime;
+  return *life;
+}
+
+void UnloadWindows() {
+  std::vector<QPointer<QWidget>> windows;
+  windows.swap(Life().windows);
+  for (const QPointer<QWidget>& window : windows) delete window.data();
+}
+
+// Qt calls this from the application's destructor, once QApplication's own
+// part has torn down the native windows: the widgets go now, while the
+// application object is still there, and are never touched again.
+void ApplicationDestroyed() {
+  UnloadWindows();
+  Life().ending = true;
+}
+
+// At exit, for an application that lives on (the library's own, or one a
+// host never destroys): the windows go before the statics they rely on.
+// The application itself is left to the end of the process: destroying it
+// here reaches Qt statics (the font cache) that went before.
+void UnloadWindowsAtExit() {
+  if (ApplicationUsable()) UnloadWindows();
+}
+
+// Hooks the end of the current application once per application object:
+// the host's loop ending, and the object's destruction.
+void WatchApplication() {
+  Lifetime& life = Life();
+  QCoreApplication* app = QCoreApplication::instance();
+  if (app == nullptr || life.watched == app) return;
+  life.watched = app;
+  life.ending = false;
+  QObject::connect(app, &QCoreApplication::aboutToQuit, app, &UnloadWindows);
+  qAddPostRoutine(&ApplicationDestroyed);
 }
 
 }  // namespace
@@ -38,51 +83,45 @@ QTranslator*& CurrentTranslator() {
 void EnsureApplication() {
   static bool prepared = false;
   if (!QApplication::instance()) {
-    // The library has no loop of its own: the application object lives for
-    // the rest of the process and each dialog runs its own modal loop.
+    // The library has no loop of its own: the application object lives
+    // until the process exits and each dialog runs its own modal loop.
     static int argc = 1;
     static char name[] = "norvik50";
     static char* argv[] = {name, nullptr};
+    // Before the application exists: its platform speaks while it starts.
+    FilterBenignQtMessages();
     new QApplication(argc, argv);
   }
+  WatchApplication();
   if (prepared) return;
   prepared = true;
   LoadDialogFont();
 }
 
-void FollowLibraryLocale() {
-  // The library's locale (NORVIK50_LOCALE or the POSIX environment), so
-  // that the system box speaks the language the numbers are written in.
-  static std::string loaded = "-";
-  const std::string& name = CurrentLocale().icu_name;
-  if (name == loaded) return;
-  loaded = name;
-  LoadQtTranslations(QString::fromStdString(name));
+void UnloadAtApplicationEnd(QWidget* window) {
+  if (window == nullptr) return;
+  WatchApplication();
+  Lifetime& life = Life();
+  life.windows.emplace_back(window);
+  if (!life.exit_hooked) {
+    life.exit_hooked = true;
+    // Exit handlers and statics go in the reverse order of their
+    // registration. Registered now, after the application, its platform
+    // plugin and a first window were built, this runs before the statics
+    // they set up are destroyed; left to the static user interface's own
+    // destruction, the window would be deleted after them and crash the
+    // process on its way out.
+    std::atexit(&UnloadWindowsAtExit);
+  }
 }
+
+bool ApplicationUsable() { return QCoreApplication::instance() != nullptr && !Life().ending; }
 
 QFont DialogFont(double points, bool bold) {
   QFont font(QStringLiteral("Tahoma"));
   font.setPointSizeF(points);
   font.setBold(bold);
   return font;
-}
-
-bool LoadQtTranslations(const QString& locale_name) {
-  QTranslator*& translator = CurrentTranslator();
-  if (translator) {
-    QCoreApplication::removeTranslator(translator);
-    delete translator;
-    translator = nullptr;
-  }
-  auto* loaded = new QTranslator(QCoreApplication::instance());
-  if (!loaded->load(QLocale(locale_name), QStringLiteral("qtbase"), QStringLiteral("_"),
-                    QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-    delete loaded;
-    return false;
-  }
-  QCoreApplication::installTranslator(loaded);
-  translator = loaded;
-  return true;
 }
 
 std::unique_ptr<QWindow> ForeignWindow(int64_t window_id) {

@@ -1,10 +1,11 @@
 // The QApplication the dialogs run in: the host's, or one the library
-// creates on the first dialog; the dialog font and Qt's own translations.
+// creates on the first dialog, and the dialog font.
 #ifndef NORVIK50_SRC_DIALOGS_QT_QT_APPLICATION_H_
 #define NORVIK50_SRC_DIALOGS_QT_QT_APPLICATION_H_
 
 #include <QFont>
 #include <QString>
+#include <QWidget>
 #include <QWindow>
 #include <cstdint>
 #include <memory>
@@ -12,20 +13,25 @@
 namespace norvik50::qt {
 
 // Makes sure a QApplication exists; creates one on first use when the
-// host has none. Also loads the dialog font once.
+// host has none. Also loads the dialog font once. An application the
+// library creates keeps Qt's harmless platform notes off the terminal and
+// lives until the process ends.
 void EnsureApplication();
+
+// Hands `window`, a window of the library that lives between calls (the
+// progress window), to the application's lifetime: it is deleted while
+// the application still exists, when the host's event loop ends
+// (aboutToQuit), when the host destroys its application, or at exit
+// before the library's own application goes. Null is ignored.
+void UnloadAtApplicationEnd(QWidget* window);
+
+// True while an application exists whose widgets may be touched: false
+// before there is one, once it is being destroyed, and after.
+bool ApplicationUsable();
 
 // The dialogs' font: Tahoma at `points` (the platform's fallback where it
 // is missing).
 QFont DialogFont(double points = 8.0, bool bold = false);
-
-// Loads Qt's translations for the library's current locale when it
-// changed since the last call.
-void FollowLibraryLocale();
-
-// Loads Qt's own translations (qtbase) for `locale_name` ("de_DE"),
-// replacing those loaded before; false when none are installed.
-bool LoadQtTranslations(const QString& locale_name);
 
 // Another program's window, named by the window id a host passes as an
 // owner (an X11 window id), as a QWindow that can be a transient parent.

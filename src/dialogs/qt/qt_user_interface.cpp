@@ -12,9 +12,11 @@
 #include "dialogs/qt/choose_lang_form.h"
 #include "dialogs/qt/choose_path_form.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/dialog_language.h"
 #include "dialogs/qt/file_dialog.h"
 #include "dialogs/qt/input_form.h"
 #include "dialogs/qt/message_form.h"
+#include "dialogs/qt/platform_probe.h"
 #include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/system_box.h"
@@ -31,7 +33,11 @@ QString ToQ(std::u16string_view text) {
 class QtUi final : public UserInterface {
  public:
   explicit QtUi(QWidget* owner) : owner_(owner) {}
-  ~QtUi() override { delete progress_.data(); }
+  // Held in a static, this may run after the application is gone: its
+  // window went with the application then (UnloadAtApplicationEnd).
+  ~QtUi() override {
+    if (qt::ApplicationUsable()) delete progress_.data();
+  }
 
   int32_t ShowMessageBox(const MessageBoxRequest& request) override {
     qt::EnsureApplication();
@@ -41,12 +47,12 @@ class QtUi final : public UserInterface {
     return form.Result();
   }
 
-  int32_t AskYesNo(std::u16string_view question, std::u16string_view title,
-                   bool default_no) override {
+  int32_t AskYesNo(std::u16string_view question, std::u16string_view title, bool default_no,
+                   int16_t language) override {
     qt::EnsureApplication();
-    qt::FollowLibraryLocale();
     // The window system's own box: its captions are Qt's, translated for
-    // the user's locale.
+    // the library's language.
+    const qt::DialogLanguage speaking(language);
     QMessageBox box(QMessageBox::Question, ToQ(title), ToQ(question),
                     QMessageBox::Yes | QMessageBox::No, owner_);
     box.setDefaultButton(default_no ? QMessageBox::No : QMessageBox::Yes);
@@ -81,6 +87,7 @@ class QtUi final : public UserInterface {
         form, [&] { return form.Facts(); }, [&] { return form.Confirmed() ? 1 : 2; });
     request.width_twips = form.WidthTwips();
     request.height_twips = form.HeightTwips();
+    request.shown = true;
     if (form.Confirmed()) text = form.Text().toStdU16String();
     return form.Confirmed();
   }
@@ -102,9 +109,9 @@ class QtUi final : public UserInterface {
     return form.ChosenPath().toStdU16String();
   }
 
-  std::u16string BrowseForFolder(std::u16string_view title) override {
+  std::u16string BrowseForFolder(std::u16string_view title, int16_t language) override {
     qt::EnsureApplication();
-    qt::FollowLibraryLocale();
+    const qt::DialogLanguage speaking(language);
     qt::FileDialog dialog(ToQ(title), owner_);
     qt::RunModal(
         dialog, [&] { return dialog.Facts(); }, [&] { return dialog.Chosen() ? 1 : 2; });
@@ -113,7 +120,7 @@ class QtUi final : public UserInterface {
 
   bool ShowFileDialog(const FileDialogRequest& request, std::u16string& filename) override {
     qt::EnsureApplication();
-    qt::FollowLibraryLocale();
+    const qt::DialogLanguage speaking(request.language);
     // The caller's window owns the dialog when it names one the platform
     // can reach; else the host's, else whatever window is active.
     const std::unique_ptr<QWindow> foreign = qt::ForeignWindow(request.owner_window);
@@ -135,20 +142,26 @@ class QtUi final : public UserInterface {
       if (!state.visible) return;
       qt::EnsureApplication();
       progress_ = new qt::ProgressForm();
+      qt::UnloadAtApplicationEnd(progress_);
+      // A window the library still holds may have gone with an application
+      // that ended: the new form shows the whole state, as a first show.
+      MessageWindowState fresh = state;
+      fresh.showing = true;
+      Apply(fresh);
+      return;
     }
-    const bool was_visible = progress_->isVisible();
-    progress_->Apply(state);
-    if (progress_->isVisible() != was_visible) LogProgress(was_visible ? "hidden" : "shown");
+    if (!qt::ApplicationUsable()) return;
+    Apply(state);
   }
 
   void UnloadMessageWindow() override {
-    if (!progress_) return;
+    if (!progress_ || !qt::ApplicationUsable()) return;
     LogProgress("unloaded");
     delete progress_.data();
   }
 
   bool MessageWindowSize(int32_t& width_twips, int32_t& height_twips) override {
-    if (!progress_) return false;
+    if (!progress_ || !qt::ApplicationUsable()) return false;
     width_twips = progress_->WidthTwips();
     height_twips = progress_->HeightTwips();
     return true;
@@ -159,6 +172,12 @@ class QtUi final : public UserInterface {
   }
 
  private:
+  void Apply(const MessageWindowState& state) {
+    const bool was_visible = progress_->isVisible();
+    progress_->Apply(state);
+    if (progress_->isVisible() != was_visible) LogProgress(was_visible ? "hidden" : "shown");
+  }
+
   void LogProgress(const char* event) {
     qt::DialogFacts facts = progress_->Facts();
     facts.event = QString::fromLatin1(event);
@@ -172,14 +191,14 @@ class QtUi final : public UserInterface {
 }  // namespace
 
 std::shared_ptr<UserInterface> QtUserInterface(QWidget* owner) {
+  // Qt would end the process at the first dialog; the headless answers
+  // keep the host running.
+  if (!DisplayAvailable()) return HeadlessUserInterface();
   return std::make_shared<QtUi>(owner);
 }
 
 void InstallQtDialogs(QWidget* owner) { SetUserInterface(QtUserInterface(owner)); }
 
-bool DisplayAvailable() {
-  return !qgetenv("DISPLAY").isEmpty() || !qgetenv("WAYLAND_DISPLAY").isEmpty() ||
-         !qgetenv("QT_QPA_PLATFORM").isEmpty();
-}
+bool DisplayAvailable() { return qt::PlatformProblemOnce().empty(); }
 
 }  // namespace norvik50

@@ -4,14 +4,19 @@
 #ifndef NORVIK50_SRC_DIALOGS_QT_SCRIPTED_DIALOGS_FOR_TESTS_H_
 #define NORVIK50_SRC_DIALOGS_QT_SCRIPTED_DIALOGS_FOR_TESTS_H_
 
+#include <gtest/gtest.h>
+
 #include <QJsonObject>
 #include <QTimer>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "core/library_state.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/dialog_log_for_tests.h"
+#include "norvik50/lib.h"
+#include "norvik50/qt_dialogs.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50::qt::testing {
@@ -52,6 +57,38 @@ class ScriptedDialogs {
   norvik50::testing::ScopedEnv script_{"NORVIK50_DIALOG_SCRIPT", folder_.File("script.jsonl")};
   norvik50::testing::ScopedEnv log_{"NORVIK50_DIALOG_LOG", folder_.File("dialogs.jsonl")};
   norvik50::testing::ScopedLocale locale_;
+};
+
+// The members show the Qt dialogs for the object's lifetime; afterwards
+// the headless interface, no shown hook and the default base key are back.
+class QtDialogsInstalled {
+ public:
+  QtDialogsInstalled() { InstallQtDialogs(); }
+  ~QtDialogsInstalled() {
+    SetShownHook(nullptr);
+    SetUserInterface(nullptr);
+    SetBaseKey(u"");
+  }
+  QtDialogsInstalled(const QtDialogsInstalled&) = delete;
+  QtDialogsInstalled& operator=(const QtDialogsInstalled&) = delete;
+};
+
+// Stores `id` as the user's current language under the base key.
+inline void StoreLanguage(LIB& lib, int32_t id) {
+  lib.tkrSetValue(HKEY_CURRENT_USER, lib.tklRegKey(), u"Language", Variant(id));
+}
+
+// A test of the members through the Qt dialogs: the dialogs installed, the
+// test's own folder, script and log in `locale`, and a library object.
+class QtMembersTest : public ::testing::Test {
+ protected:
+  explicit QtMembersTest(const std::string& locale) : dialogs_(temp_, locale) {}
+  void SetLanguage(int32_t id) { StoreLanguage(lib_, id); }
+
+  QtDialogsInstalled qt_;
+  norvik50::testing::TempFolder temp_;
+  ScriptedDialogs dialogs_;
+  LIB lib_;
 };
 
 }  // namespace norvik50::qt::testing

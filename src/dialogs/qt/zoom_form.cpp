@@ -12,6 +12,10 @@ QString ToQ(const std::u16string& text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+// The editor's texts are German by design, and so are Qt's in it (the
+// menu of the text box).
+constexpr int16_t kDesignedLanguage = 1;
+
 constexpr char16_t kHint[] =
     u"[ENTER] schlie\u00dft die Eingabe ab, f\u00fcr einen Zeilenumbruch dr\u00fccken Sie bitte "
     u"die Tastenkombination [Strg]+[J].";
@@ -52,7 +56,8 @@ class ZoomEditor final : public QPlainTextEdit {
 
 }  // namespace
 
-ZoomForm::ZoomForm(const ZoomRequest& request, QWidget* owner) : FormBase(owner) {
+ZoomForm::ZoomForm(const ZoomRequest& request, QWidget* owner)
+    : FormBase(owner, kDesignedLanguage) {
   setWindowFlags(windowFlags() | Qt::WindowMaximizeButtonHint);
   setSizeGripEnabled(true);
   setWindowTitle(ToQ(request.title));
@@ -74,6 +79,9 @@ ZoomForm::ZoomForm(const ZoomRequest& request, QWidget* owner) : FormBase(owner)
   resize(std::max(minimumWidth(), request.width_twips / kTwipsPerPixel - 2 * kSizingFrame),
          std::max(minimumHeight(),
                   request.height_twips / kTwipsPerPixel - kCaptionHeight - 2 * kSizingFrame));
+  // Laid out at once: a form not yet shown gets its resize event only when
+  // it is shown.
+  LayoutControls();
   editor_->setFocus();
   connect(ok_, &QPushButton::clicked, this, [this] {
     confirmed_ = true;
@@ -84,6 +92,10 @@ ZoomForm::ZoomForm(const ZoomRequest& request, QWidget* owner) : FormBase(owner)
 
 void ZoomForm::resizeEvent(QResizeEvent* event) {
   FormBase::resizeEvent(event);
+  LayoutControls();
+}
+
+void ZoomForm::LayoutControls() {
   // The box fills the window above a bottom row of hint and buttons.
   const int row_top = height() - kMargin - kButtonHeight;
   const int buttons_left = width() - kMargin - 2 * kButtonWidth - kMargin / 2;

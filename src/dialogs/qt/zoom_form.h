@@ -34,6 +34,9 @@ class ZoomForm : public FormBase {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  // The text box and the buttons follow the window's size.
+  void LayoutControls();
+
   bool confirmed_ = false;
   QPlainTextEdit* editor_ = nullptr;
   QLabel* hint_ = nullptr;

@@ -10,6 +10,9 @@
 #include <QTextEdit>
 #include <QTimer>
 #include <fstream>
+#include <functional>
+#include <utility>
+#include <vector>
 
 #include "core/library_state.h"
 #include "dialogs/qt/dialog_driver.h"
@@ -163,6 +166,34 @@ TEST_F(ZoomMemberQtTest, TheHostsFieldGetsTheEditedTextAndTheSizeIsKept) {
   });
   lib_.tklZoomTextBox(QtTextControl(&rich), u"", true);
   EXPECT_FALSE(read_only);
+}
+
+// However the window is closed, its size is written when it unloads, also
+// the size it opened with and with nothing stored before.
+TEST_F(ZoomMemberQtTest, EveryWayOfClosingWritesTheSize) {
+  const std::u16string key = lib_.tklRegKey() + u"\\Positions\\Forms\\ZoomWindow";
+  const std::vector<std::pair<const char*, std::function<void(ZoomForm&)>>> ways = {
+      {"OK", [](ZoomForm& f) { f.findChild<QPushButton*>("cmdOK")->click(); }},
+      {"Cancel", [](ZoomForm& f) { f.findChild<QPushButton*>("cmdCancel")->click(); }},
+      {"Enter", [](ZoomForm& f) { QTest::keyClick(f.Editor(), Qt::Key_Return); }},
+      {"Escape", [](ZoomForm& f) { QTest::keyClick(f.Editor(), Qt::Key_Escape); }},
+      {"close box", [](ZoomForm& f) { f.close(); }},
+  };
+  constexpr int32_t kAbsent = -1;
+  for (const auto& [how, close] : ways) {
+    lib_.tkrDeleteKey(HKEY_CURRENT_USER, key);
+    ASSERT_EQ(lib_.tkrGetLong(HKEY_CURRENT_USER, key, u"Width", kAbsent), kAbsent);
+    bool closed = false;
+    SetShownHook([&](QDialog& dialog) {
+      close(static_cast<ZoomForm&>(dialog));
+      closed = !dialog.isVisible();
+    });
+    QLineEdit line;
+    lib_.tklZoomTextBox(QtTextControl(&line));
+    EXPECT_TRUE(closed) << how;
+    EXPECT_EQ(lib_.tkrGetLong(HKEY_CURRENT_USER, key, u"Width", kAbsent), 9000) << how;
+    EXPECT_EQ(lib_.tkrGetLong(HKEY_CURRENT_USER, key, u"Height", kAbsent), 5400) << how;
+  }
 }
 
 // A dialog script types into the zoom (F2 first: the caret goes to the
