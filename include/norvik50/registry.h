@@ -163,8 +163,10 @@ class NORVIK50_EXPORT RegistryStore {
   // Runs `body`, a sequence of this store's operations made by the calling
   // thread, as one unit for each root in `roots`: the changes it makes
   // under those roots are kept only when it returns 0; any other code, or
-  // an operation of this store failing, takes back every one of them, and
-  // nobody else sees any of them before they are kept. The roots' write
+  // the store itself failing inside an operation (1011), takes back every
+  // one of them, and nobody else sees any of them before they are kept. An
+  // operation that merely answers a code (2, 5, 1010...) takes back only
+  // what it did itself, and body decides about the rest. The roots' write
   // locks are taken first (in one fixed order, so two units never wait for
   // each other), and refused at once (5) for a root this user may not
   // write; meanwhile other threads' operations on this store wait.
