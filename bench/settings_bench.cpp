@@ -9,12 +9,13 @@
 //   ten times larger inputs, printed as the growth for 10x the input:
 //     the first access of a new process on 1k / 10k / 100k values,
 //     reg export of 1,000 and 10,000 values,
-//     a walk of 1,000 and 10,000 sub-keys in descending index order
+//     a walk of 1,000 and 10,000 sub-keys in descending index order,
+//     tkrSubKeyCount of a tree of 1,000 and of 10,000 keys
 //
 // Targets: a read within 1.5x of the raw point read; a committed write
 // within 1.2x of the raw SQLite write; first access of the 100k store
-// within 1.5x of the 1k store; export and descending walk at most 12x for
-// 10x. QSettings is information only: its sync() is an fsync of the whole
+// within 1.5x of the 1k store; export, descending walk and the key count
+// at most 12x for 10x. QSettings is information only: its sync() is an fsync of the whole
 // file on every call, while tkrSetValue commits without syncing (a killed
 // process loses nothing; a power cut may cost the last commits until the
 // next checkpoint or FlushSettings).
@@ -192,6 +193,49 @@ std::string SizedStore(const std::string& name, int64_t values, int64_t sub_keys
   return folder;
 }
 
+// A store whose key Software\Big holds a two-level tree of about `keys`
+// keys (100 leaves under each of keys / 100 keys), filled as SizedStore is.
+std::string SizedTree(const std::string& name, int64_t keys) {
+  const std::string folder = SizedStore(name, 0, 0);
+  SQLite::Database db(folder + "/HKEY_CURRENT_USER.db", SQLite::OPEN_READWRITE);
+  if (db.execAndGet("SELECT count(*) FROM keys").getInt64() > 3) return folder;
+  const int64_t big = db.execAndGet("SELECT id FROM keys WHERE path='software\\big'").getInt64();
+  db.exec("BEGIN");
+  SQLite::Statement key(db, "INSERT INTO keys(parent, name, fold, path) VALUES(?1, ?2, ?2, ?3)");
+  auto insert = [&](int64_t parent, const std::string& child, const std::string& path) {
+    key.bind(1, parent);
+    key.bind(2, child);
+    key.bind(3, path);
+    key.exec();
+    key.reset();
+    return db.getLastInsertRowid();
+  };
+  for (int64_t upper = 0; upper < keys / 100; ++upper) {
+    const std::string upper_path = "software\\big\\k" + std::to_string(upper);
+    const int64_t id = insert(big, "k" + std::to_string(upper), upper_path);
+    for (int leaf = 0; leaf < 100; ++leaf) {
+      insert(id, "j" + std::to_string(leaf), upper_path + "\\j" + std::to_string(leaf));
+    }
+  }
+  db.exec("COMMIT");
+  return folder;
+}
+
+// tkrSubKeyCount of the whole tree: one key opened and its sub-keys walked
+// for every key.
+void BM_tkrSubKeyCountTree(benchmark::State& state) {
+  const std::string folder = SizedTree("tree" + std::to_string(state.range(0)), state.range(0));
+  setenv("NORVIK50_REGISTRY_DIR", folder.c_str(), 1);
+  const int32_t expected = static_cast<int32_t>(state.range(0) + state.range(0) / 100 + 1);
+  for (auto _ : state) {
+    if (Lib().tkrSubKeyCount(HKEY_CURRENT_USER, u"Software\\Big") != expected) {
+      state.SkipWithError("a key was not counted");
+    }
+  }
+  setenv("NORVIK50_REGISTRY_DIR", Folder().c_str(), 1);
+}
+BENCHMARK(BM_tkrSubKeyCountTree)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+
 // A new process's first read: a store object of its own opens the file
 // and reads one value.
 void BM_FirstAccess(benchmark::State& state) {
@@ -270,13 +314,14 @@ int main(int argc, char** argv) {
   ratio("BM_QSettingsSetValueSync/1000", "BM_tkrSetValueLong");
   ratio("BM_tkrGetStringMissingAutoCreate", "BM_tkrSetValueLong");
   std::printf(
-      "\nGrowth for 10x the input (targets: first access 100k/1k <= 1.5; export and\n"
-      "descending walk <= 12)\n");
+      "\nGrowth for 10x the input (targets: first access 100k/1k <= 1.5; export,\n"
+      "descending walk and key count <= 12)\n");
   ratio("BM_FirstAccess/10000", "BM_FirstAccess/1000");
   ratio("BM_FirstAccess/100000", "BM_FirstAccess/10000");
   ratio("BM_FirstAccess/100000", "BM_FirstAccess/1000");
   ratio("BM_RegExport/10000", "BM_RegExport/1000");
   ratio("BM_SubKeyWalkDescending/10000", "BM_SubKeyWalkDescending/1000");
+  ratio("BM_tkrSubKeyCountTree/10000", "BM_tkrSubKeyCountTree/1000");
   benchmark::Shutdown();
   return 0;
 }

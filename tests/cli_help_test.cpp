@@ -79,20 +79,27 @@ TEST(CliHelpTest, TheCommandStartsWithoutQt) {
   EXPECT_EQ(call.out.find("libQt6"), std::string::npos) << call.out;
 }
 
-TEST(CliHelpTest, MembersTkrListsTheEightRegistryMembers) {
+// The eight registry members of the original, and tkrFlushKey, which is
+// marked as designed here.
+TEST(CliHelpTest, MembersTkrListsTheRegistryMembers) {
   const CommandRun run = Tool("members tkr");
   EXPECT_EQ(run.status, 0);
   std::vector<std::string> signatures;
   for (const std::string& line : Lines(run.out)) {
     if (line.rfind("tkr", 0) == 0) signatures.push_back(line.substr(0, line.find('(')));
   }
-  const std::vector<std::string> expected = {"tkrDeleteKey", "tkrFindRegKeys", "tkrGetInteger",
-                                             "tkrGetLong",   "tkrGetString",   "tkrGetValue",
-                                             "tkrSetValue",  "tkrSubKeyCount"};
+  const std::vector<std::string> expected = {"tkrDeleteKey",  "tkrFindRegKeys", "tkrFlushKey",
+                                             "tkrGetInteger", "tkrGetLong",     "tkrGetString",
+                                             "tkrGetValue",   "tkrSetValue",    "tkrSubKeyCount"};
   EXPECT_EQ(signatures, expected) << run.out;
   EXPECT_NE(run.out.find("tkrGetLong(lRegKey: Long, sRegSubKey: String"), std::string::npos)
       << run.out;
-  EXPECT_NE(run.out.find("8 member forms"), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find("tkrFlushKey(lRegKey: Long): Long  (designed here)\n"), std::string::npos)
+      << run.out;
+  EXPECT_EQ(run.out.find("(designed here)"), run.out.rfind("(designed here)"))
+      << "only tkrFlushKey is marked\n"
+      << run.out;
+  EXPECT_NE(run.out.find("9 member forms"), std::string::npos) << run.out;
   EXPECT_EQ(Tool("members NoSuchName").status, 1);
 }
 

@@ -73,6 +73,9 @@ struct MemberInfo {
   // kEmpty: the member returns nothing.
   VarType result = VarType::kEmpty;
   std::function<Variant(LIB&, CallArgs&)> body;
+  // The member's behaviour was designed for this library (the original
+  // documents no such member, or only its name); the README describes it.
+  bool designed_here = false;
 };
 
 // The table of all members. Lookup by name is case-insensitive (ASCII), as

@@ -293,6 +293,11 @@ class NORVIK50_EXPORT LIB {
   // sKeys receives the direct sub-key names (zero-based, case-insensitive
   // name order; no elements for a leaf); an erased array for a missing key.
   void tkrFindRegKeys(int32_t lRegKey, std::u16string_view sRegSubKey, SafeArray& sKeys);
+  // (Designed here.) Makes everything stored so far under root lRegKey
+  // survive a power cut (FlushSettings in norvik50/registry.h): 0 done, also
+  // when there was nothing to flush; 1010 for a number that is no root key;
+  // 1011 when the store failed (logged).
+  int32_t tkrFlushKey(int32_t lRegKey);
 
   // ---- Languages and resources ------------------------------------------
   // A non-empty sRegKey becomes the library's base key first. Documents,

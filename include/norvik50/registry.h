@@ -13,7 +13,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -88,8 +90,9 @@ enum RegistryErrorCodeConstants : int32_t {
   ERROR_CANTOPEN = 1011,
 };
 // Further codes the store returns.
-inline constexpr int32_t kRegFileNotFound = 2;  // no such key or value
-inline constexpr int32_t kRegMoreData = 234;    // the caller's buffer is too small
+inline constexpr int32_t kRegFileNotFound = 2;   // no such key or value
+inline constexpr int32_t kRegMoreData = 234;     // the caller's buffer is too small
+inline constexpr int32_t kRegNotSupported = 50;  // the store cannot do this
 
 // A key handle: one of RegistryKeys, or a handle OpenKey/CreateKey gave.
 using RegKey = int64_t;
@@ -155,6 +158,31 @@ class NORVIK50_EXPORT RegistryStore {
   virtual int32_t FlushKey(RegKey key) {
     (void)key;
     return 0;
+  }
+
+  // Runs `body`, a sequence of this store's operations made by the calling
+  // thread, as one unit for each root in `roots`: the changes it makes
+  // under those roots are kept only when it returns 0; any other code, or
+  // the store itself failing inside an operation (1011), takes back every
+  // one of them, and nobody else sees any of them before they are kept. An
+  // operation that merely answers a code (2, 5, 1010...) takes back only
+  // what it did itself, and body decides about the rest. The roots' write
+  // locks are taken first (in one fixed order, so two units never wait for
+  // each other), and refused at once (5) for a root this user may not
+  // write; meanwhile other threads' operations on this store wait.
+  // Operations on other roots are not part of the unit. Returns body's
+  // code, or the store's code when a lock could not be taken or keeping
+  // the changes failed (1011, with TakeStoreProblem saying why). Each
+  // root's changes are one transaction: should keeping them fail for one
+  // root after another root's were kept (a disk failing between two
+  // commits), those stay. A unit inside a unit is part of the outer one.
+  // Stores that cannot take changes back answer kRegNotSupported without
+  // calling body.
+  virtual int32_t RunAtomically(std::span<const int32_t> roots,
+                                const std::function<int32_t()>& body) {
+    (void)roots;
+    (void)body;
+    return kRegNotSupported;
   }
 
   // A description of the last failure that a person should hear about (a

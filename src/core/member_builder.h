@@ -67,6 +67,13 @@ inline MemberInfo Let(std::string name, std::vector<ParamInfo> params,
           std::move(body)};
 }
 
+// Marks a member whose behaviour was designed here (see
+// MemberInfo::designed_here).
+inline MemberInfo DesignedHere(MemberInfo member) {
+  member.designed_here = true;
+  return member;
+}
+
 }  // namespace norvik50::members
 
 #endif  // NORVIK50_SRC_CORE_MEMBER_BUILDER_H_

@@ -102,4 +102,16 @@ void LIB::tkrFindRegKeys(int32_t lRegKey, std::u16string_view sRegSubKey, SafeAr
   }
 }
 
+int32_t LIB::tkrFlushKey(int32_t lRegKey) {
+  auto store = CurrentRegistryStore();
+  try {
+    const int32_t code = store->FlushKey(lRegKey);
+    settings::ReportStoreProblem(*store, LogTo(*this), u"LIB:tkrFlushKey()");
+    return code;
+  } catch (const std::exception& e) {
+    LogTo (*this)(ERROR_CANTOPEN, FromUtf8(e.what()), u"LIB:tkrFlushKey()");
+    return ERROR_CANTOPEN;
+  }
+}
+
 }  // namespace norvik50

@@ -1,5 +1,7 @@
 #include "settings/reg_transfer.h"
 
+#include <vector>
+
 #include "settings/registry_algorithms.h"
 #include "settings/registry_names.h"
 
@@ -45,7 +47,9 @@ int32_t ExportKeys(RegistryStore& store, int32_t root, std::u16string_view path,
   return ExportKey(store, root, p, out);
 }
 
-int32_t ImportKeys(RegistryStore& store, const RegFile& file, std::u16string& failed_key) {
+namespace {
+
+int32_t ApplyKeys(RegistryStore& store, const RegFile& file, std::u16string& failed_key) {
   for (const RegFileKey& k : file.keys) {
     failed_key = std::u16string(RootKeyName(k.root)) + (k.path.empty() ? u"" : u"\\" + k.path);
     if (k.remove) {
@@ -71,6 +75,18 @@ int32_t ImportKeys(RegistryStore& store, const RegFile& file, std::u16string& fa
   }
   failed_key.clear();
   return ERROR_SUCCESS;
+}
+
+}  // namespace
+
+int32_t ImportKeys(RegistryStore& store, const RegFile& file, std::u16string& failed_key) {
+  failed_key.clear();
+  std::vector<int32_t> roots;
+  roots.reserve(file.keys.size());
+  for (const RegFileKey& k : file.keys) roots.push_back(k.root);
+  // A file imports whole or not at all: a key that fails half-way, or a
+  // root this user may not write, leaves every store as it was.
+  return store.RunAtomically(roots, [&] { return ApplyKeys(store, file, failed_key); });
 }
 
 }  // namespace norvik50::settings

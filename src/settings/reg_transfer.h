@@ -16,8 +16,12 @@ namespace norvik50::settings {
 // for a missing key).
 int32_t ExportKeys(RegistryStore& store, int32_t root, std::u16string_view path, RegFile& out);
 
-// Applies `file` to the store in order: deletions, keys, values. Returns 0,
-// or the first failing store code with `failed_key` naming the key.
+// Applies `file` to the store in order (deletions, keys, values) as one
+// unit (RegistryStore::RunAtomically): all of it or, when anything fails,
+// nothing. Returns 0, or the first failing store code with `failed_key`
+// naming the key ("" when a root's store could not be taken for writing;
+// the store's problem then names it); kRegNotSupported for a store that
+// cannot take changes back.
 int32_t ImportKeys(RegistryStore& store, const RegFile& file, std::u16string& failed_key);
 
 }  // namespace norvik50::settings

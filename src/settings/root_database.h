@@ -5,7 +5,8 @@
 // Every store operation runs as one transaction (a write takes the write
 // lock at its start, so two writers never deadlock on an upgrade), waits
 // while another process holds the lock, and retries when SQLite still says
-// busy.
+// busy. Several operations can also be made one unit (BeginUnit, EndUnit):
+// one transaction that keeps all of them or none.
 //
 // Key ids are kept per connection, so that a read costs one statement: they
 // are valid for the snapshot version they were learnt under, and SQLite's
@@ -16,21 +17,28 @@
 // The per-user store is written in WAL mode; a machine-wide store, which
 // other users read without being able to write its folder, uses a rollback
 // journal, because a WAL reader needs a shared-memory file it can create.
+// Its readers are locked out while a commit is written, so its owner lets
+// waiting readers in before each commit (waiting_readers.h), and whoever
+// waits for a lock tries again every quarter millisecond rather than
+// sleeping ever longer, which would sleep through the gaps between commits.
 #ifndef NORVIK50_SRC_SETTINGS_ROOT_DATABASE_H_
 #define NORVIK50_SRC_SETTINGS_ROOT_DATABASE_H_
 
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Statement.h>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
-#include <unordered_map>
 
 #include "norvik50/registry.h"
+#include "settings/lru_map.h"
 #include "settings/store_location.h"
+#include "settings/waiting_readers.h"
 
 namespace norvik50::settings {
 
@@ -64,6 +72,7 @@ struct StoredValue {
 struct ChildKey {
   std::string name;  // as written (UTF-8)
   std::string fold;  // folded (UTF-8), the enumeration order
+  int64_t id = 0;
 };
 
 class RootDatabase {
@@ -79,6 +88,8 @@ class RootDatabase {
   ~RootDatabase();
 
   const std::string& path() const noexcept { return file_.path; }
+  // True for a per-user store, false for a machine-wide one.
+  bool private_file() const noexcept { return file_.private_file; }
   // False when this process may only read the file (not its owner, the
   // owner's write permission is off, or the folder or file system is
   // read-only); read_only_reason() then says which.
@@ -95,6 +106,36 @@ class RootDatabase {
   // that is its own snapshot; failures as for Read.
   int32_t Single(Body body, StoreProblem& problem);
 
+  // Keeps a reader's sign that it waits (waiting_readers.h) from one Read or
+  // Single to the next while it lives, for an operation made of a quick
+  // attempt and a fallback: the owner then lets it in for both, instead of
+  // committing in between.
+  class KeepWaiting {
+   public:
+    explicit KeepWaiting(RootDatabase& db) : db_(db) { ++db_.keep_waiting_; }
+    ~KeepWaiting() {
+      if (--db_.keep_waiting_ == 0) db_.waiting_.Leave();
+    }
+    KeepWaiting(const KeepWaiting&) = delete;
+    KeepWaiting& operator=(const KeepWaiting&) = delete;
+
+   private:
+    RootDatabase& db_;
+  };
+
+  // Makes the operations that follow, until EndUnit, one transaction: the
+  // write lock is taken now (waited for as Write waits), each Write runs
+  // inside it (one that returns non-zero undoes only its own changes), and
+  // reads see the unit's changes. Other processes see none of them before
+  // EndUnit keeps them. Returns 0; 5 when the file is not writable(), 1011
+  // with `problem` set when SQLite failed. A unit is not nested.
+  int32_t BeginUnit(StoreProblem& problem);
+  // Ends the unit: with `keep`, commits it (0, or the failure code with
+  // `problem` set after undoing it all); otherwise, or when an operation in
+  // it failed in SQLite, undoes it all. Nothing to do without a unit.
+  int32_t EndUnit(bool keep, StoreProblem& problem);
+  bool in_unit() const noexcept { return unit_; }
+
   // Makes every commit so far durable against a power cut: the log is
   // copied into the database file and both are synced. 0, or 1011 with
   // `problem` set; a process that may not write has nothing to flush.
@@ -107,13 +148,18 @@ class RootDatabase {
 
   // Key ids by folded path. epoch() changes whenever the ids learnt so far
   // may no longer hold; an id taken under the current epoch is right for a
-  // snapshot when IdsCurrent() says so after a statement read it.
+  // snapshot when IdsCurrent() says so after a statement read it. The
+  // cache is bounded and forgets the least recently used path first;
+  // forgetting one never changes the epoch.
   uint64_t epoch() const noexcept { return epoch_; }
-  std::optional<int64_t> CachedKeyId(const std::string& folded_path) const;
+  std::optional<int64_t> CachedKeyId(const std::string& folded_path);
   bool IdsCurrent() { return DataVersion() == ids_version_; }
   // Inside Read or Write: the id of the key at `folded_path`, cached or
   // looked up (and then cached).
   std::optional<int64_t> KeyId(const std::string& folded_path);
+  // Caches an id the last statement read, when its snapshot is the one the
+  // cached ids belong to (otherwise it is not kept).
+  void NoteKeyId(const std::string& folded_path, int64_t id);
 
   // The statements; valid only inside Read, Write or Single.
   std::optional<int64_t> FindChild(int64_t parent, const std::string& fold);
@@ -139,12 +185,21 @@ class RootDatabase {
   void RemoveKey(int64_t id);
 
  private:
-  enum class Mode { kSingle, kRead, kWrite };
+  // kBegin and kCommit start and keep a unit.
+  enum class Mode { kSingle, kRead, kWrite, kBegin, kCommit };
   RootDatabase(StoreFile file, std::string read_only_reason);
   int32_t Initialise(StoreProblem& problem);
   // Sets the journal mode and syncing for the kind of file (needs write).
   int32_t ChooseJournal();
   int32_t Run(Mode mode, Body body, StoreProblem& problem);
+  // An operation inside a unit.
+  int32_t RunInUnit(Mode mode, Body body, StoreProblem& problem);
+  void PrepareStatements();
+  // The code for SQLite's failure `e` (5 or 1011), with `problem` set.
+  int32_t Failed(const SQLite::Exception& e, StoreProblem& problem);
+  // SQLite's busy handler: `self` is the RootDatabase, `tries` how often it
+  // was called for this lock. Non-zero: try again.
+  static int OnBusy(void* self, int tries);
   // Drops the cached ids when the snapshot just started is not theirs.
   void SyncIds();
   void ForgetIds();
@@ -159,10 +214,18 @@ class RootDatabase {
   struct Statements;
   std::unique_ptr<Statements> st_;
   std::unique_ptr<SQLite::Statement> snapshot_;  // starts a read snapshot
-  std::unordered_map<std::string, int64_t> ids_;
+  LruMap<int64_t> ids_;
   uint32_t ids_version_ = 0;
   uint64_t epoch_ = 1;
   std::string damage_;  // why the file is damaged, once SQLite said so
+  WaitingReaders waiting_;
+  bool reading_ = false;        // the operation under way only reads
+  int keep_waiting_ = 0;        // KeepWaiting objects alive
+  bool wait_when_busy_ = true;  // false: a busy database fails at once
+  std::chrono::steady_clock::time_point busy_since_;
+  bool unit_ = false;          // a unit is open
+  bool unit_failed_ = false;   // SQLite failed inside it: it is undone
+  StoreProblem unit_problem_;  // why
 };
 
 }  // namespace norvik50::settings

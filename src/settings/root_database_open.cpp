@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <sqlite3.h>
+
 #include <SQLiteCpp/Exception.h>
 #include <SQLiteCpp/Transaction.h>
 
@@ -22,7 +24,6 @@ namespace {
 // tables belongs to some other program and is left alone.
 constexpr int32_t kApplicationId = 0x4E766B35;
 constexpr int32_t kSchemaVersion = 1;
-constexpr int kBusyTimeoutMs = 5000;
 
 constexpr const char* kSchema = R"sql(
 CREATE TABLE keys(
@@ -166,8 +167,9 @@ int32_t RootDatabase::Open(const StoreFile& file, bool create, std::shared_ptr<R
 int32_t RootDatabase::Initialise(StoreProblem& problem) {
   try {
     const int flags = writable() ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY;
-    db_ = std::make_unique<SQLite::Database>(file_.path, flags | SQLite::OPEN_NOMUTEX,
-                                             kBusyTimeoutMs);
+    db_ = std::make_unique<SQLite::Database>(file_.path, flags | SQLite::OPEN_NOMUTEX);
+    // Waiting for other processes' locks is ours (see OnBusy).
+    sqlite3_busy_handler(db_->getHandle(), &RootDatabase::OnBusy, this);
     snapshot_ = std::make_unique<SQLite::Statement>(*db_, "PRAGMA schema_version");
   } catch (const SQLite::Exception& e) {
     problem = {1011, Describe(std::string("cannot be opened: ") + e.what())};
@@ -214,6 +216,9 @@ int32_t RootDatabase::Initialise(StoreProblem& problem) {
   }
   if (!writable()) return 0;  // read it as it is; an empty one reads as empty
   if (const int32_t set = Single([&] { return ChooseJournal(); }, problem); set != 0) return set;
+  // Only a new file takes the write lock to get its schema: opening a
+  // store must not wait for another process's write (or unit) to end.
+  if (identity != 1) return 0;
   return Write(
       [&] {
         // Checked again under the write lock: another process may have
@@ -239,18 +244,26 @@ int32_t RootDatabase::ChooseJournal() {
   }
   // Users who may not write the folder read the machine-wide store, and a
   // WAL reader must create a shared-memory file beside it: this store keeps
-  // a rollback journal, which readers only need to lock. Its writes are
-  // rare (installers, administrators), so each commit is synced.
+  // a rollback journal, which readers only need to lock. (A shared-memory
+  // file the owner made and kept would let them read, but only in a mode
+  // where each reader builds a private copy of the log's index by reading
+  // the log, and a reader arriving while it is missing could not read at
+  // all.) Readers
+  // are locked out while a commit is written, which the handover of
+  // waiting_readers.h keeps to about one commit. Its writes are rare
+  // (installers, administrators), so each commit is synced.
   db_->exec("PRAGMA synchronous=FULL");
+  // Where readers say that they wait; readers cannot make it themselves.
+  WaitingReaders::Make(file_.path + "-readers", 0644);
   if (db_->execAndGet("PRAGMA journal_mode").getString() != "wal") return 0;
   // A file still in WAL mode leaves it once no other process has it open;
   // until then it stays as it is, and the next opening tries again.
-  db_->setBusyTimeout(0);
+  wait_when_busy_ = false;
   try {
     db_->exec("PRAGMA journal_mode=DELETE");
   } catch (const SQLite::Exception&) {
   }
-  db_->setBusyTimeout(kBusyTimeoutMs);
+  wait_when_busy_ = true;
   return 0;
 }
 }  // namespace norvik50::settings

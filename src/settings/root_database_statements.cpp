@@ -25,7 +25,8 @@ std::string Blob(const SQLite::Column& c) {
 
 std::optional<ChildKey> Child(SQLite::Statement& s) {
   if (!s.executeStep()) return std::nullopt;
-  return ChildKey{s.getColumn(0).getString(), s.getColumn(1).getString()};
+  return ChildKey{s.getColumn(0).getString(), s.getColumn(1).getString(),
+                  s.getColumn(2).getInt64()};
 }
 
 // name, type, data and, when the statement selects it, the fold.
@@ -51,12 +52,13 @@ RootDatabase::Statements::Statements(SQLite::Database& db)
                 "SELECT ?1, ?2, ?3, ?4, ?5 WHERE EXISTS(SELECT 1 FROM keys WHERE id=?1) "
                 "ON CONFLICT(key, fold) DO UPDATE SET type=excluded.type, data=excluded.data"),
       remove_value(db, "DELETE FROM vals WHERE key=?1 AND fold=?2"),
-      child_at(db, "SELECT name, fold FROM keys WHERE parent=?1 ORDER BY fold LIMIT 1 OFFSET ?2"),
+      child_at(db,
+               "SELECT name, fold, id FROM keys WHERE parent=?1 ORDER BY fold LIMIT 1 OFFSET ?2"),
       child_after(db,
-                  "SELECT name, fold FROM keys WHERE parent=?1 AND fold>?2 "
+                  "SELECT name, fold, id FROM keys WHERE parent=?1 AND fold>?2 "
                   "ORDER BY fold LIMIT 1 OFFSET ?3"),
       child_before(db,
-                   "SELECT name, fold FROM keys WHERE parent=?1 AND fold<?2 "
+                   "SELECT name, fold, id FROM keys WHERE parent=?1 AND fold<?2 "
                    "ORDER BY fold DESC LIMIT 1 OFFSET ?3"),
       value_at(db,
                "SELECT name, type, data, fold FROM vals WHERE key=?1 "

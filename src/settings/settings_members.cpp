@@ -51,6 +51,11 @@ void RegisterSettingsMembers(MemberTable& table) {
   table.Add(Method(
       "tkrSubKeyCount", {In("lRegKey", L), In("sRegSubKey", S)}, L,
       [](LIB& lib, CallArgs& a) { return Variant(lib.tkrSubKeyCount(a.i32(0), a.str(1))); }));
+  // One-shot hosts (a batch, a script) ask for their writes to be on disk
+  // before they end, as the command line's reg add does.
+  table.Add(DesignedHere(Method("tkrFlushKey", {In("lRegKey", L)}, L, [](LIB& lib, CallArgs& a) {
+    return Variant(lib.tkrFlushKey(a.i32(0)));
+  })));
   table.Add(Method("tkrFindRegKeys", {In("lRegKey", L), In("sRegSubKey", S), Ref("sKeys", A)},
                    VarType::kEmpty, [](LIB& lib, CallArgs& a) {
                      SafeArray keys(VarType::kString);

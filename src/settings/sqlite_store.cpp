@@ -1,7 +1,9 @@
 #include "settings/sqlite_store.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "norvik50/encoding.h"
 #include "settings/registry_names.h"
@@ -127,6 +129,7 @@ std::optional<int64_t> SqliteStore::LiveId(Handle& h, RootDatabase& db) {
 
 template <class Step>
 int32_t SqliteStore::ReadOnKey(Handle& h, RootDatabase& db, int32_t gone, Step step) {
+  const RootDatabase::KeepWaiting keep(db);
   if (h.path.empty() || (!h.gone && h.epoch == db.epoch())) {
     const int32_t code =
         db.Single([&] { return step(h.path.empty() ? kRootKeyId : h.id, true); }, problem_);
@@ -348,6 +351,12 @@ int32_t SqliteStore::Enumerate(RegKey key, Cursor Handle::*cursor, uint32_t inde
     return code;
   }
   c = Cursor{true, index, entry->fold, db->DataVersion()};
+  if constexpr (std::is_same_v<Entry, ChildKey>) {
+    // Walks open the sub-keys they enumerate (counting, deleting,
+    // exporting a tree): the id read with the name saves each open its own
+    // look-up, however large the tree.
+    db->NoteKeyId(JoinPath(h->path, entry->fold), entry->id);
+  }
   return 0;
 }
 
@@ -414,6 +423,54 @@ int32_t SqliteStore::FlushKey(RegKey key) {
   if (opened == kNotFound) return 0;  // no file: nothing was ever stored
   if (opened != 0) return opened;
   return db->Flush(problem_);
+}
+
+int32_t SqliteStore::RunAtomically(std::span<const int32_t> roots,
+                                   const std::function<int32_t()>& body) {
+  std::lock_guard lock(mu_);
+  if (in_unit_) return body();
+  std::vector<int32_t> order(roots.begin(), roots.end());
+  std::sort(order.begin(), order.end());
+  order.erase(std::unique(order.begin(), order.end()), order.end());
+  std::vector<std::shared_ptr<RootDatabase>> units;
+  int32_t code = 0;
+  for (const int32_t root : order) {
+    std::shared_ptr<RootDatabase> db;
+    code = IsRoot(root) ? Database(root, Need::kWrite, db) : kBadKey;
+    if (code == 0 && !db->writable()) {
+      NoteWriteRefused(*db);
+      code = kDenied;
+    }
+    if (code == 0) code = db->BeginUnit(problem_);
+    if (code != 0) break;
+    units.push_back(std::move(db));
+  }
+  if (code == 0) {
+    in_unit_ = true;
+    try {
+      code = body();
+    } catch (...) {
+      in_unit_ = false;
+      StoreProblem ignored;
+      for (const auto& db : units) db->EndUnit(false, ignored);
+      throw;
+    }
+    in_unit_ = false;
+  }
+  // The shared stores commit first: with readers in the way and a synced
+  // rollback journal, theirs is the commit more likely to fail, and
+  // nothing has been kept when it does.
+  std::stable_partition(units.begin(), units.end(),
+                        [](const auto& db) { return !db->private_file(); });
+  bool keep = code == 0;
+  for (const auto& db : units) {
+    const int32_t ended = db->EndUnit(keep, problem_);
+    if (keep && ended != 0) {
+      code = ended;
+      keep = false;
+    }
+  }
+  return code;
 }
 
 int32_t SqliteStore::CloseKey(RegKey key) {

@@ -66,6 +66,8 @@ class SqliteStore final : public RegistryStore {
   int32_t DeleteKey(RegKey parent, std::u16string_view sub_key) override;
   int32_t CloseKey(RegKey key) override;
   int32_t FlushKey(RegKey key) override;
+  int32_t RunAtomically(std::span<const int32_t> roots,
+                        const std::function<int32_t()>& body) override;
   std::u16string TakeProblem() override;
   StoreProblem TakeStoreProblem() override;
 
@@ -104,7 +106,10 @@ class SqliteStore final : public RegistryStore {
   // Says why a write was refused (reported once per file and reason).
   void NoteWriteRefused(const RootDatabase& db);
 
-  mutable std::mutex mu_;
+  // Recursive: the body of RunAtomically calls the store's operations while
+  // the unit holds the store.
+  mutable std::recursive_mutex mu_;
+  bool in_unit_ = false;
   std::map<int32_t, std::shared_ptr<RootDatabase>> databases_;
   std::unordered_map<RegKey, Handle> handles_;
   std::unordered_map<RegKey, Handle>::node_type spare_;  // the last closed handle

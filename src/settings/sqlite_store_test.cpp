@@ -10,6 +10,7 @@
 #include <string>
 
 #include "norvik50/encoding.h"
+#include "settings/registry_algorithms.h"
 #include "settings/registry_names.h"
 #include "testing/temp_folder.h"
 
@@ -319,6 +320,55 @@ TEST_F(SqliteStoreTest, SeesChangesOfAnotherConnection) {
   EXPECT_EQ(Children(mine), std::vector<std::u16string>{u"Child"});
   ASSERT_EQ(other.DeleteKey(theirs, u"Child"), 0);
   EXPECT_TRUE(Children(mine).empty());
+}
+
+// Listing a key's sub-keys teaches the store their ids, which the next
+// open uses. A sub-key deleted and made again after the listing, by this
+// connection or another one, is the new key when it is opened. "A" is made
+// last, so SQLite hands its id to the next key made, a filler holding -1.
+TEST_F(SqliteStoreTest, AKeyOpenedAfterItsNameWasListedIsTheOneThereNow) {
+  SqliteStore other;
+  for (SqliteStore* remaker : {&store_, &other}) {
+    const RegKey parent = Create(u"Listed");
+    for (const char16_t* name : {u"B", u"A"})
+      store_.CloseKey(Create(std::u16string(u"Listed\\") + name));
+    ASSERT_EQ(Children(parent), (std::vector<std::u16string>{u"A", u"B"}));
+    ASSERT_EQ(remaker->DeleteKey(HKEY_CURRENT_USER, u"Listed\\A"), 0);
+    RegKey filler = 0, again = 0;
+    ASSERT_EQ(remaker->CreateKey(HKEY_CURRENT_USER, u"Filler", 0, 63, filler, nullptr), 0);
+    ASSERT_EQ(remaker->SetValue(filler, u"v", REG_DWORD, std::string("\xff\xff\xff\xff", 4)), 0);
+    ASSERT_EQ(remaker->CreateKey(HKEY_CURRENT_USER, u"Listed\\A", 0, 63, again, nullptr), 0);
+    ASSERT_EQ(remaker->SetValue(again, u"v", REG_DWORD, std::string("\x02\0\0\0", 4)), 0);
+    RegKey opened = 0;
+    ASSERT_EQ(store_.OpenKey(parent, u"A", KEY_QUERY_VALUE, opened), 0);
+    int32_t type = 0;
+    std::string data;
+    ASSERT_EQ(store_.QueryValue(opened, u"v", 1024, type, data), 0);
+    EXPECT_EQ(data, std::string("\x02\0\0\0", 4)) << (remaker == &store_ ? "same" : "other");
+    for (const RegKey k : {parent, filler, again, opened}) {
+      store_.CloseKey(k);
+      other.CloseKey(k);
+    }
+    ASSERT_EQ(RegDeleteKeyTree(store_, HKEY_CURRENT_USER, u"Listed", true), 0);
+    ASSERT_EQ(RegDeleteKeyTree(store_, HKEY_CURRENT_USER, u"Filler", true), 0);
+  }
+}
+
+// A tree with more keys than a connection keeps ids for is counted and
+// walked right, twice over (the second walk meets what the first one left
+// in the cache).
+TEST_F(SqliteStoreTest, TreesLargerThanTheIdCacheAreWalkedRight) {
+  constexpr int kUpper = 50, kLeaves = 100;  // 5,051 keys with the top one
+  for (int u = 0; u < kUpper; ++u) {
+    for (int l = 0; l < kLeaves; ++l) {
+      store_.CloseKey(Create(FromUtf8("Tree\\u" + std::to_string(u) + "\\l" + std::to_string(l))));
+    }
+  }
+  for (int pass = 0; pass < 2; ++pass) {
+    EXPECT_EQ(RegCountKeys(store_, HKEY_CURRENT_USER, u"Tree"), 1 + kUpper * (1 + kLeaves)) << pass;
+  }
+  const SafeArray last = RegListSubKeys(store_, HKEY_CURRENT_USER, u"Tree\\u49");
+  EXPECT_EQ(last.size(), static_cast<std::size_t>(kLeaves));
 }
 
 }  // namespace

@@ -42,6 +42,7 @@ std::string MemberSignature(const MemberInfo& member) {
   }
   text += ")";
   if (member.result != VarType::kEmpty) text += ": " + ToUtf8(VarTypeName(member.result));
+  if (member.designed_here) text += "  (designed here)";
   return text;
 }
 

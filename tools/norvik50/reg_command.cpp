@@ -2,9 +2,14 @@
 // command line, with the options and messages of the Windows reg command
 // (/v NAME, /ve, /va, /t TYPE, /d DATA, /s, /f, /y; "-v" works too).
 //
+// add, delete and import flush what they changed before they return, so
+// that it is on disk when the command ends (a one-shot command has no later
+// moment to do it); an import is all or nothing.
+//
 // Exit codes: 0 done; 1 the key or value does not exist, the store refused
 // or could not be used, the file could not be read, written or parsed, or
 // the user declined a confirmation. Errors go to stderr as "ERROR: ...".
+#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +19,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "commands.h"
 #include "help_format.h"
@@ -53,6 +59,26 @@ int StoreFailure(RegistryStore& store, int32_t code) {
   if (code == 2) return Fail(kNotFound);
   if (code == 5) return Fail("ERROR: Access is denied.");
   return Fail("ERROR: The settings store failed (code " + std::to_string(code) + ").");
+}
+
+// Makes the changes under `roots` durable; 0, or fails saying why.
+int FlushRoots(RegistryStore& store, const std::vector<int32_t>& roots) {
+  for (const int32_t root : roots) {
+    if (const int32_t code = store.FlushKey(root); code != 0) {
+      const std::u16string problem = store.TakeProblem();
+      return Fail(
+          "ERROR: The change was made but could not be written to disk" +
+          (problem.empty() ? " (code " + std::to_string(code) + ")." : ": " + ToUtf8(problem)));
+    }
+  }
+  return 0;
+}
+
+// Says the operation is done, once its changes under `roots` are on disk.
+int Completed(RegistryStore& store, const std::vector<int32_t>& roots) {
+  if (const int failed = FlushRoots(store, roots); failed != 0) return failed;
+  std::cout << "The operation completed successfully.\n";
+  return 0;
 }
 
 bool Confirm(const std::string& question) {
@@ -254,8 +280,7 @@ int Add(const Options& o) {
     }
   }
   store->CloseKey(k);
-  std::cout << "The operation completed successfully.\n";
-  return 0;
+  return Completed(*store, {key->first});
 }
 
 int Delete(const Options& o) {
@@ -289,8 +314,7 @@ int Delete(const Options& o) {
     code = settings::RegDeleteKeyTree(*store, key->first, key->second, true);
   }
   if (code != 0) return StoreFailure(*store, code);
-  std::cout << "The operation completed successfully.\n";
-  return 0;
+  return Completed(*store, {key->first});
 }
 
 int Export(const Options& o) {
@@ -340,11 +364,20 @@ int Import(const Options& o) {
   auto store = CurrentRegistryStore();
   std::u16string failed;
   if (const int32_t code = settings::ImportKeys(*store, *file, failed); code != 0) {
-    std::cerr << "ERROR: Importing " << ToUtf8(failed) << " failed.\n";
+    if (code == kRegNotSupported) {
+      return Fail(
+          "ERROR: This settings store cannot import a file all or nothing; nothing was "
+          "imported.");
+    }
+    std::cerr << "ERROR: " << (failed.empty() ? "The import" : "Importing " + ToUtf8(failed))
+              << " failed; nothing was imported.\n";
     return StoreFailure(*store, code);
   }
-  std::cout << "The operation completed successfully.\n";
-  return 0;
+  std::vector<int32_t> roots;
+  for (const auto& k : file->keys) {
+    if (std::find(roots.begin(), roots.end(), k.root) == roots.end()) roots.push_back(k.root);
+  }
+  return Completed(*store, roots);
 }
 
 // Help that shows each switch as users type it: /v, /ve, /reg4, /?.
