@@ -97,6 +97,24 @@ class NORVIK50_EXPORT MemberTable {
 // The table of every member of LIB.
 NORVIK50_EXPORT const MemberTable& Members();
 
+// A name of the original interface that this library does not answer. A
+// call by name raises 438 with `reason` as its description, so a host being
+// ported learns why instead of reading "doesn't support this property or
+// method" for a member its old code called.
+struct UnavailableMember {
+  std::string_view name;
+  std::string_view family;
+  // "not available on this platform: ..." for a member with no honest
+  // reading on Linux; "not available in this version: ..." for one still to
+  // be built.
+  std::u16string_view reason;
+};
+
+// Every such name, sorted by name without case.
+NORVIK50_EXPORT const std::vector<UnavailableMember>& UnavailableMembers();
+// The entry for `name` (compared without case), or nullptr.
+NORVIK50_EXPORT const UnavailableMember* FindUnavailableMember(std::string_view name);
+
 struct InvokeResult {
   std::optional<Variant> result;             // absent for members without one
   std::map<std::size_t, Variant> by_ref;     // written-back arguments by index

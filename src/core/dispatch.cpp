@@ -194,7 +194,12 @@ InvokeResult InvokeMember(const MemberTable& table, LIB& lib, std::string_view m
     info = table.Find(member, MemberKind::kMethod);
     if (info == nullptr) info = table.Find(member, MemberKind::kPropertyGet);
   }
-  if (info == nullptr) Raise(kErrNoSuchMember);
+  if (info == nullptr) {
+    if (const UnavailableMember* out = FindUnavailableMember(member)) {
+      throw Error(kErrNoSuchMember, std::u16string(out->reason), std::u16string(kErrorSource));
+    }
+    Raise(kErrNoSuchMember);
+  }
   if (args.size() > info->params.size()) Raise(kErrWrongArgCount);
   args.resize(info->params.size());
 

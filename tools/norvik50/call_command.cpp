@@ -49,8 +49,12 @@ int ShowMemberHelp(const std::string& name) {
     }
   }
   if (!shown) {
-    std::cerr << "norvik50: error 438: no member named " << name
-              << " (norvik50 members lists them)\n";
+    if (const UnavailableMember* out = FindUnavailableMember(name)) {
+      std::cerr << "norvik50: error 438: " << out->name << ": " << ToUtf8(out->reason) << '\n';
+    } else {
+      std::cerr << "norvik50: error 438: no member named " << name
+                << " (norvik50 members lists them)\n";
+    }
     return 1;
   }
   return 0;

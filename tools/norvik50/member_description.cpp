@@ -7,13 +7,14 @@
 #include "variant_literal.h"
 
 namespace norvik50::cli {
-namespace {
 
 std::string Lower(std::string_view text) {
   std::string out(text);
   for (char& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   return out;
 }
+
+namespace {
 
 std::string TypeText(const ParamInfo& param) {
   if (!param.record_type.empty()) return param.record_type;
@@ -97,6 +98,15 @@ std::vector<const MemberInfo*> MatchingMembers(std::string_view pattern) {
     if (la != lb) return la < lb;
     return a->kind < b->kind;  // method or get before let
   });
+  return found;
+}
+
+std::vector<const UnavailableMember*> MatchingUnavailableMembers(std::string_view pattern) {
+  const std::string wanted = Lower(pattern);
+  std::vector<const UnavailableMember*> found;
+  for (const UnavailableMember& member : UnavailableMembers()) {
+    if (Lower(member.name).find(wanted) != std::string::npos) found.push_back(&member);
+  }
   return found;
 }
 

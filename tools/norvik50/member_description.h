@@ -29,6 +29,12 @@ std::string MemberDetails(const MemberInfo& member);
 // them for an empty pattern), sorted by name, get before let.
 std::vector<const MemberInfo*> MatchingMembers(std::string_view pattern);
 
+// Every name not answered whose name contains `pattern`, sorted by name.
+std::vector<const UnavailableMember*> MatchingUnavailableMembers(std::string_view pattern);
+
+// `text` in ASCII lower case, for comparing member names.
+std::string Lower(std::string_view text);
+
 }  // namespace norvik50::cli
 
 #endif  // NORVIK50_TOOLS_NORVIK50_MEMBER_DESCRIPTION_H_

@@ -1,0 +1,120 @@
+// The names a ported host may call that this library does not answer, each
+// with the reason a call by name reports.
+#include <algorithm>
+#include <cctype>
+
+#include "norvik50/dispatch.h"
+
+namespace norvik50 {
+namespace {
+
+constexpr std::string_view kControls = "Control helpers";
+constexpr std::string_view kWindows = "Window and screen helpers";
+
+constexpr std::u16string_view kControlsToCome =
+    u"not available in this version: the control helpers for Qt list views, list boxes, "
+    u"grids and tab strips are still to come";
+constexpr std::u16string_view kWindowsToCome =
+    u"not available in this version: the window and screen helpers on Qt are still to come";
+
+bool LessWithoutCase(std::string_view a, std::string_view b) {
+  return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+    return std::tolower(static_cast<unsigned char>(x)) <
+           std::tolower(static_cast<unsigned char>(y));
+  });
+}
+
+std::vector<UnavailableMember> MakeList() {
+  std::vector<UnavailableMember> list = {
+      {"tklLVWCallback", kControls,
+       u"not available on this platform: it is the window procedure through which a Windows "
+       u"list view's messages reached the host; a Qt item view reports the same events as "
+       u"signals that the host connects to its own code"},
+      {"tklHasIndex", kControls,
+       u"not available on this platform: it asks whether a control is an element of a control "
+       u"array, and Qt forms have no control arrays (a host keeps such controls in a container "
+       u"of its own)"},
+      {"tklSetNoNumbers", kControls,
+       u"not available on this platform: it switches a style bit of the native Windows list "
+       u"view, which Qt's item views do not have"},
+  };
+  for (std::string_view name : {"tklAlignText",
+                                "tklCheckF2Key",
+                                "tklCheckMouseDown",
+                                "tklCheckMouseMove",
+                                "tklCopyImageIntoListView",
+                                "tklCopyListView",
+                                "tklGetContainer",
+                                "tklGetListViewCol",
+                                "tklGetOptionIndex",
+                                "tklHasSelectedItem",
+                                "tklIsControl",
+                                "tklIsFormOpen",
+                                "tklIsSelected",
+                                "tklListBoxData",
+                                "tklListBoxItemSum",
+                                "tklListCheckAllItems",
+                                "tklListCheckedItems",
+                                "tklListItemChecked",
+                                "tklListItemIndex",
+                                "tklListItemSelected",
+                                "tklListItemText",
+                                "tklListSelectedItems",
+                                "tklListSelectItems",
+                                "tklOnTabClick",
+                                "tklResizeGridCol",
+                                "tklSearchListItem",
+                                "tklSelectedItem",
+                                "tklSelectListBoxItem",
+                                "tklSelItemCount",
+                                "tklSetListViewHeaders",
+                                "tklSetListViewStyle",
+                                "tklShowListViewTooltip",
+                                "tklSortListView"}) {
+    list.push_back({name, kControls, kControlsToCome});
+  }
+  for (std::string_view name : {"glbDrawSemiTransparentPicture",
+                                "tklApplicationTopMost",
+                                "tklClipCursor",
+                                "tklFindWindow",
+                                "tklGetFontList",
+                                "tklGetFrameSize",
+                                "tklGetInternalFormSize",
+                                "tklGetMenuHeight",
+                                "tklGetScreenHeight",
+                                "tklGetScreenWidth",
+                                "tklGetSemiTransparentPicture",
+                                "tklIsKeyDown",
+                                "tklIsMouseButtonDown",
+                                "tklOpenApplicationTopMost",
+                                "tklOpenTopMost",
+                                "tklRoundWindow",
+                                "tklTopMost",
+                                "tklWaitForClassFinished",
+                                "tklWaitForClassStarted",
+                                "tklWindowShadow"}) {
+    list.push_back({name, kWindows, kWindowsToCome});
+  }
+  std::sort(list.begin(), list.end(), [](const UnavailableMember& a, const UnavailableMember& b) {
+    return LessWithoutCase(a.name, b.name);
+  });
+  return list;
+}
+
+}  // namespace
+
+const std::vector<UnavailableMember>& UnavailableMembers() {
+  static const std::vector<UnavailableMember> list = MakeList();
+  return list;
+}
+
+const UnavailableMember* FindUnavailableMember(std::string_view name) {
+  const auto& list = UnavailableMembers();
+  const auto it = std::lower_bound(
+      list.begin(), list.end(), name,
+      [](const UnavailableMember& m, std::string_view n) { return LessWithoutCase(m.name, n); });
+  if (it == list.end() || LessWithoutCase(name, it->name)) return nullptr;
+  return &*it;
+}
+
+}  // namespace norvik50
