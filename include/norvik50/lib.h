@@ -32,6 +32,8 @@
 
 namespace norvik50 {
 
+class PropertyBag;
+
 // The current language (LibLanguageConsts).
 enum LibLanguageConsts : int16_t {
   LANG_NEUTRAL = 0,
@@ -60,6 +62,14 @@ class NORVIK50_EXPORT LIB {
   // The temporary folder (TMPDIR or /tmp, as a Windows-style path), always
   // ending in exactly one "\". Cached on first call. Skip style.
   std::u16string tklTempDir();
+  // (Designed here.) The value this object keeps under sName, Empty when
+  // it keeps none. Names compare as registry value names do (any case,
+  // umlauts included). Style none: 5 for an empty name.
+  Variant tklProperty(std::u16string_view sName) const;
+  // (Designed here.) Keeps vNewValue under sName for the object's life,
+  // replacing what was there; Empty forgets the name. Arrays are copied,
+  // objects kept by reference. Style none: 5 for an empty name.
+  void tklProperty(std::u16string_view sName, const Variant& vNewValue);
   // The library-wide registry base key; "SOFTWARE\VANTEX\Global" while unset.
   std::u16string tklRegKey() const;
   // Sets the base key without any check; "" restores the default.
@@ -505,6 +515,7 @@ class NORVIK50_EXPORT LIB {
   std::u16string system_dir_;  // cache of tklSystemDir
   std::u16string temp_dir_;    // cache of tklTempDir
   std::u16string log_name_;    // current log file name
+  std::unique_ptr<PropertyBag> properties_;  // tklProperty; made on first let
 };
 
 }  // namespace norvik50
