@@ -260,6 +260,19 @@ class NORVIK50_EXPORT LIB {
   // text; 13 or 94 when `value` cannot be converted to text.
   Variant tklGlobalVar(std::u16string_view name, const Variant& value);
 
+  // (Designed here.) sValue encrypted for the current user, as printable
+  // text that a REG_SZ value holds ("nvk1:" and base64); a fresh result
+  // each call. The key is the file HKEY_CURRENT_USER.key beside the user's
+  // settings, made on first use. Style none: 5 for a text longer than 361
+  // characters (its form would not read back through the registry
+  // getters); 70 or 75 for a key file that is not private or is damaged.
+  std::u16string tklEncryptedValue(std::u16string_view sValue);
+  // (Designed here.) The text tklEncryptedValue made sValue from, exactly.
+  // Style none: 5 for a text that is not such a value, was changed, or was
+  // encrypted with another key; 53 when the user has no key file; 70 or
+  // 75 as tklEncryptedValue. Never a guessed text.
+  std::u16string tklDecryptedValue(std::u16string_view sValue);
+
   // ---- Registry ---------------------------------------------------------
   // lRegKey is a root key (RegistryKeys, e.g. HKEY_CURRENT_USER), sRegSubKey
   // a path below it ("SOFTWARE\VANTEX\Global"), "" the key's default value
