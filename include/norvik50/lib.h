@@ -259,6 +259,18 @@ class NORVIK50_EXPORT LIB {
   // Windows-1252, for an empty text to DEFLATE and for a damaged compressed
   // text; 13 or 94 when `value` cannot be converted to text.
   Variant tklGlobalVar(std::u16string_view name, const Variant& value);
+  // (Designed here.) A new object of the library's own kind sName (any
+  // case), for hosts that cannot construct one themselves:
+  //  - "Collection": holding the elements of the array vValue, in order;
+  //  - "XmlDocument": loaded from vValue, XML text when it starts with "<",
+  //    else the path of an XML file;
+  //  - "Resources": a copy of the built-in resource document.
+  // Without vValue (or with Empty or Null) a Collection or document is
+  // empty. Style none: 5 for an unknown name, a value "Resources" does not
+  // take, or XML that is not well-formed; 53 for a missing file; 13 for a
+  // value of the wrong type.
+  std::shared_ptr<HostObject> tklGlobalObj(std::u16string_view sName,
+                                           const std::optional<Variant>& vValue = std::nullopt);
 
   // (Designed here.) sValue encrypted for the current user, as printable
   // text that a REG_SZ value holds ("nvk1:" and base64); a fresh result
