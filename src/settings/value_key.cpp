@@ -70,12 +70,12 @@ void CreateValueKey(const std::string& path) {
     Fail(kErrFileAccess,
          "The folder " + folder + " for the key file cannot be made: " + SystemError(errno));
   }
+  StartCrypto();
   std::string temp = path + ".XXXXXX";
   FileDescriptor fd(::mkstemp(temp.data()));
   if (fd.get() < 0) {
     Fail(kErrFileAccess, "The key file " + path + " cannot be made: " + SystemError(errno));
   }
-  StartCrypto();
   ValueKey fresh;
   randombytes_buf(fresh.data(), kValueKeyBytes);
   const bool written = ::fchmod(fd.get(), 0600) == 0 &&
