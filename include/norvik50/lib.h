@@ -32,6 +32,8 @@
 
 namespace norvik50 {
 
+class PropertyBag;
+
 // The current language (LibLanguageConsts).
 enum LibLanguageConsts : int16_t {
   LANG_NEUTRAL = 0,
@@ -60,6 +62,14 @@ class NORVIK50_EXPORT LIB {
   // The temporary folder (TMPDIR or /tmp, as a Windows-style path), always
   // ending in exactly one "\". Cached on first call. Skip style.
   std::u16string tklTempDir();
+  // (Designed here.) The value this object keeps under sName, Empty when
+  // it keeps none. Names compare as registry value names do (any case,
+  // umlauts included). Style none: 5 for an empty name.
+  Variant tklProperty(std::u16string_view sName) const;
+  // (Designed here.) Keeps vNewValue under sName for the object's life,
+  // replacing what was there; Empty forgets the name. Arrays are copied,
+  // objects kept by reference. Style none: 5 for an empty name.
+  void tklProperty(std::u16string_view sName, const Variant& vNewValue);
   // The library-wide registry base key; "SOFTWARE\VANTEX\Global" while unset.
   std::u16string tklRegKey() const;
   // Sets the base key without any check; "" restores the default.
@@ -249,6 +259,31 @@ class NORVIK50_EXPORT LIB {
   // Windows-1252, for an empty text to DEFLATE and for a damaged compressed
   // text; 13 or 94 when `value` cannot be converted to text.
   Variant tklGlobalVar(std::u16string_view name, const Variant& value);
+  // (Designed here.) A new object of the library's own kind sName (any
+  // case), for hosts that cannot construct one themselves:
+  //  - "Collection": holding the elements of the array vValue, in order;
+  //  - "XmlDocument": loaded from vValue, XML text when it starts with "<",
+  //    else the path of an XML file;
+  //  - "Resources": a copy of the built-in resource document.
+  // Without vValue (or with Empty or Null) a Collection or document is
+  // empty. Style none: 5 for an unknown name, a value "Resources" does not
+  // take, or XML that is not well-formed; 53 for a missing file; 13 for a
+  // value of the wrong type.
+  std::shared_ptr<HostObject> tklGlobalObj(std::u16string_view sName,
+                                           const std::optional<Variant>& vValue = std::nullopt);
+
+  // (Designed here.) sValue encrypted for the current user, as printable
+  // text that a REG_SZ value holds ("nvk1:" and base64); a fresh result
+  // each call. The key is the file HKEY_CURRENT_USER.key beside the user's
+  // settings, made on first use. Style none: 5 for a text longer than 361
+  // characters (its form would not read back through the registry
+  // getters); 70 or 75 for a key file that is not private or is damaged.
+  std::u16string tklEncryptedValue(std::u16string_view sValue);
+  // (Designed here.) The text tklEncryptedValue made sValue from, exactly.
+  // Style none: 5 for a text that is not such a value, was changed, or was
+  // encrypted with another key; 53 when the user has no key file; 70 or
+  // 75 as tklEncryptedValue. Never a guessed text.
+  std::u16string tklDecryptedValue(std::u16string_view sValue);
 
   // ---- Registry ---------------------------------------------------------
   // lRegKey is a root key (RegistryKeys, e.g. HKEY_CURRENT_USER), sRegSubKey
@@ -505,6 +540,7 @@ class NORVIK50_EXPORT LIB {
   std::u16string system_dir_;  // cache of tklSystemDir
   std::u16string temp_dir_;    // cache of tklTempDir
   std::u16string log_name_;    // current log file name
+  std::unique_ptr<PropertyBag> properties_;  // tklProperty; made on first let
 };
 
 }  // namespace norvik50

@@ -23,6 +23,14 @@ void RegisterCoreMembers(MemberTable& table) {
     return Variant();
   }));
 
+  table.Add(DesignedHere(Get("tklProperty", {In("sName", S)}, V,
+                             [](LIB& lib, CallArgs& a) { return lib.tklProperty(a.str(0)); })));
+  table.Add(DesignedHere(
+      Let("tklProperty", {In("sName", S), In("vNewValue", V)}, [](LIB& lib, CallArgs& a) {
+        lib.tklProperty(a.str(0), a[1]);
+        return Variant();
+      })));
+
   table.Add(Method("tklLogAction", {In("sMessage", S), Opt("sLogFileName", S, Variant(u""))},
                    VarType::kEmpty, [](LIB& lib, CallArgs& a) {
                      lib.tklLogAction(a.str(0), a.str(1));

@@ -22,6 +22,12 @@ void RegisterResourceMembers(MemberTable& table) {
                    [](LIB& lib, CallArgs& a) {
                      return Variant(lib.tklResource(a.i32(0), a.str(1), a.str(2)));
                    }));
+  table.Add(DesignedHere(Method("tklGlobalObj", {In("sName", S), OptMissing("vValue", V)}, O,
+                                [](LIB& lib, CallArgs& a) {
+                                  const std::optional<Variant> value =
+                                      a.has(1) ? std::optional<Variant>(a[1]) : std::nullopt;
+                                  return Variant(lib.tklGlobalObj(a.str(0), value));
+                                })));
   table.Add(Method("tklXMLRes",
                    {In("oDOMDoc", O), In("sName", S), Opt("iNumber", I, Variant(int16_t{-1}))}, S,
                    [](LIB& lib, CallArgs& a) {

@@ -56,6 +56,14 @@ void RegisterSettingsMembers(MemberTable& table) {
   table.Add(DesignedHere(Method("tkrFlushKey", {In("lRegKey", L)}, L, [](LIB& lib, CallArgs& a) {
     return Variant(lib.tkrFlushKey(a.i32(0)));
   })));
+  table.Add(DesignedHere(Method("tklEncryptedValue", {In("sValue", S)}, S,
+                                [](LIB& lib, CallArgs& a) {
+                                  return Variant(lib.tklEncryptedValue(a.str(0)));
+                                })));
+  table.Add(DesignedHere(Method("tklDecryptedValue", {In("sValue", S)}, S,
+                                [](LIB& lib, CallArgs& a) {
+                                  return Variant(lib.tklDecryptedValue(a.str(0)));
+                                })));
   table.Add(Method("tkrFindRegKeys", {In("lRegKey", L), In("sRegSubKey", S), Ref("sKeys", A)},
                    VarType::kEmpty, [](LIB& lib, CallArgs& a) {
                      SafeArray keys(VarType::kString);
