@@ -15,6 +15,10 @@ namespace norvik50 {
 // so that a name written under one locale is found under every other.
 std::u16string FoldName(std::u16string_view name);
 
+// One unit of FoldName: what `c` folds to. ASCII is answered without ICU,
+// as path comparisons meet it most.
+char16_t FoldNameUnit(char16_t c);
+
 }  // namespace norvik50
 
 #endif  // NORVIK50_SRC_CORE_NAME_FOLD_H_
