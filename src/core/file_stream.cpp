@@ -46,6 +46,7 @@ int32_t ErrorNumberOf(int error) {
     case EDQUOT:
       return 61;
     case EISDIR:
+    case ENXIO:  // a pipe nobody reads, a device that is not there
       return 75;
     default:
       return 57;

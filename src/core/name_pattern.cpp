@@ -27,7 +27,7 @@ NamePattern::NamePattern(std::u16string_view pattern) {
 }
 
 bool NamePattern::Matches(std::u16string_view name) const {
-  if (tokens_.empty()) return false;
+  if (tokens_.empty() || name.empty()) return false;  // no name is empty
   const std::size_t n = tokens_.size();
   const std::size_t last_dot = name.rfind(u'.');
   // The set of pattern positions reached after each character of the name

@@ -22,7 +22,8 @@ class NamePattern {
   // An empty pattern matches no name (no name is empty).
   explicit NamePattern(std::u16string_view pattern);
 
-  // True when `name` (one name, no separators) matches the whole pattern.
+  // True when `name` (one name, no separators) matches the whole pattern;
+  // false for an empty name.
   [[nodiscard]] bool Matches(std::u16string_view name) const;
 
  private:

@@ -152,6 +152,13 @@ std::u16string_view NameAt(const std::u16string& text, std::size_t at) {
   return std::u16string_view(text).substr(at, text.find(u'\\', at) - at);
 }
 
+// Where the last name of a path under construction (each name followed by
+// "\\") begins; never inside the first `floor` units.
+std::size_t StartOfLastName(const std::u16string& out, std::size_t floor) {
+  const std::size_t cut = out.rfind(u'\\', out.size() - 2);
+  return cut == std::u16string::npos || cut + 1 < floor ? floor : cut + 1;
+}
+
 }  // namespace
 
 bool AppendNormalizedNames(std::u16string& out, std::size_t floor, std::u16string_view rest) {
@@ -160,25 +167,32 @@ bool AppendNormalizedNames(std::u16string& out, std::size_t floor, std::u16strin
     std::size_t end = at;
     while (end < rest.size() && !IsSeparator(rest[end])) ++end;
     std::u16string_view name = rest.substr(at, end - at);
-    const bool last = end == rest.size();
     at = end + 1;
     if (name == u"..") {
       // Back to the separator before the last name, but not into the root.
-      if (out.size() > floor) {
-        const std::size_t cut = out.rfind(u'\\', out.size() - 2);
-        out.resize(cut == std::u16string::npos || cut + 1 < floor ? floor : cut + 1);
-      }
+      if (out.size() > floor) out.resize(StartOfLastName(out, floor));
       continue;
     }
     if (name.empty() || name == u".") continue;
     // One trailing dot goes; "..." and longer runs are names of their own.
     if (name.back() == u'.' && name[name.size() - 2] != u'.') name.remove_suffix(1);
-    if (last) {
-      while (!name.empty() && (name.back() == u'.' || name.back() == u' ')) name.remove_suffix(1);
-      if (name.empty()) continue;
-    }
     out.append(name);
     out.push_back(u'\\');
+  }
+  // The name the path ends in loses its trailing dots and spaces, and goes
+  // when nothing is left of it; whichever name that leaves last is read the
+  // same way, so that a normalized path normalizes to itself. A folder path
+  // ("a. \") keeps them.
+  while (!folder && out.size() > floor) {
+    const std::size_t start = StartOfLastName(out, floor);
+    std::size_t keep = out.size() - 1;
+    while (keep > start && (out[keep - 1] == u'.' || out[keep - 1] == u' ')) --keep;
+    if (keep == out.size() - 1) break;
+    out.resize(keep);
+    if (keep > start) {
+      out.push_back(u'\\');
+      break;
+    }
   }
   return folder;
 }

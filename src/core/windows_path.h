@@ -15,10 +15,10 @@ namespace norvik50 {
 // Appends the names of `rest` (the part of a path below its root) to `out`,
 // each followed by "\": repeated separators count once, "." is dropped,
 // ".." takes back the name before it but never cuts into the first `floor`
-// units of `out` (the root), a name ending in one dot loses it, and the last
-// name loses its trailing dots and spaces ("a.txt. " is "a.txt"; a
-// separator after it keeps them). Returns true when `rest` ends with a
-// separator, i.e. names a folder.
+// units of `out` (the root), a name ending in one dot loses it, and the name
+// the path ends in loses its trailing dots and spaces ("a.txt. " is "a.txt",
+// "a. \." is "a"; a separator after it keeps them). Returns true when
+// `rest` ends with a separator, i.e. names a folder.
 bool AppendNormalizedNames(std::u16string& out, std::size_t floor, std::u16string_view rest);
 
 // The absolute, normalized form of `path`: a drive or share path as it
