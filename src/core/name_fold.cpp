@@ -4,8 +4,7 @@
 
 namespace norvik50 {
 
-char16_t FoldNameUnit(char16_t c) {
-  if (c < 0x80) return (c >= u'A' && c <= u'Z') ? static_cast<char16_t>(c + 32) : c;
+char16_t FoldNonAsciiUnit(char16_t c) {
   // Simple folding with the default (non-Turkic) rules: the same in every
   // locale, and it covers the whole Windows-1252 range, not only ASCII.
   const UChar32 f = u_foldCase(static_cast<UChar32>(c), U_FOLD_CASE_DEFAULT);
