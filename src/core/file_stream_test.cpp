@@ -12,22 +12,14 @@
 #include "norvik50/host.h"
 #include "norvik50/lib.h"
 #include "testing/as_other_user.h"
+#include "testing/error_number.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50 {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The error number `action` raises, 0 when it raises none.
-int32_t ErrorOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using testing::ErrorOf;
 
 std::string AllBytes() {
   std::string bytes;
