@@ -62,8 +62,8 @@ bool LIB::tklChangeToPath(std::u16string_view sPath, std::u16string* sCurrentPat
     changed = ChangeFolder(sPath);
     if (sCurrentPath != nullptr) *sCurrentPath = CurrentFolder();
   } catch (...) {
-    // handler: the folder stays as the failure left it; the caller learns
-    // only that the change did not happen
+    // handler: the answer still says whether the folder changed; only the
+    // report of the current folder was lost
   }
   return changed;
 }
