@@ -103,6 +103,45 @@ class NORVIK50_EXPORT LIB {
   // Splits sFullName into drive, path, file name and extension. Handler
   // style: False (fields as far as set) when it fails.
   bool tklSeparateFile(std::u16string_view sFullName, typFileInfo& tFileInfo);
+  // (Designed here.) sPath as seen from the folder sBasePath (the current
+  // folder when ""): ".\sub\x.txt", "..\..\x.txt", "." for the folder
+  // itself; by the text alone, roots and names compared without case. On
+  // another drive or share the absolute path. "" for an empty sPath. Skip
+  // style: never fails.
+  std::u16string tklGetRelativePath(std::u16string_view sPath, std::u16string_view sBasePath = u"");
+  // (Designed here.) sPath made absolute below the folder sBasePath (the
+  // current folder when ""), "." and ".." resolved, never above the root;
+  // an absolute sPath is only normalized. "" for an empty sPath. Skip style.
+  std::u16string tklGetAbsolutePath(std::u16string_view sPath, std::u16string_view sBasePath = u"");
+  // (Designed here.) Makes the folder sPath, drive included, the process's
+  // current folder. True when it did; False (nothing changed) for an empty
+  // path or one that names no folder that may be entered. *sCurrentPath,
+  // when given, receives the current folder afterwards either way.
+  // Handler style: never fails.
+  bool tklChangeToPath(std::u16string_view sPath, std::u16string* sCurrentPath = nullptr);
+  // (Designed here.) The full path of the first file in sPath (the current
+  // folder when "") whose name matches sPattern ("*.txt", "Res_??.dll"; as
+  // the Windows directory search, without case), in name order, with
+  // bSubFolders also below it (a folder's own files first); "" when none
+  // matches or the folder is missing. Handler style: never fails.
+  std::u16string tklFindFile(std::u16string_view sPath, std::u16string_view sPattern,
+                             bool bSubFolders = false);
+  // (Designed here.) True when sPath exists and has every attribute bit of
+  // lAttributes (1 read-only, 2 hidden, 16 directory, 32 archive, 1024 a
+  // symbolic link; 0 asks only whether it exists). *lActual, when given,
+  // receives all its bits, or -1 when nothing is there. Handler style.
+  bool tklCheckAttributes(std::u16string_view sPath, int32_t lAttributes = 0,
+                          int32_t* lActual = nullptr);
+  // (Designed here.) The whole file sFilename as a text of byte characters
+  // (one per byte, Windows-1252), as tklGlobalVar's DEFLATE and INFLATE
+  // take them. Style none: 52 a name that names no file, 53 missing, 75 a
+  // folder or no regular file, 70 not readable, 7 too large.
+  std::u16string tklFileStream(std::u16string_view sFilename);
+  // (Designed here.) Makes the file sFilename hold the bytes of sData,
+  // created when missing. Style none: 5 (file untouched) for a character
+  // without a byte, 52, 76 missing folder, 75, 70 not writable, 61 disk
+  // full (old content kept).
+  void tklFileStream(std::u16string_view sFilename, std::u16string_view sData);
 
   // ---- Text toolkit -----------------------------------------------------
   // Positions are 1-based UTF-16 units, 0 = not found. sFind is an
