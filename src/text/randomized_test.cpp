@@ -14,7 +14,9 @@
 #include "text/bubble_sort.h"
 #include "text/collation.h"
 #include "text/reference_forms_for_tests.h"
+#include "text/numeric_word.h"
 #include "text/replace.h"
+#include "text/replace_ext.h"
 #include "text/search.h"
 #include "text/signs.h"
 #include "text/split.h"
@@ -219,6 +221,68 @@ TEST_F(RandomizedTest, ReplaceEmptyAlternativeWithText) {
     ASSERT_EQ(Capture([&] { return ReplaceInString(s, f, with, 1, true, false, true, word); }),
               Capture([&] { return ref::ReplaceInString(s, f, with, 1, false, true, word); }))
         << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f);
+  }
+}
+
+// Where the two replace members' arguments meet, the extended one answers
+// exactly as the plain one: the double-quote pair as its quote rule, no
+// pairs as no rule, the numeric rules off.
+TEST_F(RandomizedTest, ExtendedReplaceAnswersAsReplaceWhereTheyMeet) {
+  Generator g(11);
+  for (int round = 0; round < 20000; ++round) {
+    const u16string s = g.Source(30);
+    const u16string f = g.Find();
+    const u16string with = g.From(u"xA\" ,", 0, 2);
+    if (HasEmptyAlternative(f) && !with.empty()) continue;  // see Replace
+    const int start = g.Start(s);
+    const bool at_beginning = g.Int(0, 4) == 0, quotes = g.Flag(), word = g.Flag();
+    ExtendedReplaceRules rules;
+    rules.only_at_beginning = at_beginning;
+    rules.whole_word = word;
+    rules.not_in_signs = quotes ? u"\"\"" : u"";
+    ASSERT_EQ(Capture([&] { return ReplaceInStringExt(s, f, with, start, rules); }),
+              Capture([&] {
+                return ReplaceInString(s, f, with, start, true, at_beginning, quotes, word);
+              }))
+        << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f) << " -> "
+        << ::testing::PrintToString(with) << " start " << start << " begin " << at_beginning
+        << " quotes " << quotes << " word " << word;
+  }
+}
+
+// Every rule at once, in both number notations, against the step-by-step
+// form: texts crowded with digits, separators, signs, quotes and brackets.
+TEST_F(RandomizedTest, ExtendedReplaceFollowsItsRules) {
+  static const std::u16string_view kPairs[] = {u"",       u"\"\"",    u"()",  u"''|()", u"\"\"|)(",
+                                               u"(|[]", u"((",    u"1.", u"()|\"\"|''"};
+  Generator g(12);
+  for (const char* tag : {"de-DE", "en-US"}) {
+    norvik50::testing::ScopedLocale locale(tag);
+    const Locale& loc = CurrentLocale();
+    for (int round = 0; round < 15000; ++round) {
+      const u16string s = g.From(u"12 0.,-a\"'()[]x", 0, 30);
+      u16string f = g.From(u"1.,a(\"", 1, 2);
+      if (g.Flag()) f += u"|" + g.From(u"02x'", 1, 2);
+      const u16string with = g.From(u"9,.\"()", 0, 2);
+      const int start = g.Start(s);
+      const bool at_beginning = g.Int(0, 5) == 0, word = g.Flag();
+      const bool not_numeric = g.Int(0, 2) == 0, only_numeric = g.Int(0, 2) == 0;
+      const std::u16string_view pairs = kPairs[g.Int(0, 8)];
+      const ExtendedReplaceRules rules{at_beginning, word, not_numeric, only_numeric, pairs};
+      const auto numeric = [&](int64_t at, int64_t len) {
+        return ref::InNumericWord(s, at, len, loc.decimal, loc.thousands,
+                                  [](std::u16string_view w) { return IsNumericWord(w); });
+      };
+      ASSERT_EQ(Capture([&] { return ReplaceInStringExt(s, f, with, start, rules); }),
+                Capture([&] {
+                  return ref::ReplaceInStringExt(s, f, with, start, at_beginning, word,
+                                                 not_numeric, only_numeric, pairs, numeric);
+                }))
+          << tag << " " << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f)
+          << " -> " << ::testing::PrintToString(with) << " start " << start << " begin "
+          << at_beginning << " word " << word << " not/only numeric " << not_numeric
+          << only_numeric << " pairs " << ::testing::PrintToString(u16string(pairs));
+    }
   }
 }
 
