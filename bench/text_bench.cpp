@@ -24,6 +24,7 @@
 #include "norvik50/variant.h"
 #include "text/bubble_sort.h"
 #include "text/replace.h"
+#include "text/replace_ext.h"
 #include "text/search.h"
 #include "text/signs.h"
 #include "text/split.h"
@@ -206,6 +207,25 @@ void BM_ReplaceInStringWordsAndAlternatives(benchmark::State& state) {
   }
 }
 
+// The extended replace at its defaults (no pair protects, no numeric rule),
+// with the double-quote pair (the plain replace's defaults), and with every
+// rule at work: two pairs and the numeric words.
+void BM_ReplaceInStringExt(benchmark::State& state) {
+  const u16string& text = ManyMatches(Scale(state));
+  const ExtendedReplaceRules rules;
+  for (auto _ : state) benchmark::DoNotOptimize(ReplaceInStringExt(text, u"a", u"b", 1, rules));
+}
+void BM_ReplaceInStringExtQuotes(benchmark::State& state) {
+  const u16string& text = ManyMatches(Scale(state));
+  const ExtendedReplaceRules rules{.not_in_signs = u"\"\""};
+  for (auto _ : state) benchmark::DoNotOptimize(ReplaceInStringExt(text, u"a", u"b", 1, rules));
+}
+void BM_ReplaceInStringExtAllRules(benchmark::State& state) {
+  const u16string& text = ManyMatches(Scale(state));
+  const ExtendedReplaceRules rules{.not_numeric = true, .not_in_signs = u"\"\"|()"};
+  for (auto _ : state) benchmark::DoNotOptimize(ReplaceInStringExt(text, u"a", u"b", 1, rules));
+}
+
 // ---- cut and splice -------------------------------------------------------
 
 void BM_GetSubString(benchmark::State& state) {
@@ -285,6 +305,9 @@ TEXT_BENCH(BM_IsInSigns);
 TEXT_BENCH(BM_StdReplaceAll);
 TEXT_BENCH(BM_ReplaceInString);
 TEXT_BENCH(BM_ReplaceInStringWordsAndAlternatives);
+TEXT_BENCH(BM_ReplaceInStringExt);
+TEXT_BENCH(BM_ReplaceInStringExtQuotes);
+TEXT_BENCH(BM_ReplaceInStringExtAllRules);
 TEXT_BENCH(BM_StdCopy);
 TEXT_BENCH(BM_GetSubString);
 TEXT_BENCH(BM_SeparateString);
@@ -319,6 +342,12 @@ void PrintSummary(const norvik50::bench::BestTimeReporter& r) {
       {"tklReplaceInString, 20000 matches", "BM_ReplaceInString", "BM_StdReplaceAll", "<= 3x loop"},
       {"tklReplaceInString, words+alternatives", "BM_ReplaceInStringWordsAndAlternatives",
        "BM_StdReplaceAll", ""},
+      {"tklReplaceInStringExt, defaults", "BM_ReplaceInStringExt", "BM_ReplaceInString",
+       "<= 1.2x replace"},
+      {"tklReplaceInStringExt, \"\" pair", "BM_ReplaceInStringExtQuotes", "BM_ReplaceInString",
+       ""},
+      {"tklReplaceInStringExt, 2 pairs+numbers", "BM_ReplaceInStringExtAllRules",
+       "BM_ReplaceInString", ""},
       {"tklGetSubString (copies the rest)", "BM_GetSubString", "BM_StdCopy", ""},
       {"tklSeparateString (copies the rest)", "BM_SeparateString", "BM_StdCopy", ""},
       {"tklMid let, 2 splices", "BM_MidLet", "BM_StdCopy", ""},
