@@ -68,8 +68,7 @@ void CheckReplace(const std::vector<u16string>& f, uint8_t flags, int start) {
   Outcome([&] { return ReplaceInStringExt(f[0], f[1], f[2], start, rules); });
   rules.not_numeric = rules.only_numeric = false;
   rules.not_in_signs = quotes ? u"\"\"" : u"";
-  Check(Outcome([&] { return ReplaceInStringExt(f[0], f[1], f[2], start, rules); }) ==
-        Outcome([&] {
+  Check(Outcome([&] { return ReplaceInStringExt(f[0], f[1], f[2], start, rules); }) == Outcome([&] {
           return ReplaceInString(f[0], f[1], f[2], start, true, at_beginning, quotes, whole_word);
         }));
 }
@@ -85,7 +84,8 @@ void CheckCalls(const u16string& source, const u16string& name, bool ignore_case
   std::vector<u16string> arguments;
   if (SeparateFunction(source, function, arguments)) {
     Check(!function.empty());
-    Check(arguments.size() <= static_cast<std::size_t>(std::count(source.begin(), source.end(), u',')) + 1);
+    Check(arguments.size() <=
+          static_cast<std::size_t>(std::count(source.begin(), source.end(), u',')) + 1);
   }
 }
 

@@ -38,12 +38,12 @@ TEST(PhraseWithoutBrackets, TakesOutOutermostPairs) {
       {u"Müller (Kunde) GmbH", u"Müller GmbH"},  // the blanks before a pair go with it
       {u"f(x)", u"f"},
       {u"a(b)c", u"ac"},
-      {u"(a) b (c)", u"b"},                      // trimmed at both ends
-      {u"a (b (c) d) e", u"a e"},                // nested pairs go with the outer one
-      {u"a (b", u"a (b"},                        // no partner: kept
-      {u"a) b", u"a) b"},                        //
-      {u"x \"(y)\" (z)", u"x \"(y)\""},          // literals are kept whole
-      {u"  plain  ", u"plain"},                  //
+      {u"(a) b (c)", u"b"},              // trimmed at both ends
+      {u"a (b (c) d) e", u"a e"},        // nested pairs go with the outer one
+      {u"a (b", u"a (b"},                // no partner: kept
+      {u"a) b", u"a) b"},                //
+      {u"x \"(y)\" (z)", u"x \"(y)\""},  // literals are kept whole
+      {u"  plain  ", u"plain"},          //
       {u"", u""},
   };
   for (const Case& c : cases) {

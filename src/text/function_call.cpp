@@ -69,18 +69,18 @@ bool ExtractExpression(std::u16string_view source, std::u16string_view name, boo
   const Haystack hay(source, ignore_case);
   const std::u16string needle = hay.Needle(std::u16string(name) + u"(");
   std::optional<std::vector<BracketPair>> pairs;  // found at the first candidate
-  int parity = 0;          // double quotes before `counted`
+  int parity = 0;                                 // double quotes before `counted`
   std::size_t counted = 0;
   for (std::size_t i = hay.Find(needle, 0); i != Haystack::npos; i = hay.Find(needle, i + 1)) {
     parity ^= QuoteParity(source.substr(counted, i - counted));
     counted = i;
-    if (parity != 0) continue;                          // inside a literal
-    if (i > 0 && IsNameUnit(source[i - 1])) continue;   // the end of a longer name
+    if (parity != 0) continue;                         // inside a literal
+    if (i > 0 && IsNameUnit(source[i - 1])) continue;  // the end of a longer name
     if (!pairs) pairs = CompleteBracketPairs(source);
     const std::size_t open = i + name.size();
-    const auto pair = std::lower_bound(
-        pairs->begin(), pairs->end(), open,
-        [](const BracketPair& p, std::size_t index) { return p.open < index; });
+    const auto pair =
+        std::lower_bound(pairs->begin(), pairs->end(), open,
+                         [](const BracketPair& p, std::size_t index) { return p.open < index; });
     if (pair == pairs->end() || pair->open != open) continue;  // never closes
     Cut(source, i, open, pair->close, out);
     return true;

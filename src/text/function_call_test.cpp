@@ -31,11 +31,17 @@ TEST(ExtractExpression, FirstPairOrNamedCall) {
       // closes stops the search.
       {u"f(a g(b)", u"", true, false, {}},
       // A named call: a whole name, outside literals, whose bracket closes.
-      {u"MyRound(1) + round(2)", u"Round", true, true,
+      {u"MyRound(1) + round(2)",
+       u"Round",
+       true,
+       true,
        {u"round(2)", u"MyRound(1) + ", u"", u"round"}},
       {u"MyRound(1) + round(2)", u"Round", false, false, {}},
       {u"\"Round(1)\" & Round(2", u"Round", true, false, {}},
-      {u"\"Round(1)\" & Round(2)", u"Round", true, true,
+      {u"\"Round(1)\" & Round(2)",
+       u"Round",
+       true,
+       true,
        {u"Round(2)", u"\"Round(1)\" & ", u"", u"Round"}},
       {u"f(a Round(b)", u"round", true, true, {u"Round(b)", u"f(a ", u"", u"Round"}},
       {u"x.Round(1)", u"Round", true, false, {}},  // a method of x, not the function
@@ -66,8 +72,8 @@ TEST(SeparateFunction, NameAndArguments) {
   const Case cases[] = {
       {u"Round(a, 2)", true, u"Round", {u"a", u"2"}},
       {u"  Format(x, \"a,b\")  ", true, u"Format", {u"x", u"\"a,b\""}},  // literals whole
-      {u"f(g(a, b), c)", true, u"f", {u"g(a, b)", u"c"}},                 // nested calls whole
-      {u"f(a, , c)", true, u"f", {u"a", u"", u"c"}},                      // an omitted argument
+      {u"f(g(a, b), c)", true, u"f", {u"g(a, b)", u"c"}},                // nested calls whole
+      {u"f(a, , c)", true, u"f", {u"a", u"", u"c"}},                     // an omitted argument
       {u"f(a,)", true, u"f", {u"a", u""}},
       {u"f()", true, u"f", {}},
       {u"f(   )", true, u"f", {}},

@@ -182,10 +182,10 @@ TEST_F(TextMembersTest, DesignedHereMembersByName) {
   InvokeResult r = Invoke(lib_, "tklReplaceInStringExt",
                           Args{Variant(u"a \"a\" (a)"), Variant(u"A"), Variant(u"x")});
   EXPECT_EQ(r.result->as_string(), u"x \"x\" (x)");
-  r = Invoke(lib_, "tklReplaceInStringExt",
-             Args{Variant(u"a1 1,500 (a)"), Variant(u"a|1"), Variant(u"x"), std::nullopt,
-                  std::nullopt, std::nullopt, std::nullopt, Variant(true), std::nullopt,
-                  Variant(u"()")});
+  r = Invoke(
+      lib_, "tklReplaceInStringExt",
+      Args{Variant(u"a1 1,500 (a)"), Variant(u"a|1"), Variant(u"x"), std::nullopt, std::nullopt,
+           std::nullopt, std::nullopt, Variant(true), std::nullopt, Variant(u"()")});
   EXPECT_EQ(r.result->as_string(), u"xx 1,500 (a)");
 
   r = Invoke(lib_, "tklExtractExpression",
@@ -196,8 +196,8 @@ TEST_F(TextMembersTest, DesignedHereMembersByName) {
   EXPECT_EQ(r.by_ref.at(2).as_string(), u"y = ");
   EXPECT_EQ(r.by_ref.at(3).as_string(), u" + 1");
   EXPECT_EQ(r.by_ref.at(4).as_string(), u"round");
-  r = Invoke(lib_, "tklExtractExpression", Args{Variant(u"none"), Variant(u"E"), Variant(u"B"),
-                                                Variant(u"A")});
+  r = Invoke(lib_, "tklExtractExpression",
+             Args{Variant(u"none"), Variant(u"E"), Variant(u"B"), Variant(u"A")});
   EXPECT_EQ(r.result->as_boolean(), kFalse);
   EXPECT_TRUE(r.by_ref.empty());
 

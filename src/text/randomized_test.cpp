@@ -13,8 +13,8 @@
 #include "testing/temp_folder.h"
 #include "text/bubble_sort.h"
 #include "text/collation.h"
-#include "text/reference_forms_for_tests.h"
 #include "text/numeric_word.h"
+#include "text/reference_forms_for_tests.h"
 #include "text/replace.h"
 #include "text/replace_ext.h"
 #include "text/search.h"
@@ -240,8 +240,7 @@ TEST_F(RandomizedTest, ExtendedReplaceAnswersAsReplaceWhereTheyMeet) {
     rules.only_at_beginning = at_beginning;
     rules.whole_word = word;
     rules.not_in_signs = quotes ? u"\"\"" : u"";
-    ASSERT_EQ(Capture([&] { return ReplaceInStringExt(s, f, with, start, rules); }),
-              Capture([&] {
+    ASSERT_EQ(Capture([&] { return ReplaceInStringExt(s, f, with, start, rules); }), Capture([&] {
                 return ReplaceInString(s, f, with, start, true, at_beginning, quotes, word);
               }))
         << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f) << " -> "
@@ -253,8 +252,8 @@ TEST_F(RandomizedTest, ExtendedReplaceAnswersAsReplaceWhereTheyMeet) {
 // Every rule at once, in both number notations, against the step-by-step
 // form: texts crowded with digits, separators, signs, quotes and brackets.
 TEST_F(RandomizedTest, ExtendedReplaceFollowsItsRules) {
-  static const std::u16string_view kPairs[] = {u"",       u"\"\"",    u"()",  u"''|()", u"\"\"|)(",
-                                               u"(|[]", u"((",    u"1.", u"()|\"\"|''"};
+  static const std::u16string_view kPairs[] = {u"",     u"\"\"", u"()", u"''|()",     u"\"\"|)(",
+                                               u"(|[]", u"((",   u"1.", u"()|\"\"|''"};
   Generator g(12);
   for (const char* tag : {"de-DE", "en-US"}) {
     norvik50::testing::ScopedLocale locale(tag);
@@ -273,15 +272,14 @@ TEST_F(RandomizedTest, ExtendedReplaceFollowsItsRules) {
         return ref::InNumericWord(s, at, len, loc.decimal, loc.thousands,
                                   [](std::u16string_view w) { return IsNumericWord(w); });
       };
-      ASSERT_EQ(Capture([&] { return ReplaceInStringExt(s, f, with, start, rules); }),
-                Capture([&] {
-                  return ref::ReplaceInStringExt(s, f, with, start, at_beginning, word,
-                                                 not_numeric, only_numeric, pairs, numeric);
+      ASSERT_EQ(Capture([&] { return ReplaceInStringExt(s, f, with, start, rules); }), Capture([&] {
+                  return ref::ReplaceInStringExt(s, f, with, start, at_beginning, word, not_numeric,
+                                                 only_numeric, pairs, numeric);
                 }))
           << tag << " " << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f)
           << " -> " << ::testing::PrintToString(with) << " start " << start << " begin "
-          << at_beginning << " word " << word << " not/only numeric " << not_numeric
-          << only_numeric << " pairs " << ::testing::PrintToString(u16string(pairs));
+          << at_beginning << " word " << word << " not/only numeric " << not_numeric << only_numeric
+          << " pairs " << ::testing::PrintToString(u16string(pairs));
     }
   }
 }

@@ -257,9 +257,9 @@ bool InNumericWord(View source, int64_t at, int64_t len, char16_t decimal, char1
 // match put to the sign pairs (in the text under edit) and to the numeric
 // word test (in the source). `numeric(at, len)` is that test.
 template <typename Numeric>
-Text ReplaceInStringExt(View source, View find, View replace, int64_t start,
-                        bool only_at_beginning, bool whole_word, bool not_numeric,
-                        bool only_numeric, View not_in_signs, Numeric numeric) {
+Text ReplaceInStringExt(View source, View find, View replace, int64_t start, bool only_at_beginning,
+                        bool whole_word, bool not_numeric, bool only_numeric, View not_in_signs,
+                        Numeric numeric) {
   const auto spared_as_number = [&](int64_t at, int64_t len) {
     if (!not_numeric && !only_numeric) return false;
     const bool is_number = numeric(at, len);
@@ -288,7 +288,8 @@ Text ReplaceInStringExt(View source, View find, View replace, int64_t start,
       }
     }
     // The rest of the text under edit is the unedited end of the source.
-    const int64_t at = pos - 1 - (static_cast<int64_t>(s.size()) - static_cast<int64_t>(source.size()));
+    const int64_t at =
+        pos - 1 - (static_cast<int64_t>(s.size()) - static_cast<int64_t>(source.size()));
     return spared_as_number(at, len);
   };
   int16_t st = I16(start);

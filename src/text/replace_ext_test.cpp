@@ -92,9 +92,9 @@ TEST(ReplaceInStringExt, SharedRulesOfThePlainReplace) {
             u"cat concat dog");
   // Only a leading term, once; the numeric rules still apply to it.
   EXPECT_EQ(ReplaceInStringExt(u"  1 1", u"1", u"2", 1, {.only_at_beginning = true}), u"  2 1");
-  EXPECT_EQ(ReplaceInStringExt(u"1 1", u"1", u"2", 1,
-                               {.only_at_beginning = true, .not_numeric = true}),
-            u"1 1");
+  EXPECT_EQ(
+      ReplaceInStringExt(u"1 1", u"1", u"2", 1, {.only_at_beginning = true, .not_numeric = true}),
+      u"1 1");
   EXPECT_EQ(ReplaceInStringExt(u"(a) a", u"(", u"[", 1,
                                {.only_at_beginning = true, .not_in_signs = u"()"}),
             u"[a) a");

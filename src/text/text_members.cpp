@@ -148,9 +148,9 @@ void RegisterTextMembers(MemberTable& table) {
        Opt("bWholeWord", B, Variant(false), true), Opt("bNotNumVals", B, Variant(false), true),
        Opt("bOnlyNumVals", B, Variant(false), true), Opt("sNotInSigns", S, Variant(u""), true)},
       S, [](LIB& lib, CallArgs& a) {
-        return Variant(lib.tklReplaceInStringExt(a.str(0), a.str(1), a.str(2), a.i16(3),
-                                                 a.flag(4), a.flag(5), a.flag(6), a.flag(7),
-                                                 a.flag(8), a.str(9)));
+        return Variant(lib.tklReplaceInStringExt(a.str(0), a.str(1), a.str(2), a.i16(3), a.flag(4),
+                                                 a.flag(5), a.flag(6), a.flag(7), a.flag(8),
+                                                 a.str(9)));
       })));
   table.Add(DesignedHere(Method(
       "tklExtractExpression",
@@ -169,22 +169,21 @@ void RegisterTextMembers(MemberTable& table) {
         }
         return Variant(found);
       })));
-  table.Add(DesignedHere(Method("tklPhraseWithoutBrackets", {In("sSource", S)}, S,
-                                [](LIB& lib, CallArgs& a) {
-                                  return Variant(lib.tklPhraseWithoutBrackets(a.str(0)));
-                                })));
   table.Add(DesignedHere(Method(
-      "tklSeparateFunction", {In("sSource", S), Ref("sFunction", S), Ref("vArguments", V)}, B,
-      [](LIB& lib, CallArgs& a) {
-        std::u16string function = a.str(1);
-        SafeArray arguments(VarType::kString);
-        const bool found = lib.tklSeparateFunction(a.str(0), function, arguments);
-        if (found) {
-          WriteBack(a, 1, Variant(function));
-          WriteBack(a, 2, Variant(std::move(arguments)));
-        }
-        return Variant(found);
-      })));
+      "tklPhraseWithoutBrackets", {In("sSource", S)}, S,
+      [](LIB& lib, CallArgs& a) { return Variant(lib.tklPhraseWithoutBrackets(a.str(0))); })));
+  table.Add(DesignedHere(
+      Method("tklSeparateFunction", {In("sSource", S), Ref("sFunction", S), Ref("vArguments", V)},
+             B, [](LIB& lib, CallArgs& a) {
+               std::u16string function = a.str(1);
+               SafeArray arguments(VarType::kString);
+               const bool found = lib.tklSeparateFunction(a.str(0), function, arguments);
+               if (found) {
+                 WriteBack(a, 1, Variant(function));
+                 WriteBack(a, 2, Variant(std::move(arguments)));
+               }
+               return Variant(found);
+             })));
   table.Add(DesignedHere(Method("tklIsNumericWord", {In("sWord", S)}, B, [](LIB& lib, CallArgs& a) {
     return Variant(lib.tklIsNumericWord(a.str(0)));
   })));
