@@ -202,37 +202,6 @@ inline int64_t CountSubString(View src, View find, int64_t start, bool ignore_ca
   return CountSubStringExt(src, find, start, ignore_case, u"");
 }
 
-inline Text ReplaceInString(View source, View find, View replace, int64_t start,
-                            bool only_at_beginning, bool not_in_signs, bool whole_word) {
-  Text s(source);
-  Text found;
-  if (only_at_beginning) {
-    if (FindSubString(Trim(s), find, 1, true, true, whole_word, &found) == 1) {
-      const int64_t pos = FindSubString(s, find, 1, true, true, whole_word, &found);
-      s = Left(s, pos - 1) + Text(replace) + MidFrom(s, pos + found.size());
-    }
-    return s;
-  }
-  int16_t st = I16(start);
-  do {
-    const int64_t pos = FindSubString(s, find, st, true, true, whole_word, &found);
-    if (pos <= 0) break;
-    const Text left = Left(s, pos - 1);
-    const int64_t quotes = CountSubString(left, u"\"", 1, true);
-    if (not_in_signs && quotes % 2 != 0) {
-      st = I16(pos + 1);
-    } else {
-      Text next = left + Text(replace) + MidFrom(s, pos + found.size());
-      const int16_t next_start = I16(pos + static_cast<int64_t>(replace.size()));
-      // The same text and start again: the loop would never end.
-      if (next == s && next_start == st) throw Error(kErrOverflow);
-      s = std::move(next);
-      st = next_start;
-    }
-  } while (st > 0);
-  return s;
-}
-
 // Whether the match at 0-based `at` of `source` stands in a numeric word:
 // the match widened over the units that are no separators and over the
 // decimal and thousands separators that stand between two digits.
@@ -307,6 +276,15 @@ Text ReplaceInStringExt(View source, View find, View replace, int64_t start, boo
     }
   } while (st > 0);
   return s;
+}
+
+// The plain replace is the extended one with the double-quote pair or none
+// and no numeric rule.
+inline Text ReplaceInString(View source, View find, View replace, int64_t start,
+                            bool only_at_beginning, bool not_in_signs, bool whole_word) {
+  return ReplaceInStringExt(source, find, replace, start, only_at_beginning, whole_word, false,
+                            false, not_in_signs ? u"\"\"" : u"",
+                            [](int64_t, int64_t) { return false; });
 }
 
 inline Text GetSubString(View source, View before, View after, bool ignore_case, bool whole_word) {
