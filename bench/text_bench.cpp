@@ -92,6 +92,18 @@ const u16string& OneNeedle(int scale) {
   return s;
 }
 
+// 15,000 matches of «a» in the first 30,000 units, a third of them in
+// brackets («(aa)a.» repeated), then filler.
+const u16string& BracketedMatches(int scale) {
+  static std::map<int, u16string> cache;
+  u16string& s = cache[scale];
+  if (s.empty()) {
+    for (int k = 0; k < 5000; ++k) s += u"(aa)a.";
+    s += Filler(kUnits * scale - s.size(), 17);
+  }
+  return s;
+}
+
 const u16string& Plain(int scale) {
   static std::map<int, u16string> cache;
   u16string& s = cache[scale];
@@ -209,7 +221,8 @@ void BM_ReplaceInStringWordsAndAlternatives(benchmark::State& state) {
 
 // The extended replace at its defaults (no pair protects, no numeric rule),
 // with the double-quote pair (the plain replace's defaults), and with every
-// rule at work: two pairs and the numeric words.
+// rule at work (two pairs and the numeric words) on a text with brackets,
+// beside the plain replace on that text.
 void BM_ReplaceInStringExt(benchmark::State& state) {
   const u16string& text = ManyMatches(Scale(state));
   const ExtendedReplaceRules rules;
@@ -220,8 +233,12 @@ void BM_ReplaceInStringExtQuotes(benchmark::State& state) {
   const ExtendedReplaceRules rules{.not_in_signs = u"\"\""};
   for (auto _ : state) benchmark::DoNotOptimize(ReplaceInStringExt(text, u"a", u"b", 1, rules));
 }
+void BM_ReplaceInStringBracketed(benchmark::State& state) {
+  const u16string& text = BracketedMatches(Scale(state));
+  for (auto _ : state) benchmark::DoNotOptimize(ReplaceInString(text, u"a", u"b"));
+}
 void BM_ReplaceInStringExtAllRules(benchmark::State& state) {
-  const u16string& text = ManyMatches(Scale(state));
+  const u16string& text = BracketedMatches(Scale(state));
   const ExtendedReplaceRules rules{.not_numeric = true, .not_in_signs = u"\"\"|()"};
   for (auto _ : state) benchmark::DoNotOptimize(ReplaceInStringExt(text, u"a", u"b", 1, rules));
 }
@@ -307,6 +324,7 @@ TEXT_BENCH(BM_ReplaceInString);
 TEXT_BENCH(BM_ReplaceInStringWordsAndAlternatives);
 TEXT_BENCH(BM_ReplaceInStringExt);
 TEXT_BENCH(BM_ReplaceInStringExtQuotes);
+TEXT_BENCH(BM_ReplaceInStringBracketed);
 TEXT_BENCH(BM_ReplaceInStringExtAllRules);
 TEXT_BENCH(BM_StdCopy);
 TEXT_BENCH(BM_GetSubString);
@@ -345,8 +363,9 @@ void PrintSummary(const norvik50::bench::BestTimeReporter& r) {
       {"tklReplaceInStringExt, defaults", "BM_ReplaceInStringExt", "BM_ReplaceInString",
        "<= 1.2x replace"},
       {"tklReplaceInStringExt, \"\" pair", "BM_ReplaceInStringExtQuotes", "BM_ReplaceInString", ""},
+      {"tklReplaceInString, bracketed text", "BM_ReplaceInStringBracketed", "BM_StdReplaceAll", ""},
       {"tklReplaceInStringExt, 2 pairs+numbers", "BM_ReplaceInStringExtAllRules",
-       "BM_ReplaceInString", ""},
+       "BM_ReplaceInStringBracketed", "bracketed text"},
       {"tklGetSubString (copies the rest)", "BM_GetSubString", "BM_StdCopy", ""},
       {"tklSeparateString (copies the rest)", "BM_SeparateString", "BM_StdCopy", ""},
       {"tklMid let, 2 splices", "BM_MidLet", "BM_StdCopy", ""},

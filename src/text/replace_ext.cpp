@@ -106,10 +106,28 @@ struct QuoteTracker {
 };
 
 // A bracket pair: IsInSigns on the text under edit, its left walk kept as
-// the text grows, its right walk over the unedited rest of the source.
-struct BracketTracker {
-  LeftSignWalk left;
-  SignProfile right;
+// the text grows, its right walk over the unedited rest of the source. The
+// right side is only asked after an odd left walk, so its profile of the
+// whole source is made then, and a text without brackets never pays for it.
+class BracketTracker {
+ public:
+  BracketTracker(std::u16string_view source, std::u16string_view pair)
+      : source_(source), pair_(pair), left_(pair) {}
+  void Add(std::u16string_view units) { left_.Add(units); }
+  void Add(char16_t unit) { left_.Add(unit); }
+  // Whether the span ending before 1-based `first_after` lies between the
+  // signs; the caller has checked that a unit stands on either side.
+  bool Encloses(std::size_t first_after) {
+    if (!left_.Odd()) return false;
+    if (!right_) right_.emplace(source_, pair_);
+    return right_->RightOdd(first_after);
+  }
+
+ private:
+  std::u16string_view source_;
+  std::u16string_view pair_;
+  LeftSignWalk left_;
+  std::optional<SignProfile> right_;
 };
 
 class ExtendedJudge final : public MatchJudge {
@@ -122,7 +140,7 @@ class ExtendedJudge final : public MatchJudge {
       if (pair[0] == pair[1]) {
         quotes_.push_back(QuoteTracker{pair[0]});
       } else {
-        brackets_.push_back(BracketTracker{LeftSignWalk(pair), SignProfile(source, pair)});
+        brackets_.emplace_back(source, pair);
       }
     }
     if (HasNumericRule(rules)) words_.emplace(source);
@@ -130,7 +148,7 @@ class ExtendedJudge final : public MatchJudge {
 
   void Begin(std::u16string_view prefix) override {
     for (QuoteTracker& q : quotes_) q.parity = q.Parity(prefix);
-    for (BracketTracker& b : brackets_) b.left.Add(prefix);
+    for (BracketTracker& b : brackets_) b.Add(prefix);
     passed_ = prefix.size();
   }
 
@@ -144,8 +162,8 @@ class ExtendedJudge final : public MatchJudge {
     // IsInSigns needs a unit on each side of a non-empty span.
     const bool walkable = passed_ >= 1 && len >= 1 && at + len < source_.size();
     for (BracketTracker& b : brackets_) {
-      b.left.Add(gap);
-      spare = spare || (walkable && b.left.Odd() && b.right.RightOdd(at + len + 1));
+      b.Add(gap);
+      spare = spare || (walkable && b.Encloses(at + len + 1));
     }
     if (!spare && words_) spare = SparedAsNumber(words_->Contains(at, len), rules_);
     return spare;
@@ -153,13 +171,13 @@ class ExtendedJudge final : public MatchJudge {
 
   void Kept(char16_t unit) override {
     for (QuoteTracker& q : quotes_) q.parity = q.left_parity ^ (unit == q.sign ? 1 : 0);
-    for (BracketTracker& b : brackets_) b.left.Add(unit);
+    for (BracketTracker& b : brackets_) b.Add(unit);
     passed_ += 1;
   }
 
   void Replaced() override {
     for (QuoteTracker& q : quotes_) q.parity = q.left_parity ^ q.Parity(replace_);
-    for (BracketTracker& b : brackets_) b.left.Add(replace_);
+    for (BracketTracker& b : brackets_) b.Add(replace_);
     passed_ += replace_.size();
   }
 
