@@ -17,6 +17,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "best_time_reporter.h"
@@ -67,17 +68,20 @@ u16string Filler(std::size_t size, uint32_t seed) {
   return s;
 }
 
-// 20,000 single-unit matches of «a» in the first 30,000 units («aa.»
-// repeated), then filler.
-const u16string& ManyMatches(int scale) {
-  static std::map<int, u16string> cache;
-  u16string& s = cache[scale];
+// `piece` repeated `times`, then filler up to the scaled size; made once.
+const u16string& PiecesThenFiller(u16string_view piece, int times, int scale) {
+  static std::map<std::pair<u16string, int>, u16string> cache;
+  u16string& s = cache[{u16string(piece), scale}];
   if (s.empty()) {
-    for (int k = 0; k < 10000; ++k) s += u"aa.";
+    for (int k = 0; k < times; ++k) s += piece;
     s += Filler(kUnits * scale - s.size(), 7);
   }
   return s;
 }
+
+// 20,000 single-unit matches of «a» in the first 30,000 units («aa.»
+// repeated), then filler.
+const u16string& ManyMatches(int scale) { return PiecesThenFiller(u"aa.", 10000, scale); }
 
 // Filler with one «needle» at position 32000 (the far end of what a 16-bit
 // search can report) and, for the last-occurrence search, one at 100.
@@ -94,15 +98,7 @@ const u16string& OneNeedle(int scale) {
 
 // 15,000 matches of «a» in the first 30,000 units, a third of them in
 // brackets («(aa)a.» repeated), then filler.
-const u16string& BracketedMatches(int scale) {
-  static std::map<int, u16string> cache;
-  u16string& s = cache[scale];
-  if (s.empty()) {
-    for (int k = 0; k < 5000; ++k) s += u"(aa)a.";
-    s += Filler(kUnits * scale - s.size(), 17);
-  }
-  return s;
-}
+const u16string& BracketedMatches(int scale) { return PiecesThenFiller(u"(aa)a.", 5000, scale); }
 
 const u16string& Plain(int scale) {
   static std::map<int, u16string> cache;
