@@ -230,6 +230,49 @@ class NORVIK50_EXPORT LIB {
   bool tklExtractBrackets(std::u16string_view sSource, std::u16string& sTerm,
                           std::u16string& sBefore, std::u16string& sAfter,
                           bool bStartWithBracket = false);
+  // (Designed here.) tklReplaceInString with finer rules: bOnlyAtBeginning
+  // and bWholeWord as there; bNotNumVals leaves a match that stands in a
+  // numeric word (tklIsNumericWord of the match and the word units around
+  // it in sSource), bOnlyNumVals replaces only those (both: nothing); each
+  // pair of sNotInSigns («""|()») protects what it encloses: equal signs
+  // what follows an odd number of them, brackets by tklIsInSigns, both in
+  // the text as edited so far. sNotInSigns «""» answers as bNotInSigns
+  // True there, "" as False. Style none: the errors of tklReplaceInString.
+  std::u16string tklReplaceInStringExt(std::u16string_view sSource, std::u16string_view sFind,
+                                       std::u16string_view sReplace, int16_t iStartSearch = 1,
+                                       bool bIgnoreCase = true, bool bOnlyAtBeginning = false,
+                                       bool bWholeWord = false, bool bNotNumVals = false,
+                                       bool bOnlyNumVals = false,
+                                       std::u16string_view sNotInSigns = u"");
+  // (Designed here.) The first call expression outside double quotes:
+  // with *sFunction empty (or no sFunction) the pair tklExtractBrackets
+  // finds and the name directly before its "(", which *sFunction then
+  // receives; otherwise the leftmost call of that name (a whole name,
+  // without case when bIgnoreCase) whose bracket closes, *sFunction
+  // receiving the name as written. True with sExpression the name and the
+  // pair, sBefore and sAfter the text around it; False and outputs
+  // unchanged when there is none. Handler style.
+  bool tklExtractExpression(std::u16string_view sSource, std::u16string& sExpression,
+                            std::u16string& sBefore, std::u16string& sAfter,
+                            std::u16string* sFunction = nullptr, bool bIgnoreCase = true);
+  // (Designed here.) sSource without its outermost bracket pairs (each with
+  // its content and the blanks before it), trimmed: «Müller (Kunde) GmbH»
+  // gives «Müller GmbH». Brackets without a partner or inside double
+  // quotes stay. Handler style.
+  std::u16string tklPhraseWithoutBrackets(std::u16string_view sSource);
+  // (Designed here.) When the trimmed sSource is one call «Name(args)»:
+  // True, sFunction the name, vArguments a String array (lower bound 0,
+  // empty for «Name()») of the trimmed arguments split at the commas
+  // outside nested brackets and double quotes. False and outputs unchanged
+  // otherwise. Handler style.
+  bool tklSeparateFunction(std::u16string_view sSource, std::u16string& sFunction,
+                           SafeArray& vArguments);
+  // (Designed here.) True when sWord is a number in the current locale's
+  // notation: optional leading sign, digits grouped by threes with the
+  // thousands separator or not at all, at most one decimal separator
+  // followed by digits (German «1.234,56», English «1,234.56»). Handler
+  // style.
+  bool tklIsNumericWord(std::u16string_view sWord);
 
   // ---- Numbers and SQL literals ----
   // Text is read and written in the current locale: its decimal separator
