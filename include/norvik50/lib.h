@@ -364,6 +364,17 @@ class NORVIK50_EXPORT LIB {
   // library cannot be loaded or no library is configured) and give "".
   std::u16string tklResource(int32_t lResID, std::u16string_view sResType,
                              std::u16string_view sRegKey = u"");
+  // (Designed here.) Fills the form's texts that name a resource (a Form
+  // of norvik50/form.h; any other object raises 5) in the current
+  // language: a number names a string of the resource library, as tklRes
+  // reads it ("1001"), any other id an item of the built-in resource
+  // document ("cmdOK"). Captions and tabs keep the "&" of their access
+  // key; titles, tooltips and column headers show the text without it. A
+  // missing or empty resource leaves the designed text. The library is
+  // loaded once per call (a failure is logged once, with a message box, as
+  // tklRes does). Returns the number of texts set.
+  int32_t tklLoadFormCaptions(const std::shared_ptr<HostObject>& oForm,
+                              std::u16string_view sRegKey = u"");
   // The text of the first /resources/item with that name (and, unless
   // iNumber is -1, that number) in oDOMDoc; "" when none.
   std::u16string tklXMLRes(const std::shared_ptr<HostObject>& oDOMDoc, std::u16string_view sName,

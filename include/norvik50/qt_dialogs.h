@@ -111,14 +111,21 @@ NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
 // ignores changes.
 NORVIK50_EXPORT std::shared_ptr<MousePointerControl> QtMousePointer(QWidget* widget);
 
-// A host's window as the Form of tklSaveWindowPos and tklLoadWindowPos.
-// Its name is the object name, else the class name. Its bounds are in
-// twips: left and top those of the window's frame (as QWidget::pos), the
-// size the client area's with the classic frame (caption 18, border 4
-// pixels) around it, as the library's own forms give sizes. A maximised or minimised window answers its normal
+// A host's window as the Form of tklSaveWindowPos, tklLoadWindowPos and
+// tklLoadFormCaptions. Its name is the object name, else the class name.
+// Its bounds are in twips: left and top those of the window's frame (as
+// QWidget::pos), the size the client area's with the classic frame
+// (caption 18, border 4 pixels) around it, as the library's own forms
+// give sizes. A maximised or minimised window answers its normal
 // geometry; a placement set on a window not yet shown takes effect when
-// it is shown. Not owned: once the window is destroyed, the form has no
-// name and ignores placements.
+// it is shown. Its captions are named by dynamic properties: "resId" on
+// the window (its title) and on its buttons, labels, group boxes, menus
+// and actions (or any object with a "text" or "title" property);
+// "toolTipResId" on widgets and actions; on tree and table views
+// "headerResIds" and on tab widgets "tabResIds", one id per column or tab
+// (a string list, or one text with "|" between the ids, "" for one that
+// keeps its text). Not owned: once the window is destroyed, the form has
+// no name, no captions and ignores placements.
 NORVIK50_EXPORT std::shared_ptr<Form> QtForm(QWidget* window);
 
 // A host's tree view (a QTreeWidget too) or table view as a ListView:

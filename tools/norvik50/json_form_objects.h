@@ -1,10 +1,15 @@
 // The forms and list views of the batch protocol, for the window-position,
 // column-width and caption members, as typed Object values:
 //   {"vt":"Object","type":"Form","v":{"name":"frmCustomer","left":1500,
-//    "top":1200,"width":9000,"height":6000,"windowState":0}}
+//    "top":1200,"width":9000,"height":6000,"windowState":0,
+//    "caption":"Customer","resId":"1000",
+//    "controls":[{"name":"cmdSave","caption":"Save","resId":"1001",
+//                 "tooltip":"","tooltipResId":"1002"}],
+//    "listViews":[LISTVIEW...]}}
 //   {"vt":"Object","type":"ListView","v":{"name":"lvwOrders",
-//    "columns":[{"header":"Name","width":1440}]}}
-// Every field may be left out ("" names, 0 for numbers, no columns);
+//    "columns":[{"header":"Name","width":1440,"headerResId":"1004"}]}}
+// where a LISTVIEW is the "v" of a ListView. Every field may be left out
+// ("" texts, 0 for numbers, no controls, list views or columns);
 // "windowState" is 0 normal, 1 minimised or 2 maximised. Answers write
 // the same form with every field.
 #ifndef NORVIK50_TOOLS_NORVIK50_JSON_FORM_OBJECTS_H_

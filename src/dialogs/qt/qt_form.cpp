@@ -1,12 +1,14 @@
-// A host's Qt window behind the library's Form: its name and where it
-// stands, in twips of its outer frame.
+// A host's Qt window behind the library's Form: its name, where it stands
+// (in twips) and the texts that name their resources.
 #include <QMargins>
 #include <QPoint>
 #include <QPointer>
 #include <QRect>
 #include <QWidget>
 
+#include "dialogs/qt/control_name.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/qt_form_captions.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50 {
@@ -35,14 +37,7 @@ class QtFormControl final : public Form {
  public:
   explicit QtFormControl(QWidget* window) : window_(window) {}
 
-  std::u16string Name() const override {
-    if (!window_) return u"";
-    // A form class made in the designer carries its name as the object
-    // name; else the class name is the name, as a host's form class is.
-    const QString name = window_->objectName();
-    return (name.isEmpty() ? QString::fromLatin1(window_->metaObject()->className()) : name)
-        .toStdU16String();
-  }
+  std::u16string Name() const override { return qt::ControlName(window_.data()); }
 
   WindowPlacement Placement() const override {
     if (!window_) return {};
@@ -82,6 +77,10 @@ class QtFormControl final : public Form {
     } else if (placement.state == WindowState::kMinimized) {
       window_->setWindowState(others | Qt::WindowMinimized);
     }
+  }
+
+  int32_t FillCaptions(const CaptionLookup& lookup) override {
+    return window_ ? qt::FillCaptions(*window_, lookup) : 0;
   }
 
  private:

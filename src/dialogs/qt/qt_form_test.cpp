@@ -85,7 +85,7 @@ TEST_F(QtFormTest, AMaximisedWindowKeepsItsNormalGeometry) {
   window.show();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
   window.showMaximized();
-  QTRY_VERIFY(window.isMaximized());
+  ASSERT_TRUE(QTest::qWaitFor([&window] { return window.isMaximized(); }));
   ASSERT_TRUE(lib_.tklSaveWindowPos(QtForm(&window)));
   const std::u16string key = u"SOFTWARE\\VANTEX\\Global\\Positions\\Forms\\frmMax";
   EXPECT_EQ(lib_.tkrGetLong(HK, key, u"WindowState"), 2);
@@ -95,10 +95,13 @@ TEST_F(QtFormTest, AMaximisedWindowKeepsItsNormalGeometry) {
   next.setObjectName("frmMax");
   ASSERT_TRUE(lib_.tklLoadWindowPos(QtForm(&next)));
   next.show();
-  QTRY_VERIFY(next.isMaximized());
+  EXPECT_TRUE(QTest::qWaitFor([&next] { return next.isMaximized(); }));
   // Restored, it returns to the stored normal geometry.
   next.showNormal();
-  QTRY_COMPARE(next.geometry(), QRect(60, 70, 320, 240));
+  const QRect normal(60, 70, 320, 240);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return next.geometry() == normal; }))
+      << next.geometry().x() << "," << next.geometry().y() << " " << next.width() << "x"
+      << next.height();
 }
 
 TEST_F(QtFormTest, AWindowStoredOffScreenComesBackOnTheScreen) {

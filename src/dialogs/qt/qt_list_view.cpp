@@ -7,6 +7,7 @@
 #include <QTableView>
 #include <QTreeView>
 
+#include "dialogs/qt/control_name.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "norvik50/error.h"
 #include "norvik50/qt_dialogs.h"
@@ -28,12 +29,7 @@ class HeaderListView final : public ListView {
  public:
   explicit HeaderListView(View* view) : view_(view) {}
 
-  std::u16string Name() const override {
-    if (!view_) return u"";
-    const QString name = view_->objectName();
-    return (name.isEmpty() ? QString::fromLatin1(view_->metaObject()->className()) : name)
-        .toStdU16String();
-  }
+  std::u16string Name() const override { return qt::ControlName(view_.data()); }
   int32_t ColumnCount() const override { return view_ ? HeaderOf(view_.data())->count() : 0; }
   std::u16string ColumnHeader(int32_t column) const override {
     Check(column);
