@@ -163,6 +163,41 @@ TEST_F(FormCaptionsTest, ALibraryThatCannotBeLoadedIsReportedOnceAndChangesNothi
   EXPECT_EQ(ui_->messages.size(), 1u);
 }
 
+// A form that notes how many message boxes and language choosers had been
+// shown by the time it asked for each text.
+class WatchingForm final : public Form {
+ public:
+  explicit WatchingForm(const testing::RecordingUi& ui) : ui_(ui) {}
+  std::u16string Name() const override { return u"frmWatch"; }
+  WindowPlacement Placement() const override { return {}; }
+  void SetPlacement(const WindowPlacement&) override {}
+  int32_t FillCaptions(const CaptionLookup& lookup) override {
+    for (const char16_t* id : {u"1001", u"1003", u"yes"}) {
+      lookup(CaptionPlace::kCaption, id);
+      boxes_seen.push_back(ui_.messages.size());
+      choosers_seen.push_back(ui_.chooser_calls);
+    }
+    return 0;
+  }
+  std::vector<std::size_t> boxes_seen;
+  std::vector<int> choosers_seen;
+
+ private:
+  const testing::RecordingUi& ui_;
+};
+
+TEST_F(FormCaptionsTest, NoWindowOpensWhileTheFormIsFilled) {
+  // No language stored: the chooser is asked before the first text.
+  lib_.tkrSetValue(HKEY_CURRENT_USER, lib_.tklRegKey(), u"Language", Variant(u"-"));
+  ui_->choice = LANG_FRENCH;  // there is no Captions_FR.dll
+  const auto form = std::make_shared<WatchingForm>(*ui_);
+  lib_.tklLoadFormCaptions(form);
+  EXPECT_EQ(form->choosers_seen, (std::vector<int>{1, 1, 1}));
+  // The failed library's message box comes once the form is done.
+  EXPECT_EQ(form->boxes_seen, (std::vector<std::size_t>{0, 0, 0}));
+  EXPECT_EQ(ui_->messages.size(), 1u);
+}
+
 TEST_F(FormCaptionsTest, TheRegKeyBecomesTheBaseKey) {
   SetMachineValue(u"ResourceDLL", u"C:\\App\\Captions_%L.dll", u"Software\\Host");
   lib_.tkrSetValue(HKEY_CURRENT_USER, u"Software\\Host", u"Language", Variant(int32_t{2}));

@@ -39,7 +39,8 @@ std::optional<std::u16string> ReadFileAsAnsiText(std::u16string_view path) {
 std::u16string LIB::tklRes(int32_t lResID, std::u16string_view sRegKey) {
   try {
     ApplyRegKey(sRegKey);
-    ResourceStrings strings(*this, u"Norvik50.tklRes");
+    ResourceStrings strings(*this);
+    strings.ReportFailure(*this, u"Norvik50.tklRes");
     return std::u16string(strings.Find(lResID).value_or(u""));
   } catch (...) {
     return u"";  // an error pending at the end gives ""

@@ -53,14 +53,14 @@ std::optional<std::u16string_view> StringInBlock(std::u16string_view block, unsi
 
 }  // namespace
 
-ResourceStrings::ResourceStrings(LIB& lib, std::u16string_view source) {
-  const std::u16string path = ReplaceLanguageCode(
-      lib.tkrGetString(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL", u"", true),
-      lib.tklLangCode());
-  module_ = OpenResourceModule(path);
-  if (!module_) {
-    lib.tklLogError(kErrResource, LoadLibraryFailed(path), source, true);
-  }
+ResourceStrings::ResourceStrings(LIB& lib)
+    : path_(ReplaceLanguageCode(
+          lib.tkrGetString(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL", u"", true),
+          lib.tklLangCode())),
+      module_(OpenResourceModule(path_)) {}
+
+void ResourceStrings::ReportFailure(LIB& lib, std::u16string_view source) const {
+  if (!module_) lib.tklLogError(kErrResource, LoadLibraryFailed(path_), source, true);
 }
 
 std::optional<std::u16string_view> ResourceStrings::Find(int32_t id) {

@@ -26,11 +26,15 @@ class ResourceStrings {
  public:
   // Opens the library as tklRes does: "ResourceDLL" under
   // HKEY_LOCAL_MACHINE\base key (created empty when missing), "%L"
-  // replaced by the current language's code. A library that cannot be
-  // loaded is reported through tklLogError (-2147221504, "LoadLibrary
-  // '...' failed.", `source`) with its message box; every string is then
-  // absent. The caller has applied its sRegKey already.
-  ResourceStrings(LIB& lib, std::u16string_view source);
+  // replaced by the current language's code. When it cannot be loaded,
+  // every string is absent. The caller has applied its sRegKey already.
+  explicit ResourceStrings(LIB& lib);
+
+  // Reports a library that could not be loaded through tklLogError
+  // (-2147221504, "LoadLibrary '...' failed.", `source`) with its message
+  // box; nothing when it was loaded. Apart from opening, so that a caller
+  // busy with a host's widgets can show the box once it is done with them.
+  void ReportFailure(LIB& lib, std::u16string_view source) const;
 
   // String `id` (its low 16 bits, as the string call takes it) as the ANSI
   // string call hands it: through Windows-1252, cut at 32766 characters;
@@ -40,6 +44,7 @@ class ResourceStrings {
   std::optional<std::u16string_view> Find(int32_t id);
 
  private:
+  std::u16string path_;
   std::unique_ptr<ResourceModule> module_;
   // A library keeps its strings in blocks of sixteen, each a resource of
   // type 6 named by its number: a form's strings mostly share blocks, so
