@@ -61,6 +61,7 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
 
  private:
   const Column& At(int32_t column) const;
+  Column& At(int32_t column);
 };
 
 }  // namespace norvik50

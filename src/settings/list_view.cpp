@@ -1,6 +1,7 @@
 #include "norvik50/list_view.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "norvik50/error.h"
 
@@ -15,16 +16,20 @@ const MemoryListView::Column& MemoryListView::At(int32_t column) const {
   return columns[static_cast<std::size_t>(column)];
 }
 
+MemoryListView::Column& MemoryListView::At(int32_t column) {
+  return const_cast<Column&>(std::as_const(*this).At(column));
+}
+
 std::u16string MemoryListView::ColumnHeader(int32_t column) const { return At(column).header; }
 
 void MemoryListView::SetColumnHeader(int32_t column, std::u16string_view text) {
-  const_cast<Column&>(At(column)).header = text;
+  At(column).header = text;
 }
 
 int32_t MemoryListView::ColumnWidth(int32_t column) const { return At(column).width_twips; }
 
 void MemoryListView::SetColumnWidth(int32_t column, int32_t width_twips) {
-  const_cast<Column&>(At(column)).width_twips = std::max(width_twips, 0);
+  At(column).width_twips = std::max(width_twips, 0);
 }
 
 }  // namespace norvik50
