@@ -416,6 +416,40 @@ class NORVIK50_EXPORT LIB {
   // 1011 when the store failed (logged).
   int32_t tkrFlushKey(int32_t lRegKey);
 
+  // ---- Window positions and column widths -------------------------------
+  // Kept in HKEY_CURRENT_USER under "<key>\Positions\Forms\<form name>",
+  // where <key> is sRegSubKey, or the base key when sRegSubKey is "" (it
+  // does not become the base key). Sizes in twips. Forms and list views
+  // are the objects of norvik50/form.h and norvik50/list_view.h; any other
+  // object, Nothing, or one without a name raises 5.
+
+  // (Designed here.) Stores the form's normal (restored) left, top, width
+  // and height ("Left", "Top", "Width", "Height") and "WindowState": 2
+  // for a maximised form, 0 otherwise (a minimised form is kept as a
+  // normal one). False when the store refused a value.
+  bool tklSaveWindowPos(const std::shared_ptr<HostObject>& oForm,
+                        std::u16string_view sRegSubKey = u"");
+  // (Designed here.) Places the form as tklSaveWindowPos stored it; with
+  // bPositionOnly only left and top, the form keeping its size. A position
+  // that no screen of today's desktop shows is moved onto the nearest
+  // screen (the user interface's ScreenRects; none known: as stored).
+  // False, the form untouched, when no complete position is stored (a
+  // value missing, or a width or height below 1).
+  bool tklLoadWindowPos(const std::shared_ptr<HostObject>& oForm,
+                        std::u16string_view sRegSubKey = u"", bool bPositionOnly = false);
+  // (Designed here.) Stores the width of each column of the list view as
+  // "Col1", "Col2" ... in the sub-key named after the list view, below the
+  // form's key. False when the store refused a value.
+  bool tklSaveColWidths(const std::shared_ptr<HostObject>& oForm,
+                        const std::shared_ptr<HostObject>& oListView,
+                        std::u16string_view sRegSubKey = u"");
+  // (Designed here.) Gives each column whose width tklSaveColWidths stored
+  // that width; other columns keep theirs. True when at least one column
+  // got a stored width.
+  bool tklLoadColWidths(const std::shared_ptr<HostObject>& oForm,
+                        const std::shared_ptr<HostObject>& oListView,
+                        std::u16string_view sRegSubKey = u"");
+
   // ---- Languages and resources ------------------------------------------
   // A non-empty sRegKey becomes the library's base key first. Documents,
   // nodes, lists and tab strips are the objects of norvik50/xml.h and
@@ -447,6 +481,17 @@ class NORVIK50_EXPORT LIB {
   // library cannot be loaded or no library is configured) and give "".
   std::u16string tklResource(int32_t lResID, std::u16string_view sResType,
                              std::u16string_view sRegKey = u"");
+  // (Designed here.) Fills the form's texts that name a resource (a Form
+  // of norvik50/form.h; any other object raises 5) in the current
+  // language: a number names a string of the resource library, as tklRes
+  // reads it ("1001"), any other id an item of the built-in resource
+  // document ("cmdOK"). Captions and tabs keep the "&" of their access
+  // key; titles, tooltips and column headers show the text without it. A
+  // missing or empty resource leaves the designed text. The library is
+  // loaded once per call (a failure is logged once, with a message box, as
+  // tklRes does). Returns the number of texts set.
+  int32_t tklLoadFormCaptions(const std::shared_ptr<HostObject>& oForm,
+                              std::u16string_view sRegKey = u"");
   // The text of the first /resources/item with that name (and, unless
   // iNumber is -1, that number) in oDOMDoc; "" when none.
   std::u16string tklXMLRes(const std::shared_ptr<HostObject>& oDOMDoc, std::u16string_view sName,

@@ -28,6 +28,13 @@ void RegisterResourceMembers(MemberTable& table) {
                                       a.has(1) ? std::optional<Variant>(a[1]) : std::nullopt;
                                   return Variant(lib.tklGlobalObj(a.str(0), value));
                                 })));
+  // The form comes back to a caller by name with its new texts.
+  table.Add(DesignedHere(
+      Method("tklLoadFormCaptions", {Ref("oForm", O), reg_key()}, L, [](LIB& lib, CallArgs& a) {
+        const int32_t set = lib.tklLoadFormCaptions(a[0].as_object(), a.str(1));
+        a.MarkWritten(0);
+        return Variant(set);
+      })));
   table.Add(Method("tklXMLRes",
                    {In("oDOMDoc", O), In("sName", S), Opt("iNumber", I, Variant(int16_t{-1}))}, S,
                    [](LIB& lib, CallArgs& a) {
