@@ -3,7 +3,10 @@
 // Handles are checked against the set of live objects before they are
 // used: a host that passes a freed or made-up handle gets error 91, where
 // following the pointer would crash it or corrupt memory.
+#include <algorithm>
 #include <memory>
+#include <string_view>
+#include <unordered_map>
 #include <mutex>
 #include <optional>
 #include <unordered_set>
@@ -57,26 +60,71 @@ norvik50::LIB& LiveLib(norvik50_lib* lib) {
   return lib->lib;
 }
 
-// Whether member `name` has the form `how` asks for; a call by name takes
-// the method before the get form, so only a request for one of them alone
-// needs a look of its own.
-bool CheckedLetFlag(const char* name, int32_t how) {
-  using norvik50::MemberKind;
-  switch (how) {
-    case NORVIK50_PROPERTYLET:
-      return true;
-    case NORVIK50_METHOD | NORVIK50_PROPERTYGET:
-      return false;
-    case NORVIK50_METHOD:
-    case NORVIK50_PROPERTYGET: {
-      const MemberKind kind =
-          how == NORVIK50_METHOD ? MemberKind::kMethod : MemberKind::kPropertyGet;
-      if (norvik50::Members().Find(name, kind) == nullptr) Raise(norvik50::kErrNoSuchMember);
-      return false;
+// The forms (NORVIK50_METHOD, _PROPERTYGET, _PROPERTYLET) each member name
+// has, found without allocating: a call by name pays for one lookup more.
+class MemberForms {
+ public:
+  MemberForms() {
+    for (const norvik50::MemberInfo& member : norvik50::Members().members()) {
+      forms_[member.name] |= Form(member.kind);
     }
-    default:
-      Raise(norvik50::kErrInvalidCall);
   }
+  int32_t Of(std::string_view name) const {
+    const auto it = forms_.find(name);
+    return it == forms_.end() ? 0 : it->second;
+  }
+
+ private:
+  static int32_t Form(norvik50::MemberKind kind) {
+    switch (kind) {
+      case norvik50::MemberKind::kPropertyGet:
+        return NORVIK50_PROPERTYGET;
+      case norvik50::MemberKind::kPropertyLet:
+        return NORVIK50_PROPERTYLET;
+      default:
+        return NORVIK50_METHOD;
+    }
+  }
+  // ASCII letters only: member names are ASCII.
+  static unsigned char Fold(char c) {
+    const auto u = static_cast<unsigned char>(c);
+    return u >= 'A' && u <= 'Z' ? static_cast<unsigned char>(u | 0x20) : u;
+  }
+  // Names compare as by-name calls compare them: ASCII, without case.
+  struct Hash {
+    std::size_t operator()(std::string_view s) const noexcept {
+      std::size_t h = 14695981039346656037ull;
+      for (char c : s) h = (h ^ Fold(c)) * 1099511628211ull;
+      return h;
+    }
+  };
+  struct Equal {
+    bool operator()(std::string_view a, std::string_view b) const noexcept {
+      return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+               return Fold(x) == Fold(y);
+             });
+    }
+  };
+  std::unordered_map<std::string_view, int32_t, Hash, Equal> forms_;
+};
+
+// Whether the call is to the let form, once the member is known to have
+// the form `how` asks for (438 when it has not). The method before the get
+// form, as a call by name takes them.
+bool CheckedLetFlag(const char* name, int32_t how) {
+  static const MemberForms* const forms = new MemberForms();
+  if (how != NORVIK50_METHOD && how != NORVIK50_PROPERTYGET && how != NORVIK50_PROPERTYLET &&
+      how != (NORVIK50_METHOD | NORVIK50_PROPERTYGET)) {
+    Raise(norvik50::kErrInvalidCall);
+  }
+  const int32_t has = forms->Of(name);
+  if ((has & how) == 0) Raise(norvik50::kErrNoSuchMember);
+  // A get form asked for alone, of a name that also has a method, would
+  // reach the method through the dispatch.
+  if (how == NORVIK50_PROPERTYGET && (has & NORVIK50_METHOD) != 0) {
+    Raise(norvik50::kErrNoSuchMember);
+  }
+  return how == NORVIK50_PROPERTYLET;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Scalar and string values of the C interface: constructors and readers.
 #include <unicode/ustring.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -38,6 +39,12 @@ std::u16string StrictFromUtf8(const char* text, size_t length) {
   }
   if (length == static_cast<size_t>(-1)) length = std::strlen(text);
   if (length > INT32_MAX) Raise(kErrInvalidCall);
+  // ASCII is UTF-8 as it stands, and most text a host passes is ASCII:
+  // widened directly, it skips ICU's two passes.
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text);
+  if (std::all_of(bytes, bytes + length, [](unsigned char c) { return c < 0x80; })) {
+    return std::u16string(bytes, bytes + length);
+  }
   UErrorCode status = U_ZERO_ERROR;
   int32_t units = 0;
   u_strFromUTF8(nullptr, 0, &units, text, static_cast<int32_t>(length), &status);
