@@ -29,7 +29,7 @@ using Value = std::unique_ptr<norvik50_value, ValueFree>;
 // The package's classes and the standard ones the conversions use.
 struct Types {
   py::object error, empty, nothing, ref, array, record, error_value, variant, host_object,
-      missing, decimal, datetime, date;
+      missing, place, decimal, datetime, date;
 };
 
 Types& T() {
@@ -427,59 +427,149 @@ py::object ObjectHandle::item(int32_t index) const {
 }
 
 // ---- The library object
+//
+// A capsule owns the library object; the package's LIB holds it. Calls go
+// through `call`, a plain CPython function taking its arguments as they
+// lie on the interpreter's stack: the binding's whole overhead is paid on
+// every call, so it avoids pybind11's argument dispatch and every
+// allocation a call with few arguments does not need.
 
-class Lib {
+constexpr const char* kLibCapsule = "norvik50.lib";
+
+struct LibBox {
+  norvik50_lib* lib = nullptr;
+};
+
+void FreeBox(PyObject* capsule) {
+  auto* box = static_cast<LibBox*>(PyCapsule_GetPointer(capsule, kLibCapsule));
+  if (box == nullptr) return;
+  if (box->lib != nullptr) norvik50_lib_free(box->lib);
+  delete box;
+}
+
+py::object NewLib() {
+  auto box = std::make_unique<LibBox>();
+  norvik50_error err = NORVIK50_ERROR_INIT;
+  if (norvik50_lib_new(&box->lib, &err) != 0) RaiseError(err);
+  PyObject* capsule = PyCapsule_New(box.get(), kLibCapsule, &FreeBox);
+  if (capsule == nullptr) {
+    norvik50_lib_free(box->lib);
+    throw py::error_already_set();
+  }
+  box.release();
+  return py::reinterpret_steal<py::object>(capsule);
+}
+
+LibBox& Box(PyObject* capsule) {
+  auto* box = static_cast<LibBox*>(PyCapsule_GetPointer(capsule, kLibCapsule));
+  if (box == nullptr) throw py::error_already_set();
+  return *box;
+}
+
+void CloseLib(py::handle capsule) {
+  LibBox& box = Box(capsule.ptr());
+  if (box.lib != nullptr) norvik50_lib_free(box.lib);
+  box.lib = nullptr;  // a later call is refused by the library (91)
+}
+
+// Arguments of a call: on the stack up to kInline, which every member fits.
+class CallSlots {
  public:
-  Lib() {
-    norvik50_error err = NORVIK50_ERROR_INIT;
-    if (norvik50_lib_new(&lib_, &err) != 0) RaiseError(err);
+  static constexpr size_t kInline = 16;
+  explicit CallSlots(size_t n) : n_(n) {
+    if (n > kInline) {
+      heap_owned_.resize(n);
+      heap_slots_.resize(n, nullptr);
+    }
   }
-  ~Lib() { close(); }
-  Lib(const Lib&) = delete;
-  Lib& operator=(const Lib&) = delete;
-
-  void close() {
-    if (lib_ != nullptr) norvik50_lib_free(lib_);
-    lib_ = nullptr;
-  }
-
-  py::object invoke(const char* name, int32_t how, py::tuple args) {
-    const size_t argc = args.size();
-    std::vector<Value> owned(argc);
-    std::vector<norvik50_value*> slots(argc, nullptr);
-    std::vector<size_t> refs;
-    Types& t = T();
-    for (size_t i = 0; i < argc; ++i) {
-      py::handle arg = args[i];
-      if (arg.is(t.missing)) continue;
-      if (py::isinstance(arg, t.ref)) {
-        refs.push_back(i);
-        arg = arg.attr("value");
-        if (arg.is(t.missing)) continue;
-      }
-      owned[i] = ToValue(arg);
-      slots[i] = owned[i].get();
-    }
-    norvik50_value* result = nullptr;
-    norvik50_error err = NORVIK50_ERROR_INIT;
-    // A NULL handle here is a closed object: the C interface answers 91.
-    if (norvik50_invoke(lib_, name, how, slots.data(), argc, &result, &err) != 0) {
-      RaiseError(err);
-    }
-    Value result_owned(result);
-    for (size_t i = 0; i < argc; ++i) {
-      if (slots[i] != owned[i].get()) owned[i].reset(slots[i]);  // written into an omitted slot
-    }
-    // Each Ref holds the argument as the member left it.
-    for (size_t i : refs) {
-      if (slots[i] != nullptr) args[i].attr("value") = FromValue(slots[i]);
-    }
-    return result ? FromValue(result) : py::none();
-  }
+  Value& owned(size_t i) { return n_ > kInline ? heap_owned_[i] : owned_[i]; }
+  norvik50_value** slots() { return n_ > kInline ? heap_slots_.data() : slots_; }
 
  private:
-  norvik50_lib* lib_ = nullptr;
+  size_t n_;
+  Value owned_[kInline];
+  norvik50_value* slots_[kInline] = {};
+  std::vector<Value> heap_owned_;
+  std::vector<norvik50_value*> heap_slots_;
 };
+
+PyObject* Call(norvik50_lib* lib, const char* name, int32_t how, PyObject* const* args,
+               size_t argc) {
+  CallSlots call(argc);
+  norvik50_value** slots = call.slots();
+  bool any_ref = false;
+  Types& t = T();
+  const auto* ref_type = reinterpret_cast<PyTypeObject*>(t.ref.ptr());
+  for (size_t i = 0; i < argc; ++i) {
+    py::handle arg = args[i];
+    if (arg.is(t.missing)) continue;
+    if (Py_TYPE(arg.ptr()) == ref_type) {
+      any_ref = true;
+      arg = arg.attr("value");
+      if (arg.is(t.missing)) continue;
+    }
+    call.owned(i) = ToValue(arg);
+    slots[i] = call.owned(i).get();
+  }
+  norvik50_value* result = nullptr;
+  norvik50_error err = NORVIK50_ERROR_INIT;
+  if (norvik50_invoke(lib, name, how, slots, argc, &result, &err) != 0) RaiseError(err);
+  Value result_owned(result);
+  for (size_t i = 0; i < argc; ++i) {
+    if (slots[i] != call.owned(i).get()) call.owned(i).reset(slots[i]);  // filled in for us
+  }
+  if (any_ref) {
+    // Each Ref holds the argument as the member left it.
+    for (size_t i = 0; i < argc; ++i) {
+      if (Py_TYPE(args[i]) == ref_type && slots[i] != nullptr) {
+        py::handle(args[i]).attr("value") = FromValue(slots[i]);
+      }
+    }
+  }
+  return (result ? FromValue(result) : py::none()).release().ptr();
+}
+
+// call(lib, name, how, *args, **kwargs): the member's result; raises
+// norvik50.Error. Keyword arguments are put in place by the package.
+PyObject* CallEntry(PyObject*, PyObject* const* argv, Py_ssize_t nargsf, PyObject* kwnames) {
+  try {
+    const Py_ssize_t nargs = PyVectorcall_NARGS(nargsf);
+    if (nargs < 3) {
+      PyErr_SetString(PyExc_TypeError, "call(lib, name, how, *args, **kwargs)");
+      return nullptr;
+    }
+    const char* name = PyUnicode_AsUTF8(argv[1]);
+    if (name == nullptr) return nullptr;
+    const long how = PyLong_AsLong(argv[2]);
+    if (how == -1 && PyErr_Occurred()) return nullptr;
+    norvik50_lib* lib = Box(argv[0]).lib;
+    if (kwnames == nullptr || PyTuple_GET_SIZE(kwnames) == 0) {
+      return Call(lib, name, static_cast<int32_t>(how), argv + 3, static_cast<size_t>(nargs - 3));
+    }
+    py::tuple positional(nargs - 3);
+    for (Py_ssize_t i = 3; i < nargs; ++i) positional[i - 3] = py::handle(argv[i]);
+    py::dict keywords;
+    for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(kwnames); ++i) {
+      keywords[py::handle(PyTuple_GET_ITEM(kwnames, i))] = py::handle(argv[nargs + i]);
+    }
+    py::tuple placed = T().place(py::handle(argv[1]), py::handle(argv[2]), positional, keywords);
+    return Call(lib, name, static_cast<int32_t>(how), &PyTuple_GET_ITEM(placed.ptr(), 0),
+                static_cast<size_t>(PyTuple_GET_SIZE(placed.ptr())));
+  } catch (py::error_already_set& e) {
+    e.restore();
+  } catch (py::builtin_exception& e) {
+    e.set_error();
+  } catch (const std::bad_alloc&) {
+    PyErr_NoMemory();
+  } catch (const std::exception& e) {
+    PyErr_SetString(PyExc_RuntimeError, e.what());
+  }
+  return nullptr;
+}
+
+PyMethodDef kCallDef = {"call", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&CallEntry)),
+                        METH_FASTCALL | METH_KEYWORDS,
+                        "call(lib, name, how, *args, **kwargs): calls a member by name"};
 
 py::list MemberTable() {
   py::list table;
@@ -529,6 +619,7 @@ PYBIND11_MODULE(_native, m) {
     t.variant = types["Variant"];
     t.host_object = types["HostObject"];
     t.missing = types["Missing"];
+    t.place = types["Place"];
     t.decimal = py::module_::import("decimal").attr("Decimal");
     py::module_ datetime = py::module_::import("datetime");
     t.datetime = datetime.attr("datetime");
@@ -549,8 +640,7 @@ PYBIND11_MODULE(_native, m) {
       .def("count", &ObjectHandle::count)
       .def("add", &ObjectHandle::add)
       .def("item", &ObjectHandle::item);
-  py::class_<Lib>(m, "Lib")
-      .def(py::init<>())
-      .def("close", &Lib::close)
-      .def("invoke", &Lib::invoke);
+  m.def("new_lib", &NewLib);
+  m.def("close_lib", &CloseLib);
+  m.add_object("call", py::reinterpret_steal<py::object>(PyCFunction_New(&kCallDef, nullptr)));
 }

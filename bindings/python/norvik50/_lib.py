@@ -1,5 +1,7 @@
 """LIB and its members, made from the member table of the loaded library."""
 
+import functools
+
 from . import _native
 from ._values import (Array, Empty, Error, ErrorValue, HostObject, Nothing, Record, Ref,
                       Variant)
@@ -10,8 +12,6 @@ DIALOGS_HEADLESS, DIALOGS_QT = 0, 1
 # An argument left out between given ones (a keyword call that skips one).
 _MISSING = object()
 
-_native.bind(Error=Error, Empty=Empty, Nothing=Nothing, Ref=Ref, Array=Array, Record=Record,
-             ErrorValue=ErrorValue, Variant=Variant, HostObject=HostObject, Missing=_MISSING)
 
 
 def members():
@@ -46,6 +46,15 @@ def _arguments(member, names, args, kwargs):
     return tuple(slots)
 
 
+def _place_keywords(member, how, args, kwargs):
+    return _arguments(member, _param_names(member, how), args, kwargs)
+
+
+_native.bind(Error=Error, Empty=Empty, Nothing=Nothing, Ref=Ref, Array=Array, Record=Record,
+             ErrorValue=ErrorValue, Variant=Variant, HostObject=HostObject, Missing=_MISSING,
+             Place=_place_keywords)
+
+
 def _signature(entry):
     parts = []
     for p in entry["params"]:
@@ -56,13 +65,11 @@ def _signature(entry):
     return f"{entry['name']}({', '.join(parts)})"
 
 
-def _caller(name, names, how, doc):
-    invoke = _native.Lib.invoke
+def _caller(name, how, doc):
+    call = _native.call
 
     def member(self, *args, **kwargs):
-        if kwargs:
-            args = _arguments(name, names, args, kwargs)
-        return invoke(self._lib, name, how, args)
+        return call(self._lib, name, how, *args, **kwargs)
 
     member.__name__ = name
     member.__qualname__ = f"LIB.{name}"
@@ -74,14 +81,20 @@ class LIB:
     """The library object. Creating it writes "<application> initialized."
     to the log; close() (or the end of a with block, or garbage collection)
     destroys it. Members are methods named as in the member table."""
-    __slots__ = ("_lib", "__weakref__")
+    __slots__ = ("_lib", "__dict__", "__weakref__")
 
     def __init__(self):
-        self._lib = _native.Lib()
+        self._lib = _native.new_lib()
+        # Each member also as a partial call in the object's own dict, which
+        # Python finds before the class's method: a call then goes straight
+        # into the extension, without a Python frame in between.
+        lib = self._lib
+        self.__dict__.update((name, functools.partial(_native.call, lib, name, how))
+                             for name, how in _DIRECT)
 
     def close(self):
         """Destroys the library object; a later call raises Error 91."""
-        self._lib.close()
+        _native.close_lib(self._lib)
 
     def __enter__(self):
         return self
@@ -91,20 +104,15 @@ class LIB:
 
     def call(self, member, *args, **kwargs):
         """Calls `member` by name (a method or a property's get form)."""
-        names = _param_names(member, _METHOD | _GET)
-        if kwargs:
-            args = _arguments(member, names, args, kwargs)
-        return self._lib.invoke(member, _METHOD | _GET, args)
+        return _native.call(self._lib, member, _METHOD | _GET, *args, **kwargs)
 
     def let(self, member, *args, **kwargs):
         """Calls the let form of property `member`; the new value is last."""
-        names = _param_names(member, _LET)
-        if kwargs:
-            args = _arguments(member, names, args, kwargs)
-        return self._lib.invoke(member, _LET, args)
+        return _native.call(self._lib, member, _LET, *args, **kwargs)
 
 
 _TABLE = {}  # (lower-case name, how) -> entry
+_DIRECT = []  # (name, how) of the members called as methods
 
 
 def _param_names(member, how):
@@ -129,15 +137,15 @@ def _install_members():
                 and setter is not None and len(setter["params"]) == 1:
             # A property without arguments reads and assigns as an attribute.
             def fget(self, _name=name):
-                return self._lib.invoke(_name, _GET, ())
+                return _native.call(self._lib, _name, _GET)
 
             def fset(self, value, _name=name):
-                self._lib.invoke(_name, _LET, (value,))
+                _native.call(self._lib, _name, _LET, value)
 
             setattr(LIB, name, property(fget, fset, doc=f"Property {name}"))
         elif getter is not None:
-            names = [p["name"] for p in getter["params"]]
-            setattr(LIB, name, _caller(name, names, getter["how"], _signature(getter)))
+            setattr(LIB, name, _caller(name, getter["how"], _signature(getter)))
+            _DIRECT.append((name, getter["how"]))
         # A let form with arguments is reached through LIB.let(name, ...).
 
 
