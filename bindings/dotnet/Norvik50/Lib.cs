@@ -103,7 +103,6 @@ namespace Norvik50 {
     // ---- The member table
 
     private static List<MemberInfo> members_;
-    private static Dictionary<string, bool[]> byRef_;
     private static readonly object tableLock_ = new object();
 
     /// <summary>Every member form of the loaded library.</summary>
@@ -116,24 +115,32 @@ namespace Norvik50 {
       }
     }
 
-    private static bool[] ByRefFlags(string name, int how) {
-      lock (tableLock_) {
-        if (byRef_ == null) {
-          var flags = new Dictionary<string, bool[]>();
-          foreach (MemberInfo m in Members) {
-            var f = new bool[m.Params.Length];
-            for (int i = 0; i < f.Length; ++i) f[i] = m.Params[i].ByRef;
-            flags[m.Name.ToLowerInvariant() + "/" + m.How] = f;
-          }
-          byRef_ = flags;
+    // Which arguments each member form passes by reference, by form and
+    // name (any case, as calls by name are): read once, then without a lock.
+    private sealed class ByRefTable {
+      internal readonly Dictionary<string, bool[]>[] ByForm = new Dictionary<string, bool[]>[5];
+      internal ByRefTable() {
+        foreach (int form in forms_) {
+          ByForm[form] = new Dictionary<string, bool[]>(StringComparer.OrdinalIgnoreCase);
         }
-        bool[] found;
-        string key = name.ToLowerInvariant() + "/";
-        foreach (int form in new[] { Method, PropertyGet, PropertyLet }) {
-          if ((how & form) != 0 && byRef_.TryGetValue(key + form, out found)) return found;
+        foreach (MemberInfo m in Members) {
+          var flags = new bool[m.Params.Length];
+          for (int i = 0; i < flags.Length; ++i) flags[i] = m.Params[i].ByRef;
+          ByForm[m.How][m.Name] = flags;
         }
-        return new bool[0];
       }
+    }
+    private static readonly Lazy<ByRefTable> byRef_ = new Lazy<ByRefTable>(() => new ByRefTable());
+    private static readonly bool[] none_ = new bool[0];
+    private static readonly int[] forms_ = { Method, PropertyGet, PropertyLet };
+
+    private static bool[] ByRefFlags(string name, int how) {
+      ByRefTable table = byRef_.Value;
+      bool[] found;
+      foreach (int form in forms_) {
+        if ((how & form) != 0 && table.ByForm[form].TryGetValue(name, out found)) return found;
+      }
+      return none_;
     }
 
     private static List<MemberInfo> ReadMembers() {
