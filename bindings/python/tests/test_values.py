@@ -166,3 +166,11 @@ def test_headless_dialogs_answer_at_once(lib):
     with pytest.raises(norvik50.Error) as failure:
         norvik50.set_dialogs(7)
     assert failure.value.number == 5
+
+
+def test_the_readme_example_runs():
+    example = os.path.join(os.path.dirname(__file__), "..", "..", "examples", "example.py")
+    out = subprocess.run([sys.executable, example], check=True, capture_output=True,
+                         text=True).stdout.splitlines()
+    assert out[:3] == ["1234.56", "2024-0042", "2"]
+    assert out[3].startswith("error 438 ")
