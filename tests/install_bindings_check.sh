@@ -20,14 +20,17 @@ pc_dir=$(dirname "$(find "$prefix/usr" -name norvik50.pc)")
 # shellcheck disable=SC2046
 cc -std=c99 "$source_dir/bindings/examples/example.c" -o "$prefix/c_host" \
   $(PKG_CONFIG_PATH="$pc_dir" pkg-config --cflags --libs norvik50)
-"$prefix/c_host" | head -1 | grep -qxF '1234.56'
+# Whole outputs are read before they are checked: a reader that stops early
+# would break the writer's pipe.
+first_line() { local out; out=$("$@"); printf '%s\n' "${out%%$'\n'*}"; }
+[[ $(first_line "$prefix/c_host") == 1234.56 ]]
 
 if [[ -n $python ]]; then
   package=$(find "$prefix/usr" -path '*-packages/norvik50/__init__.py')
   [[ -f $(dirname "$package")/__init__.pyi ]]
   # Found by the relative run path of the extension: no LD_LIBRARY_PATH.
-  PYTHONPATH=$(dirname "$(dirname "$package")") "$python" \
-    "$source_dir/bindings/examples/example.py" | head -1 | grep -qxF '1234.56'
+  [[ $(first_line env PYTHONPATH="$(dirname "$(dirname "$package")")" "$python" \
+    "$source_dir/bindings/examples/example.py") == 1234.56 ]]
 fi
 
 if [[ -n $mcs && -n $mono ]]; then
@@ -36,7 +39,7 @@ if [[ -n $mcs && -n $mono ]]; then
   cp "$assembly" "$assembly.config" "$prefix/"
   "$mcs" -nologo -r:"$prefix/Norvik50.dll" -out:"$prefix/Sample.exe" \
     "$source_dir/bindings/dotnet/sample/Sample.cs"
-  LD_LIBRARY_PATH=$(dirname "$(find "$prefix/usr" -name 'libnorvik50.so.0')") \
-    "$mono" "$prefix/Sample.exe" | head -1 | grep -qxF 'Invoice | 2024-0042'
+  [[ $(first_line env LD_LIBRARY_PATH="$(dirname "$(find "$prefix/usr" -name 'libnorvik50.so.0')")" \
+    "$mono" "$prefix/Sample.exe") == 'Invoice | 2024-0042' ]]
 fi
 echo "installed bindings: C${python:+, Python}${mcs:+, .NET}"
