@@ -116,8 +116,8 @@ NORVIK50_API norvik50_value* norvik50_value_new_currency(int64_t scaled);
 NORVIK50_API norvik50_value* norvik50_value_new_boolean(int v);
 NORVIK50_API norvik50_value* norvik50_value_new_error(int32_t code);
 NORVIK50_API norvik50_value* norvik50_value_new_byte(uint8_t v);
-/* `length` UTF-16 units from `units` (which may be NULL when length is 0).
- * Unpaired surrogates are kept as they are. */
+/* `length` UTF-16 units from `units` (which may be NULL when length is 0;
+ * NULL with a length gives NULL). Unpaired surrogates are kept as they are. */
 NORVIK50_API norvik50_value* norvik50_value_new_string16(const uint16_t* units, size_t length);
 /* An object value holding Nothing. */
 NORVIK50_API norvik50_value* norvik50_value_new_nothing(void);

@@ -72,12 +72,16 @@ class _NothingType:
 Nothing = _NothingType()
 
 
+_UNSET = object()
+
+
 class Ref:
-    """A by-reference argument: pass it, and read .value after the call."""
+    """A by-reference argument: pass it, and read .value after the call.
+    Ref() starts Empty; Ref(None) passes Null."""
     __slots__ = ("value",)
 
-    def __init__(self, value=None):
-        self.value = Empty if value is None else value
+    def __init__(self, value=_UNSET):
+        self.value = Empty if value is _UNSET else value
 
     def __repr__(self):
         return f"norvik50.Ref({self.value!r})"

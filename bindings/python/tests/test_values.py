@@ -28,6 +28,11 @@ def test_values_round_trip(lib, value):
     assert back == value and type(back) is type(value)
 
 
+def test_a_reference_starts_empty_or_holds_null():
+    assert norvik50.Ref().value is norvik50.Empty
+    assert norvik50.Ref(None).value is None
+
+
 def test_a_lone_surrogate_survives_the_trip(lib):
     assert lib.tklGetNotNullValue("a\ud800b") == "a\ud800b"
 
