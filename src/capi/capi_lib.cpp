@@ -4,6 +4,9 @@
 // used: a host that passes a freed or made-up handle gets error 91, where
 // following the pointer would crash it or corrupt memory.
 #include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <string>
 #include <memory>
 #include <string_view>
 #include <unordered_map>
@@ -36,16 +39,29 @@ class LiveLibraries {
   // Removes `lib`; false when it was not live.
   bool Remove(norvik50_lib* lib) {
     std::lock_guard lock(mutex_);
-    return live_.erase(lib) != 0;
+    if (live_.erase(lib) == 0) return false;
+    frees_.fetch_add(1, std::memory_order_release);
+    return true;
   }
+  // Whether `lib` is live. Each thread remembers the object it last found
+  // live, which holds until any object is freed: a host calling one object
+  // again and again takes no lock.
   bool Contains(norvik50_lib* lib) const {
+    thread_local const norvik50_lib* last = nullptr;
+    thread_local uint64_t last_frees = 0;
+    const uint64_t frees = frees_.load(std::memory_order_acquire);
+    if (lib == last && frees == last_frees) return true;
     std::lock_guard lock(mutex_);
-    return live_.count(lib) != 0;
+    if (live_.count(lib) == 0) return false;
+    last = lib;
+    last_frees = frees;
+    return true;
   }
 
  private:
   mutable std::mutex mutex_;
   std::unordered_set<norvik50_lib*> live_;
+  std::atomic<uint64_t> frees_{0};
 };
 
 // Never destroyed: a host may free its last object from a static
@@ -117,7 +133,18 @@ bool CheckedLetFlag(const char* name, int32_t how) {
       how != (NORVIK50_METHOD | NORVIK50_PROPERTYGET)) {
     Raise(norvik50::kErrInvalidCall);
   }
-  const int32_t has = forms->Of(name);
+  // Hosts call the same member many times in a row: the last name each
+  // thread asked for is compared before the table is searched.
+  thread_local std::string last_name;
+  thread_local int32_t last_forms = 0;
+  int32_t has = 0;
+  if (std::strcmp(name, last_name.c_str()) == 0 && !last_name.empty()) {
+    has = last_forms;
+  } else {
+    has = forms->Of(name);
+    last_name = name;
+    last_forms = has;
+  }
   if ((has & how) == 0) Raise(norvik50::kErrNoSuchMember);
   // A get form asked for alone, of a name that also has a method, would
   // reach the method through the dispatch.
