@@ -55,16 +55,26 @@ bool Unsuitable(const char* name) {
 norvik50_value* MakeValue(Input& in, int depth) {
   norvik50_value* v = nullptr;
   switch (in.Byte() % 20) {
-    case 0: return norvik50_value_new_empty();
-    case 1: return norvik50_value_new_null();
-    case 2: return norvik50_value_new_integer(in.Bits<int16_t>());
-    case 3: return norvik50_value_new_long(in.Bits<int32_t>());
-    case 4: return norvik50_value_new_single(in.Bits<float>());
-    case 5: return norvik50_value_new_double(in.Bits<double>());
-    case 6: return norvik50_value_new_currency(in.Bits<int64_t>());
-    case 7: return norvik50_value_new_boolean(in.Byte());
-    case 8: return norvik50_value_new_error(in.Bits<int32_t>());
-    case 9: return norvik50_value_new_byte(in.Byte());
+    case 0:
+      return norvik50_value_new_empty();
+    case 1:
+      return norvik50_value_new_null();
+    case 2:
+      return norvik50_value_new_integer(in.Bits<int16_t>());
+    case 3:
+      return norvik50_value_new_long(in.Bits<int32_t>());
+    case 4:
+      return norvik50_value_new_single(in.Bits<float>());
+    case 5:
+      return norvik50_value_new_double(in.Bits<double>());
+    case 6:
+      return norvik50_value_new_currency(in.Bits<int64_t>());
+    case 7:
+      return norvik50_value_new_boolean(in.Byte());
+    case 8:
+      return norvik50_value_new_error(in.Bits<int32_t>());
+    case 9:
+      return norvik50_value_new_byte(in.Byte());
     case 10: {
       const std::string bytes = in.Bytes(24);
       std::vector<uint16_t> units(bytes.size() / 2);
@@ -124,8 +134,10 @@ norvik50_value* MakeValue(Input& in, int depth) {
       }
       return v;
     }
-    case 18: return norvik50_value_new_nothing();
-    default: return nullptr;  // an omitted argument
+    case 18:
+      return norvik50_value_new_nothing();
+    default:
+      return nullptr;  // an omitted argument
   }
 }
 
@@ -148,16 +160,36 @@ void ReadAll(const norvik50_value* v, int depth) {
   size_t length;
   char* text = nullptr;
   switch (type) {
-    case NORVIK50_VT_INTEGER: norvik50_value_get_integer(v, &i16); break;
-    case NORVIK50_VT_LONG: norvik50_value_get_long(v, &i32); break;
-    case NORVIK50_VT_SINGLE: norvik50_value_get_single(v, &f); break;
-    case NORVIK50_VT_DOUBLE: norvik50_value_get_double(v, &d); break;
-    case NORVIK50_VT_CURRENCY: norvik50_value_get_currency(v, &i64); break;
-    case NORVIK50_VT_DATE: norvik50_value_get_date(v, &d); break;
-    case NORVIK50_VT_BOOLEAN: norvik50_value_get_boolean(v, &i16); break;
-    case NORVIK50_VT_ERROR: norvik50_value_get_error(v, &i32); break;
-    case NORVIK50_VT_BYTE: norvik50_value_get_byte(v, &byte); break;
-    case NORVIK50_VT_DECIMAL: norvik50_value_get_decimal(v, &hi, &lo, &scale, &negative); break;
+    case NORVIK50_VT_INTEGER:
+      norvik50_value_get_integer(v, &i16);
+      break;
+    case NORVIK50_VT_LONG:
+      norvik50_value_get_long(v, &i32);
+      break;
+    case NORVIK50_VT_SINGLE:
+      norvik50_value_get_single(v, &f);
+      break;
+    case NORVIK50_VT_DOUBLE:
+      norvik50_value_get_double(v, &d);
+      break;
+    case NORVIK50_VT_CURRENCY:
+      norvik50_value_get_currency(v, &i64);
+      break;
+    case NORVIK50_VT_DATE:
+      norvik50_value_get_date(v, &d);
+      break;
+    case NORVIK50_VT_BOOLEAN:
+      norvik50_value_get_boolean(v, &i16);
+      break;
+    case NORVIK50_VT_ERROR:
+      norvik50_value_get_error(v, &i32);
+      break;
+    case NORVIK50_VT_BYTE:
+      norvik50_value_get_byte(v, &byte);
+      break;
+    case NORVIK50_VT_DECIMAL:
+      norvik50_value_get_decimal(v, &hi, &lo, &scale, &negative);
+      break;
     case NORVIK50_VT_STRING:
       if (norvik50_value_get_string16(v, &units, &length) != 0) abort();
       if (norvik50_value_get_utf8(v, &text, &length) != 0) abort();
@@ -213,8 +245,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     name = in.Bytes(20);
   }
   if (Unsuitable(name.c_str())) return 0;
-  const int32_t forms[] = {NORVIK50_METHOD, NORVIK50_PROPERTYGET, NORVIK50_PROPERTYLET,
-                           NORVIK50_METHOD | NORVIK50_PROPERTYGET, 0, 7};
+  const int32_t forms[] = {NORVIK50_METHOD,
+                           NORVIK50_PROPERTYGET,
+                           NORVIK50_PROPERTYLET,
+                           NORVIK50_METHOD | NORVIK50_PROPERTYGET,
+                           0,
+                           7};
   const int32_t how = forms[in.Byte() % 6];
 
   std::vector<norvik50_value*> args(in.Byte() % 12);
@@ -223,18 +259,22 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   norvik50_lib* target = lib;
   norvik50_lib* freed = nullptr;
   switch (in.Byte() % 32) {
-    case 0: target = nullptr; break;
+    case 0:
+      target = nullptr;
+      break;
     case 1:
       norvik50_lib_new(&freed, nullptr);
       norvik50_lib_free(freed);
       target = freed;
       break;
-    default: break;
+    default:
+      break;
   }
 
   norvik50_value* result = nullptr;
   norvik50_error err = NORVIK50_ERROR_INIT;
-  const int32_t rc = norvik50_invoke(target, name.c_str(), how, args.data(), args.size(), &result, &err);
+  const int32_t rc =
+      norvik50_invoke(target, name.c_str(), how, args.data(), args.size(), &result, &err);
   if (rc != err.number) abort();
   if (rc != 0 && (result != nullptr || err.description == nullptr)) abort();
   if ((target == nullptr || target == freed) && rc != 91) abort();

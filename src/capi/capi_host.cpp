@@ -36,7 +36,8 @@ std::string QtLibraryPath() {
 }
 
 [[noreturn]] void QtUnavailable(const std::string& why) {
-  throw norvik50::Error(kErrFileNotFound, u"The Qt dialogs cannot be loaded: " + norvik50::FromUtf8(why),
+  throw norvik50::Error(kErrFileNotFound,
+                        u"The Qt dialogs cannot be loaded: " + norvik50::FromUtf8(why),
                         std::u16string(norvik50::kErrorSource));
 }
 

@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
-#include <string>
 #include <memory>
-#include <string_view>
-#include <unordered_map>
 #include <mutex>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -116,9 +116,8 @@ class MemberForms {
   };
   struct Equal {
     bool operator()(std::string_view a, std::string_view b) const noexcept {
-      return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return Fold(x) == Fold(y);
-             });
+      return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                                [](char x, char y) { return Fold(x) == Fold(y); });
     }
   };
   std::unordered_map<std::string_view, int32_t, Hash, Equal> forms_;
@@ -196,7 +195,8 @@ int32_t norvik50_invoke(norvik50_lib* lib, const char* name, int32_t how, norvik
     // Everything that allocates happens before the caller's array changes,
     // so a failure leaves the arguments as they were.
     std::unique_ptr<Variant> out;
-    if (result != nullptr && answer.result) out = std::make_unique<Variant>(std::move(*answer.result));
+    if (result != nullptr && answer.result)
+      out = std::make_unique<Variant>(std::move(*answer.result));
     std::vector<std::pair<size_t, std::unique_ptr<Variant>>> fresh;
     for (auto& [index, value] : answer.by_ref) {
       if (index < argc && args[index] == nullptr) {

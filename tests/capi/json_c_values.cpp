@@ -12,22 +12,38 @@ using json = nlohmann::json;
 
 const char* TypeName(uint16_t vt) {
   switch (vt) {
-    case NORVIK50_VT_EMPTY: return "Empty";
-    case NORVIK50_VT_NULL: return "Null";
-    case NORVIK50_VT_INTEGER: return "Integer";
-    case NORVIK50_VT_LONG: return "Long";
-    case NORVIK50_VT_SINGLE: return "Single";
-    case NORVIK50_VT_DOUBLE: return "Double";
-    case NORVIK50_VT_CURRENCY: return "Currency";
-    case NORVIK50_VT_DATE: return "Date";
-    case NORVIK50_VT_STRING: return "String";
-    case NORVIK50_VT_OBJECT: return "Object";
-    case NORVIK50_VT_ERROR: return "Error";
-    case NORVIK50_VT_BOOLEAN: return "Boolean";
-    case NORVIK50_VT_DECIMAL: return "Decimal";
-    case NORVIK50_VT_BYTE: return "Byte";
-    case NORVIK50_VT_RECORD: return "Record";
-    default: return (vt & NORVIK50_VT_ARRAY) != 0 ? "Array" : "?";
+    case NORVIK50_VT_EMPTY:
+      return "Empty";
+    case NORVIK50_VT_NULL:
+      return "Null";
+    case NORVIK50_VT_INTEGER:
+      return "Integer";
+    case NORVIK50_VT_LONG:
+      return "Long";
+    case NORVIK50_VT_SINGLE:
+      return "Single";
+    case NORVIK50_VT_DOUBLE:
+      return "Double";
+    case NORVIK50_VT_CURRENCY:
+      return "Currency";
+    case NORVIK50_VT_DATE:
+      return "Date";
+    case NORVIK50_VT_STRING:
+      return "String";
+    case NORVIK50_VT_OBJECT:
+      return "Object";
+    case NORVIK50_VT_ERROR:
+      return "Error";
+    case NORVIK50_VT_BOOLEAN:
+      return "Boolean";
+    case NORVIK50_VT_DECIMAL:
+      return "Decimal";
+    case NORVIK50_VT_BYTE:
+      return "Byte";
+    case NORVIK50_VT_RECORD:
+      return "Record";
+    default:
+      return (vt & NORVIK50_VT_ARRAY) != 0 ? "Array" : "?";
   }
 }
 
@@ -71,7 +87,7 @@ norvik50_value* Typed(const json& t) {
   if (vt == "Array") {
     if (v.is_null()) {
       Check(norvik50_value_new_unbounded_array(NORVIK50_VT_VARIANT, &out));
-    return out;
+      return out;
     }
     const int32_t lower = t.value("lb", 0);
     Check(norvik50_value_new_array(NORVIK50_VT_VARIANT, lower, v.size(), &out));

@@ -29,11 +29,11 @@ json AnswerThroughC(norvik50_lib* lib, const json& call) {
   for (const json& arg : call.at("args")) args.push_back(ValueFromJson(arg));
   norvik50_value* result = nullptr;
   norvik50_error err = NORVIK50_ERROR_INIT;
-  const int how = call.value("let", false) ? NORVIK50_PROPERTYLET
-                                           : (NORVIK50_METHOD | NORVIK50_PROPERTYGET);
+  const int how =
+      call.value("let", false) ? NORVIK50_PROPERTYLET : (NORVIK50_METHOD | NORVIK50_PROPERTYGET);
   const std::string member = call.at("member");
-  const int32_t rc = norvik50_invoke(lib, member.c_str(), how, args.data(), args.size(), &result,
-                                     &err);
+  const int32_t rc =
+      norvik50_invoke(lib, member.c_str(), how, args.data(), args.size(), &result, &err);
   json answer = json::object();
   if (rc != 0) {
     answer["error"] = rc;
@@ -65,7 +65,8 @@ void ExpectSameAnswer(const json& expected, const json& actual) {
   EXPECT_EQ(expected.contains("result"), actual.contains("result")) << actual.dump();
   if (expected.contains("result") && actual.contains("result")) {
     EXPECT_TRUE(SameValue(expected.at("result"), actual.at("result")))
-        << "expected " << expected.at("result").dump() << "\nactual   " << actual.at("result").dump();
+        << "expected " << expected.at("result").dump() << "\nactual   "
+        << actual.at("result").dump();
   }
   const json eb = expected.value("byref", json::object());
   const json ab = actual.value("byref", json::object());
@@ -103,8 +104,7 @@ TEST(SharedCallsTest, TheCppDispatchAnswersAsTheTableRecords) {
       out << request.dump() << '\n';
     }
   }
-  const std::string command =
-      std::string(NORVIK50_TOOL) + " batch --headless < " + requests;
+  const std::string command = std::string(NORVIK50_TOOL) + " batch --headless < " + requests;
   FILE* pipe = popen(command.c_str(), "r");
   ASSERT_NE(pipe, nullptr);
   std::vector<json> answers;

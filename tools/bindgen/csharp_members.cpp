@@ -13,25 +13,38 @@ namespace {
 std::string CsType(uint16_t type) {
   if ((type & NORVIK50_VT_ARRAY) != 0) return "System.Array";
   switch (type) {
-    case NORVIK50_VT_EMPTY: return "void";
-    case NORVIK50_VT_INTEGER: return "short";
-    case NORVIK50_VT_LONG: return "int";
-    case NORVIK50_VT_BYTE: return "byte";
-    case NORVIK50_VT_SINGLE: return "float";
-    case NORVIK50_VT_DOUBLE: return "double";
+    case NORVIK50_VT_EMPTY:
+      return "void";
+    case NORVIK50_VT_INTEGER:
+      return "short";
+    case NORVIK50_VT_LONG:
+      return "int";
+    case NORVIK50_VT_BYTE:
+      return "byte";
+    case NORVIK50_VT_SINGLE:
+      return "float";
+    case NORVIK50_VT_DOUBLE:
+      return "double";
     case NORVIK50_VT_CURRENCY:
-    case NORVIK50_VT_DECIMAL: return "decimal";
-    case NORVIK50_VT_DATE: return "DateTime";
-    case NORVIK50_VT_STRING: return "string";
-    case NORVIK50_VT_BOOLEAN: return "bool";
-    case NORVIK50_VT_RECORD: return "Record";
-    case NORVIK50_VT_ERROR: return "ErrorValue";
-    default: return "object";
+    case NORVIK50_VT_DECIMAL:
+      return "decimal";
+    case NORVIK50_VT_DATE:
+      return "DateTime";
+    case NORVIK50_VT_STRING:
+      return "string";
+    case NORVIK50_VT_BOOLEAN:
+      return "bool";
+    case NORVIK50_VT_RECORD:
+      return "Record";
+    case NORVIK50_VT_ERROR:
+      return "ErrorValue";
+    default:
+      return "object";
   }
 }
 
 bool IsValueType(const std::string& cs) {
-  static const std::set<std::string> kValueTypes = {"short", "int",  "byte",     "float",
+  static const std::set<std::string> kValueTypes = {"short",  "int",     "byte",     "float",
                                                     "double", "decimal", "DateTime", "bool"};
   return kValueTypes.count(cs) != 0;
 }
@@ -98,7 +111,8 @@ void WriteForm(const Form& form, const std::string& method_name, std::ostream& o
     if (!params[i].optional) required = i + 1;
   }
   for (std::size_t count = required; count <= params.size(); ++count) {
-    if (count == params.size() || params[count].by_ref) WriteOverload(form, method_name, count, out);
+    if (count == params.size() || params[count].by_ref)
+      WriteOverload(form, method_name, count, out);
   }
 }
 

@@ -8,21 +8,32 @@ namespace {
 std::string PythonType(uint16_t type) {
   if ((type & NORVIK50_VT_ARRAY) != 0) return "Sequence[Any]";
   switch (type) {
-    case NORVIK50_VT_EMPTY: return "None";
+    case NORVIK50_VT_EMPTY:
+      return "None";
     case NORVIK50_VT_INTEGER:
     case NORVIK50_VT_LONG:
-    case NORVIK50_VT_BYTE: return "int";
+    case NORVIK50_VT_BYTE:
+      return "int";
     case NORVIK50_VT_SINGLE:
-    case NORVIK50_VT_DOUBLE: return "float";
+    case NORVIK50_VT_DOUBLE:
+      return "float";
     case NORVIK50_VT_CURRENCY:
-    case NORVIK50_VT_DECIMAL: return "Decimal";
-    case NORVIK50_VT_DATE: return "datetime";
-    case NORVIK50_VT_STRING: return "str";
-    case NORVIK50_VT_BOOLEAN: return "bool";
-    case NORVIK50_VT_OBJECT: return "HostObject";
-    case NORVIK50_VT_RECORD: return "Record";
-    case NORVIK50_VT_ERROR: return "ErrorValue";
-    default: return "Any";
+    case NORVIK50_VT_DECIMAL:
+      return "Decimal";
+    case NORVIK50_VT_DATE:
+      return "datetime";
+    case NORVIK50_VT_STRING:
+      return "str";
+    case NORVIK50_VT_BOOLEAN:
+      return "bool";
+    case NORVIK50_VT_OBJECT:
+      return "HostObject";
+    case NORVIK50_VT_RECORD:
+      return "Record";
+    case NORVIK50_VT_ERROR:
+      return "ErrorValue";
+    default:
+      return "Any";
   }
 }
 
