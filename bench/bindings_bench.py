@@ -144,24 +144,23 @@ def main():
     via_ctypes = best_ns(ctypes_call(), calls=CALLS // 4)
     batch = batch_ns(CALLS // 4)
     round_trip = batch_round_trip_ns()
-    print(f"tklVal(\"1234,56\") by name, ns per call (best of the runs)")
-    print(f"  C++ dispatch by name      {cpp:8.0f}   anchor")
-    print(f"  C interface               {c_call:8.0f}   {c_call / cpp:5.2f}x the C++ dispatch"
-          f"  (target 1.5x)")
-    print(f"  Python float() of the text{anchor:8.0f}   anchor")
-    print(f"  Python (pybind11 package) {python:8.0f}   {python / anchor:5.1f}x float(); "
-          f"{python - c_call:5.0f} ns above the C call (target < 1000)")
-    print(f"  Python through ctypes     {via_ctypes:8.0f}   {via_ctypes / python:5.1f}x the package")
-    print(f"  Python through the batch  {batch:8.0f}   streamed: the package has "
-          f"{batch / python:5.1f}x its throughput (target 10x)")
-    print(f"  ... one request at a time {round_trip:8.0f}   the package has "
-          f"{round_trip / python:5.1f}x its throughput")
+    rows = [("C++ dispatch by name", cpp, "the anchor"),
+            ("C interface", c_call, "target 1.5x"),
+            ("Python (pybind11 package)", python, f"{python - c_call:.0f} ns above the C call,"
+             f" target < 1000; {python / anchor:.1f}x Python's float() ({anchor:.0f} ns)"),
+            ("Python through ctypes", via_ctypes, f"{via_ctypes / python:.1f}x the package"),
+            ("Python through the batch", batch, f"streamed; the package has "
+             f"{batch / python:.1f}x its throughput, target 10x"),
+            ("  one request at a time", round_trip, f"the package has "
+             f"{round_trip / python:.1f}x its throughput")]
     dotnet = dotnet_figures()
     if dotnet:
         net, parse = dotnet["dotnet_tklVal_ns"], dotnet["dotnet_double_parse_ns"]
-        print(f"  .NET double.Parse         {parse:8.0f}   anchor")
-        print(f"  .NET (Mono, P/Invoke)     {net:8.0f}   {net / parse:5.1f}x double.Parse; "
-              f"{net - c_call:5.0f} ns above the C call")
+        rows.append((".NET (Mono, P/Invoke)", net, f"{net - c_call:.0f} ns above the C call; "
+                     f"{net / parse:.1f}x .NET's double.Parse ({parse:.0f} ns)"))
+    print('tklVal("1234,56") by name: ns per call (best of the runs), ratio to the C++ dispatch')
+    for name, ns, note in rows:
+        print(f"  {name:27} {ns:8.0f} {ns / cpp:7.2f}x  {note}")
     lib.close()
 
 
