@@ -176,6 +176,28 @@ void SettingsStep(Tour& tour) {
   Note("intended: the count includes the key itself, so a key without sub-keys gives 1");
 }
 
+void DesignedHereStep(Tour& tour) {
+  Step("Members designed here",
+       "Members a ported host calls whose behaviour this library defines (README: Members "
+       "designed here).");
+  ShowCall(tour, "tklReplaceInStringExt",
+           {Text(u"f(a) + a"), Text(u"a"), Text(u"b"), Long(1), Variant(false), Variant(false),
+            Variant(false), Variant(false), Variant(false), Text(u"()")},
+           R"("f(a) + b")");
+  Note("the a inside the bracket pair of sNotInSigns stays");
+  ShowCall(tour, "tklSeparateFunction",
+           {Text(u"Round(a, Format(x, \"a,b\"))"), Text(u""), Variant()}, "True");
+  Note("a nested call and a quoted comma stay inside their argument");
+  ShowCall(tour, "tklGetRelativePath",
+           {Text(u"C:\\Data\\Reports\\q1.txt"), Text(u"c:\\data\\archive")},
+           R"("..\Reports\q1.txt")");
+  ShowCall(tour, "tklGetAbsolutePath", {Text(u"..\\Reports\\q1.txt"), Text(u"C:\\Data\\Archive")},
+           R"("C:\Data\Reports\q1.txt")");
+  const std::optional<Variant> sealed = ShowCall(tour, "tklEncryptedValue", {Text(u"Kennwort 42")});
+  Note("a fresh nonce every time; the key lives beside this user's settings store");
+  if (sealed) ShowCall(tour, "tklDecryptedValue", {*sealed}, R"("Kennwort 42")");
+}
+
 void LogStep(Tour& tour) {
   Step("The log",
        "Each LIB object starts nvk50err.LOG in the temporary folder afresh; lines are stamped.");
@@ -193,11 +215,11 @@ void LogStep(Tour& tour) {
     std::cout << "     | " << text << '\n';
     // What each line says, without its time stamp.
     for (const char* said : {"initialized.", "Res_FR.dll", "The tour wrote", "ERR=13"}) {
-      if (text.find(said) != std::string::npos) lines += (lines.empty() ? "" : ", ") + std::string(said);
+      if (text.find(said) != std::string::npos)
+        lines += (lines.empty() ? "" : ", ") + std::string(said);
     }
   }
-  Expect(tour, "the log", lines,
-         "initialized., Res_FR.dll, The tour wrote, ERR=13");
+  Expect(tour, "the log", lines, "initialized., Res_FR.dll, The tour wrote, ERR=13");
 }
 
 void BatchStep(Tour& tour) {
@@ -220,9 +242,9 @@ void BatchStep(Tour& tour) {
 }
 
 using StepFunction = void (*)(Tour&);
-constexpr StepFunction kSteps[] = {FoldersStep,  PathsStep,     TextStep, NumbersStep,
-                                   FormatStep,   SqlStep,       LzwStep,  SettingsStep,
-                                   ResourcesStep, DialogsStep,  LogStep,  BatchStep};
+constexpr StepFunction kSteps[] = {
+    FoldersStep,  PathsStep,     TextStep,    NumbersStep,      FormatStep, SqlStep,  LzwStep,
+    SettingsStep, ResourcesStep, DialogsStep, DesignedHereStep, LogStep,    BatchStep};
 
 // Everything the tour writes (settings, log, resource libraries, dialog
 // files) lies in a folder of its own run, so that runs by other users or at
