@@ -1,0 +1,621 @@
+#include "settings/pg_store.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "norvik50/encoding.h"
+#include "settings/pg_schema.h"
+#include "settings/registry_names.h"
+#include "settings/value_bytes.h"
+
+namespace norvik50::settings {
+namespace {
+
+constexpr int32_t kNotFound = 2;
+constexpr int32_t kDenied = 5;
+constexpr int32_t kBadKey = 1010;
+constexpr int32_t kUnusable = ERROR_CANTOPEN;
+
+bool IsRoot(RegKey key) {
+  return key >= HKEY_CLASSES_ROOT && key <= HKEY_DYN_DATA && key != HKEY_PERFORMANCE_DATA;
+}
+
+std::string JoinPath(const std::string& base, const std::string& name) {
+  return base.empty() ? name : base + "\\" + name;
+}
+
+// The statements of one table pair; {T} is the pair, {O} the owner its
+// rows carry ('' for the machine-wide rows, the session user for the
+// per-user rows, which row security checks as well).
+struct Statement {
+  const char* name;
+  const char* sql;
+};
+constexpr std::array<Statement, 8> kStatements{{
+    {"exists", "SELECT 1 FROM {T}_keys WHERE owner = {O} AND root = $1 AND path = $2"},
+    {"get",
+     "SELECT type, data FROM {T}_values WHERE owner = {O} AND root = $1 AND key = $2 AND "
+     "fold = $3"},
+    {"put",
+     "INSERT INTO {T}_values (owner, root, key, fold, name, type, data) "
+     "VALUES ({O}, $1, $2, $3, $4, $5, $6) ON CONFLICT (owner, root, key, fold) "
+     "DO UPDATE SET type = EXCLUDED.type, data = EXCLUDED.data"},
+    {"root",
+     "INSERT INTO {T}_keys (owner, root, path, parent, name, fold) "
+     "VALUES ({O}, $1, '', '', '', '') ON CONFLICT DO NOTHING"},
+    {"unset",
+     "DELETE FROM {T}_values WHERE owner = {O} AND root = $1 AND key = $2 AND fold = $3 "
+     "RETURNING 1"},
+    {"child",
+     "SELECT name, fold FROM {T}_keys WHERE owner = {O} AND root = $1 AND parent = $2 AND "
+     "path <> '' ORDER BY fold LIMIT 1 OFFSET $3::integer"},
+    {"value_at",
+     "SELECT name, type, data FROM {T}_values WHERE owner = {O} AND root = $1 AND key = $2 "
+     "ORDER BY fold LIMIT 1 OFFSET $3::integer"},
+    // A key with sub-keys stays (the caller deletes a tree leaf by leaf);
+    // its values go with it.
+    {"drop",
+     "DELETE FROM {T}_keys WHERE owner = {O} AND root = $1 AND path = $2 AND NOT EXISTS "
+     "(SELECT 1 FROM {T}_keys c WHERE c.owner = {O} AND c.root = $1 AND c.parent = $2 AND "
+     "c.path <> '') RETURNING 1"},
+}};
+
+std::string Table(int kind) { return kind == 0 ? "norvik50.machine" : "norvik50.user"; }
+std::string Owner(int kind) { return kind == 0 ? "''" : "session_user"; }
+
+std::string Expand(std::string sql, int kind) {
+  for (const auto& [from, to] : {std::pair<std::string, std::string>{"{T}", Table(kind)},
+                                 std::pair<std::string, std::string>{"{O}", Owner(kind)}}) {
+    for (std::size_t at = sql.find(from); at != std::string::npos; at = sql.find(from, at)) {
+      sql.replace(at, from.size(), to);
+    }
+  }
+  return sql;
+}
+
+std::string StatementName(int kind, const char* name) {
+  return std::string(kind == 0 ? "m_" : "u_") + name;
+}
+
+// The connection string without secrets: what messages may show.
+std::string Describe(const std::string& conninfo) {
+  char* error = nullptr;
+  PQconninfoOption* options = PQconninfoParse(conninfo.c_str(), &error);
+  if (options == nullptr) {
+    PQfreemem(error);
+    return "(a connection string libpq cannot read)";
+  }
+  std::string shown;
+  for (PQconninfoOption* o = options; o->keyword != nullptr; ++o) {
+    if (o->val == nullptr || *o->val == '\0' || std::string_view(o->keyword) == "password") {
+      continue;
+    }
+    shown += (shown.empty() ? "" : " ") + std::string(o->keyword) + "=" + o->val;
+  }
+  PQconninfoFree(options);
+  return shown.empty() ? "(libpq defaults)" : shown;
+}
+
+}  // namespace
+
+PgStore::PgStore(PgStoreOptions options)
+    : options_(std::move(options)),
+      described_(Describe(options_.conninfo)),
+      copy_(options_.offline_copy),
+      next_handle_(options_.first_handle) {}
+
+PgStore::~PgStore() = default;
+
+bool PgStore::Owns(RegKey key) const {
+  std::lock_guard lock(mu_);
+  return handles_.count(key) != 0;
+}
+
+const PgStore::Handle* PgStore::Resolve(RegKey key, Handle& scratch) const {
+  if (IsRoot(key)) {
+    scratch = Handle{static_cast<int32_t>(key), {}};
+    return &scratch;
+  }
+  const auto it = handles_.find(key);
+  return it == handles_.end() ? nullptr : &it->second;
+}
+
+RegKey PgStore::NewHandle(Handle h) {
+  const RegKey key = next_handle_++;
+  handles_.emplace(key, std::move(h));
+  return key;
+}
+
+bool PgStore::Connect() {
+  std::string error;
+  auto conn = PgConnection::Connect(options_.conninfo, options_.connect_timeout_seconds, error);
+  if (!conn) {
+    last_error_ = error;
+    return false;
+  }
+  PgFailure failure;
+  const auto version = ServerSchemaVersion(*conn, failure);
+  if (!version) {
+    last_error_ = failure.message;
+    return false;
+  }
+  if (*version != kServerSchemaVersion) {
+    last_error_ = *version == 0 ? "the server holds no norvik50 schema (norvik50 store init "
+                                  "makes it)"
+                                : "the server's norvik50 schema has version " +
+                                      std::to_string(*version) + ", this library knows version " +
+                                      std::to_string(kServerSchemaVersion) +
+                                      " (norvik50 store init brings an older one up to date)";
+    return false;
+  }
+  const auto who = conn->Exec("SELECT session_user::text, md5(session_user)", {}, failure);
+  if (!who || !conn->Script(std::string("LISTEN ") + kChangeChannel, failure)) {
+    last_error_ = failure.message;
+    return false;
+  }
+  for (int kind : {kMachine, kUser}) {
+    for (const Statement& s : kStatements) {
+      if (!conn->Prepare(StatementName(kind, s.name), Expand(s.sql, kind), failure)) {
+        last_error_ = failure.message;
+        return false;
+      }
+    }
+  }
+  session_user_ = std::string(who->Bytes(0, 0));
+  user_digest_ = std::string(who->Bytes(0, 1));
+  conn_ = std::move(conn);
+  // Announcements made while this process was not listening are lost:
+  // nothing read before may be trusted now.
+  cache_.Clear();
+  outage_reported_ = false;
+  last_error_.clear();
+  return true;
+}
+
+bool PgStore::Online() {
+  if (conn_ && !conn_->broken()) return true;
+  conn_.reset();
+  const auto now = std::chrono::steady_clock::now();
+  if (now < next_attempt_) return false;
+  if (Connect()) return true;
+  next_attempt_ = now + options_.retry_interval;
+  return false;
+}
+
+void PgStore::Apply(const std::string& payload) {
+  if (payload.rfind("u:", 0) == 0) {
+    // Another session of this user changed its own settings.
+    if (payload.compare(2, std::string::npos, user_digest_) == 0) {
+      cache_.ForgetRoot(HKEY_CURRENT_USER);
+    }
+    return;
+  }
+  if (payload.rfind("m:", 0) != 0) return;
+  const std::size_t colon = payload.find(':', 2);
+  if (colon == std::string::npos) return;
+  const int32_t root = std::atoi(payload.c_str() + 2);
+  const std::string path = payload.substr(colon + 1);
+  if (path == "*") {
+    cache_.ForgetRoot(root);
+  } else {
+    cache_.ForgetKey(root, path);
+  }
+}
+
+void PgStore::Drain() {
+  if (!conn_) return;
+  for (const std::string& payload : conn_->TakeNotifications()) Apply(payload);
+  if (conn_->broken()) Lost(PgFailure{kUnusable, true, "the connection to the server broke"});
+}
+
+void PgStore::AwaitChanges(int milliseconds) {
+  std::lock_guard lock(mu_);
+  if (!Online()) return;
+  conn_->WaitForInput(milliseconds);
+  Drain();
+}
+
+void PgStore::Lost(const PgFailure& failure) {
+  conn_.reset();
+  last_error_ = failure.message;
+  // The first attempt to connect again is made by the next operation.
+  next_attempt_ = {};
+}
+
+int32_t PgStore::Away() {
+  if (!outage_reported_) {
+    outage_reported_ = true;
+    problem_ = {kUnusable,
+                FromUtf8("settings server " + described_ + " is unreachable (" + last_error_ +
+                         "); reads answer from the local copy and writes are refused until it is back")};
+  }
+  return kUnusable;
+}
+
+int32_t PgStore::Failed(const PgFailure& failure) {
+  if (failure.lost) {
+    Lost(failure);
+    return Away();
+  }
+  if (failure.code == kUnusable) {
+    problem_ = {kUnusable, FromUtf8("settings server " + described_ + ": " + failure.message)};
+  } else if (failure.code == kDenied) {
+    problem_ = {kDenied, FromUtf8("settings server " + described_ + " refused the write: " +
+                                  failure.message)};
+  }
+  return failure.code;
+}
+
+std::optional<PgResult> PgStore::Run(Kind kind, const char* name,
+                                     const std::vector<PgParam>& params, PgFailure& failure) {
+  return conn_->ExecPrepared(StatementName(kind, name), params, failure);
+}
+
+std::optional<PgResult> PgStore::RunWrite(Kind kind, const char* name,
+                                          const std::vector<PgParam>& params,
+                                          PgFailure& failure) {
+  if (!in_unit_) return Run(kind, name, params, failure);
+  // Inside a unit a failing statement would spoil the whole transaction:
+  // a savepoint takes back only its own part.
+  PgFailure ignored;
+  if (!conn_->Script("SAVEPOINT op", failure)) return std::nullopt;
+  auto result = Run(kind, name, params, failure);
+  conn_->Script(result ? "RELEASE SAVEPOINT op" : "ROLLBACK TO SAVEPOINT op", ignored);
+  return result;
+}
+
+std::optional<PgResult> PgStore::RunSqlWrite(const std::string& sql,
+                                             const std::vector<PgParam>& params,
+                                             PgFailure& failure) {
+  if (!in_unit_) return conn_->Exec(sql, params, failure);
+  PgFailure ignored;
+  if (!conn_->Script("SAVEPOINT op", failure)) return std::nullopt;
+  auto result = conn_->Exec(sql, params, failure);
+  conn_->Script(result ? "RELEASE SAVEPOINT op" : "ROLLBACK TO SAVEPOINT op", ignored);
+  return result;
+}
+
+void PgStore::NoteValue(int32_t root, const std::string& path, const std::string& fold,
+                        const KnownValue& value) {
+  cache_.NoteValue(root, path, fold, value);
+  if (in_unit_) {
+    unit_copy_.push_back({root, path, fold, true, value, true});
+  } else {
+    copy_.NoteValue(root, path, fold, value);
+  }
+}
+
+void PgStore::NoteKey(int32_t root, const std::string& path, bool exists) {
+  cache_.NoteKey(root, path, exists);
+  if (in_unit_) {
+    unit_copy_.push_back({root, path, {}, false, {}, exists});
+  } else {
+    copy_.NoteKey(root, path, exists);
+  }
+}
+
+std::optional<bool> PgStore::KeyExists(int32_t root, const std::string& path, int32_t& code) {
+  if (path.empty()) return true;  // a root always exists
+  if (const auto known = cache_.KeyExists(root, path)) return known;
+  if (Online()) {
+    PgFailure failure;
+    const auto r = Run(KindOf(root), "exists", {PgParam::Int(root), PgParam::Bytes(path)},
+                       failure);
+    if (r) {
+      NoteKey(root, path, r->rows() > 0);
+      return r->rows() > 0;
+    }
+    if (!failure.lost) {
+      code = Failed(failure);
+      return std::nullopt;
+    }
+    Lost(failure);
+  }
+  Away();
+  if (const auto copied = copy_.KeyExists(root, path)) return copied;
+  return false;  // never seen: missing, as far as this desktop knows
+}
+
+int32_t PgStore::OpenKey(RegKey parent, std::u16string_view sub_key, int32_t /*access*/,
+                         RegKey& key) {
+  std::lock_guard lock(mu_);
+  Handle scratch;
+  const Handle* p = Resolve(parent, scratch);
+  if (p == nullptr) return kBadKey;
+  const auto folded = FoldedKeyPath(sub_key);
+  if (!folded) return kBadKey;
+  Handle h{p->root, folded->empty() ? p->path : JoinPath(p->path, *folded)};
+  Drain();
+  int32_t code = 0;
+  const auto exists = KeyExists(h.root, h.path, code);
+  if (!exists) return code;
+  if (!*exists) return kNotFound;
+  key = NewHandle(std::move(h));
+  return 0;
+}
+
+int32_t PgStore::CreateKey(RegKey parent, std::u16string_view sub_key, int32_t /*options*/,
+                           int32_t /*access*/, RegKey& key, int32_t* disposition) {
+  std::lock_guard lock(mu_);
+  Handle scratch;
+  const Handle* p = Resolve(parent, scratch);
+  if (p == nullptr) return kBadKey;
+  const auto names = SplitKeyPath(sub_key);
+  if (!names) return kBadKey;
+  const std::size_t depth =
+      (p->path.empty() ? 0 : std::count(p->path.begin(), p->path.end(), '\\') + 1) + names->size();
+  if (depth > kMaxKeyDepth) return kBadKey;
+  Handle h{p->root, p->path};
+  const Kind kind = KindOf(h.root);
+  Drain();
+  if (!Online()) return Away();
+  // Every missing key on the way is made in one statement: one round trip
+  // however deep the path.
+  std::string sql = "INSERT INTO " + Table(kind) + "_keys (owner, root, path, parent, name, fold) VALUES ";
+  std::vector<PgParam> params{PgParam::Int(h.root)};
+  std::vector<std::string> paths;
+  for (const auto& name : *names) {
+    const std::string fold = FoldedUtf8(name);
+    const std::string parent_path = h.path;
+    h.path = JoinPath(h.path, fold);
+    paths.push_back(h.path);
+    const std::size_t n = params.size();
+    sql += (n > 1 ? ", (" : "(") + Owner(kind) + ", $1, $" + std::to_string(n + 1) + ", $" +
+           std::to_string(n + 2) + ", $" + std::to_string(n + 3) + ", $" + std::to_string(n + 4) +
+           ")";
+    params.push_back(PgParam::Bytes(h.path));
+    params.push_back(PgParam::Bytes(parent_path));
+    params.push_back(PgParam::Bytes(ToUtf8(name)));
+    params.push_back(PgParam::Bytes(fold));
+  }
+  bool created = false;
+  if (!names->empty()) {
+    sql += " ON CONFLICT DO NOTHING RETURNING path";
+    PgFailure failure;
+    const auto r = RunSqlWrite(sql, params, failure);
+    if (!r) return Failed(failure);
+    for (int row = 0; row < r->rows(); ++row) {
+      if (r->Bytes(row, 0) == h.path) created = true;
+    }
+    for (const std::string& path : paths) NoteKey(h.root, path, true);
+  }
+  if (disposition != nullptr) *disposition = created ? REG_CREATE_NEW_KEY : REG_OPENED_EXISTING_KEY;
+  key = NewHandle(std::move(h));
+  return 0;
+}
+
+int32_t PgStore::QueryValue(RegKey key, std::u16string_view name, std::size_t buffer_size,
+                            int32_t& type, std::string& data) {
+  std::lock_guard lock(mu_);
+  Handle scratch;
+  const Handle* h = Resolve(key, scratch);
+  if (h == nullptr) return kBadKey;
+  if (!IsValidValueName(name)) return kNotFound;
+  const std::string fold = FoldedUtf8(name);
+  Drain();
+  auto answer = [&](const KnownValue& value) -> int32_t {
+    if (!value) return kNotFound;
+    if (CallerLength(value->type, value->data) > buffer_size) return kRegMoreData;
+    type = value->type;
+    data = value->data;
+    return 0;
+  };
+  if (const KnownValue* cached = cache_.Value(h->root, h->path, fold)) return answer(*cached);
+  if (Online()) {
+    PgFailure failure;
+    const auto r = Run(KindOf(h->root), "get",
+                       {PgParam::Int(h->root), PgParam::Bytes(h->path), PgParam::Bytes(fold)},
+                       failure);
+    if (r) {
+      KnownValue value;
+      if (r->rows() > 0) value = CachedValue{r->Int(0, 0), std::string(r->Bytes(0, 1))};
+      NoteValue(h->root, h->path, fold, value);
+      return answer(value);
+    }
+    if (!failure.lost) return Failed(failure);
+    Lost(failure);
+  }
+  Away();
+  const auto copied = copy_.Value(h->root, h->path, fold);
+  return copied ? answer(*copied) : kNotFound;
+}
+
+int32_t PgStore::SetValue(RegKey key, std::u16string_view name, int32_t type,
+                          std::string_view data) {
+  std::lock_guard lock(mu_);
+  Handle scratch;
+  const Handle* h = Resolve(key, scratch);
+  if (h == nullptr) return kBadKey;
+  if (!IsValidValueName(name)) return kBadKey;
+  const Kind kind = KindOf(h->root);
+  Drain();
+  if (!Online()) return Away();
+  PgFailure failure;
+  if (h->path.empty() && !RunWrite(kind, "root", {PgParam::Int(h->root)}, failure)) {
+    return Failed(failure);
+  }
+  const std::string stored = StoredForm(type, data);
+  const std::string fold = FoldedUtf8(name);
+  if (!RunWrite(kind, "put",
+                {PgParam::Int(h->root), PgParam::Bytes(h->path), PgParam::Bytes(fold),
+                 PgParam::Bytes(ToUtf8(name)), PgParam::Int(type), PgParam::Bytes(stored)},
+                failure)) {
+    return Failed(failure);
+  }
+  NoteValue(h->root, h->path, fold, CachedValue{type, stored});
+  return 0;
+}
+
+int32_t PgStore::DeleteValue(RegKey key, std::u16string_view name) {
+  std::lock_guard lock(mu_);
+  Handle scratch;
+  const Handle* h = Resolve(key, scratch);
+  if (h == nullptr) return kBadKey;
+  if (!IsValidValueName(name)) return kNotFound;
+  Drain();
+  if (!Online()) return Away();
+  const std::string fold = FoldedUtf8(name);
+  PgFailure failure;
+  const auto r =
+      RunWrite(KindOf(h->root), "unset",
+               {PgParam::Int(h->root), PgParam::Bytes(h->path), PgParam::Bytes(fold)}, failure);
+  if (!r) return Failed(failure);
+  NoteValue(h->root, h->path, fold, std::nullopt);
+  return r->rows() > 0 ? 0 : kNotFound;
+}
+
+int32_t PgStore::EnumKey(RegKey key, uint32_t index, std::size_t name_buffer,
+                         std::u16string& name) {
+  std::lock_guard lock(mu_);
+  Handle scratch;
+  const Handle* h = Resolve(key, scratch);
+  if (h == nullptr) return kBadKey;
+  Drain();
+  if (!Online()) return Away();
+  PgFailure failure;
+  const auto r = Run(KindOf(h->root), "child",
+                     {PgParam::Int(h->root), PgParam::Bytes(h->path),
+                      PgParam::Int(static_cast<int32_t>(std::min<uint32_t>(index, INT32_MAX)))},
+                     failure);
+  if (!r) return Failed(failure);
+  if (r->rows() == 0) return ERROR_NO_MORE_ITEMS;
+  std::u16string found = FromUtf8(r->Bytes(0, 0));
+  // The buffer holds the terminator too.
+  if (found.size() + 1 > name_buffer) return kRegMoreData;
+  name = std::move(found);
+  return 0;
+}
+
+int32_t PgStore::EnumValue(RegKey key, uint32_t index, std::u16string& name, int32_t& type,
+                           std::string& data) {
+  std::lock_guard lock(mu_);
+  Handle scratch;
+  const Handle* h = Resolve(key, scratch);
+  if (h == nullptr) return kBadKey;
+  Drain();
+  if (!Online()) return Away();
+  PgFailure failure;
+  const auto r = Run(KindOf(h->root), "value_at",
+                     {PgParam::Int(h->root), PgParam::Bytes(h->path),
+                      PgParam::Int(static_cast<int32_t>(std::min<uint32_t>(index, INT32_MAX)))},
+                     failure);
+  if (!r) return Failed(failure);
+  if (r->rows() == 0) return ERROR_NO_MORE_ITEMS;
+  name = FromUtf8(r->Bytes(0, 0));
+  type = r->Int(0, 1);
+  data = std::string(r->Bytes(0, 2));
+  return 0;
+}
+
+int32_t PgStore::DeleteKey(RegKey parent, std::u16string_view sub_key) {
+  std::lock_guard lock(mu_);
+  Handle scratch;
+  const Handle* p = Resolve(parent, scratch);
+  if (p == nullptr) return kBadKey;
+  const auto folded = FoldedKeyPath(sub_key);
+  if (!folded) return kBadKey;
+  const std::string path = folded->empty() ? p->path : JoinPath(p->path, *folded);
+  if (path.empty()) return kDenied;  // a root key is never deleted
+  const int32_t root = p->root;
+  const Kind kind = KindOf(root);
+  Drain();
+  if (!Online()) return Away();
+  PgFailure failure;
+  const std::vector<PgParam> params{PgParam::Int(root), PgParam::Bytes(path)};
+  const auto dropped = RunWrite(kind, "drop", params, failure);
+  if (!dropped) return Failed(failure);
+  if (dropped->rows() > 0) {
+    NoteKey(root, path, false);
+    return 0;
+  }
+  // Nothing deleted: the key is missing, or it has sub-keys.
+  const auto exists = Run(kind, "exists", params, failure);
+  if (!exists) return Failed(failure);
+  return exists->rows() > 0 ? kDenied : kNotFound;
+}
+
+int32_t PgStore::CloseKey(RegKey key) {
+  std::lock_guard lock(mu_);
+  if (IsRoot(key)) return 0;
+  return handles_.erase(key) != 0 ? 0 : kBadKey;
+}
+
+int32_t PgStore::RunAtomically(std::span<const int32_t> roots,
+                               const std::function<int32_t()>& body) {
+  std::lock_guard lock(mu_);
+  if (in_unit_) return body();
+  Drain();
+  if (!Online()) return Away();
+  PgFailure failure;
+  // Refused at once for a root this role may not write, as the local
+  // store refuses a file it may not write.
+  for (const int32_t root : roots) {
+    if (!IsRoot(root)) return kBadKey;
+    if (KindOf(root) != kMachine) continue;
+    const auto may = conn_->Exec(
+        "SELECT has_table_privilege('norvik50.machine_values', 'INSERT, UPDATE, DELETE')", {},
+        failure);
+    if (!may) return Failed(failure);
+    if (may->Bytes(0, 0) != std::string_view("\x01", 1)) {
+      return Failed(PgFailure{kDenied, false,
+                              "role " + session_user_ + " may not write HKEY_LOCAL_MACHINE"});
+    }
+  }
+  if (!conn_->Script("BEGIN", failure)) return Failed(failure);
+  in_unit_ = true;
+  unit_copy_.clear();
+  int32_t code = 0;
+  try {
+    code = body();
+  } catch (...) {
+    in_unit_ = false;
+    PgFailure ignored;
+    if (conn_) conn_->Script("ROLLBACK", ignored);
+    cache_.Clear();
+    throw;
+  }
+  in_unit_ = false;
+  if (!conn_) return code != 0 ? code : Away();  // lost inside the unit: nothing was kept
+  if (code == 0 && conn_->Script("COMMIT", failure)) {
+    for (const PendingCopy& c : unit_copy_) {
+      if (c.is_value) {
+        copy_.NoteValue(c.root, c.path, c.fold, c.value);
+      } else {
+        copy_.NoteKey(c.root, c.path, c.exists);
+      }
+    }
+    unit_copy_.clear();
+    return 0;
+  }
+  if (code == 0) code = Failed(failure);
+  PgFailure ignored;
+  if (conn_) conn_->Script("ROLLBACK", ignored);
+  // The cache noted the unit's writes as they were made.
+  cache_.Clear();
+  unit_copy_.clear();
+  return code;
+}
+
+std::u16string PgStore::TakeProblem() { return TakeStoreProblem().description; }
+
+StoreProblem PgStore::TakeStoreProblem() {
+  std::lock_guard lock(mu_);
+  return std::exchange(problem_, StoreProblem{});
+}
+
+std::string PgStore::Check() {
+  std::lock_guard lock(mu_);
+  Drain();
+  if (Online()) return "";
+  // Asked explicitly: try now, whatever the retry interval says.
+  next_attempt_ = {};
+  return Online() ? "" : last_error_;
+}
+
+std::string PgStore::session_user() {
+  std::lock_guard lock(mu_);
+  return session_user_;
+}
+
+}  // namespace norvik50::settings
