@@ -2,6 +2,7 @@
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/Transaction.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -10,7 +11,7 @@
 namespace norvik50::settings {
 
 PgOfflineCopy::PgOfflineCopy(std::string path) : path_(std::move(path)) {}
-PgOfflineCopy::~PgOfflineCopy() = default;
+PgOfflineCopy::~PgOfflineCopy() { Flush(); }
 
 SQLite::Database* PgOfflineCopy::Db() {
   if (db_ || failed_ || path_.empty()) return db_.get();
@@ -43,53 +44,77 @@ SQLite::Database* PgOfflineCopy::Db() {
 }
 
 void PgOfflineCopy::NoteKey(int32_t root, const std::string& path, bool exists) {
+  Add({root, path, {}, false, {}, exists});
+}
+
+void PgOfflineCopy::NoteValue(int32_t root, const std::string& path, const std::string& fold,
+                              const KnownValue& value) {
+  Add({root, path, fold, true, value, true});
+}
+
+void PgOfflineCopy::Add(Entry entry) {
+  if (path_.empty() || failed_) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (pending_.empty()) oldest_ = now;
+  pending_.push_back(std::move(entry));
+  if (pending_.size() >= kBatch || now - oldest_ >= kBatchAge) Flush();
+}
+
+void PgOfflineCopy::Flush() {
+  if (pending_.empty()) return;
+  std::vector<Entry> batch;
+  batch.swap(pending_);
   SQLite::Database* db = Db();
   if (db == nullptr) return;
   try {
-    SQLite::Statement st(*db, "INSERT OR REPLACE INTO keys VALUES(?1, ?2, ?3)");
-    st.bind(1, root);
-    st.bind(2, path);
-    st.bind(3, exists ? 1 : 0);
-    st.exec();
-    if (!exists) {
-      SQLite::Statement gone(*db, "DELETE FROM vals WHERE root = ?1 AND path = ?2");
-      gone.bind(1, root);
-      gone.bind(2, path);
-      gone.exec();
+    SQLite::Transaction transaction(*db);
+    SQLite::Statement key(*db, "INSERT OR REPLACE INTO keys VALUES(?1, ?2, ?3)");
+    SQLite::Statement drop_values(*db, "DELETE FROM vals WHERE root = ?1 AND path = ?2");
+    SQLite::Statement value(*db, "INSERT OR REPLACE INTO vals VALUES(?1, ?2, ?3, 1, ?4, ?5)");
+    SQLite::Statement drop_value(*db,
+                                 "DELETE FROM vals WHERE root = ?1 AND path = ?2 AND fold = ?3");
+    auto run = [](SQLite::Statement& st) {
+      st.exec();
+      st.reset();
+      st.clearBindings();
+    };
+    for (const Entry& e : batch) {
+      if (!e.is_value || e.value) {
+        // A stored value proves its key.
+        key.bind(1, e.root);
+        key.bind(2, e.path);
+        key.bind(3, e.exists ? 1 : 0);
+        run(key);
+      }
+      if (!e.is_value) {
+        if (!e.exists) {
+          drop_values.bind(1, e.root);
+          drop_values.bind(2, e.path);
+          run(drop_values);
+        }
+      } else if (e.value) {
+        value.bind(1, e.root);
+        value.bind(2, e.path);
+        value.bind(3, e.fold);
+        value.bind(4, e.value->type);
+        value.bind(5, e.value->data.data(), static_cast<int>(e.value->data.size()));
+        run(value);
+      } else {
+        // Known to be missing: nothing to keep, only an older value to forget.
+        drop_value.bind(1, e.root);
+        drop_value.bind(2, e.path);
+        drop_value.bind(3, e.fold);
+        run(drop_value);
+      }
     }
+    transaction.commit();
   } catch (const std::exception&) {
     // Best effort: the copy only serves while the server is away.
   }
 }
 
-void PgOfflineCopy::NoteValue(int32_t root, const std::string& path, const std::string& fold,
-                              const KnownValue& value) {
-  SQLite::Database* db = Db();
-  if (db == nullptr) return;
-  try {
-    SQLite::Statement st(*db, "INSERT OR REPLACE INTO vals VALUES(?1, ?2, ?3, ?4, ?5, ?6)");
-    st.bind(1, root);
-    st.bind(2, path);
-    st.bind(3, fold);
-    st.bind(4, value ? 1 : 0);
-    st.bind(5, value ? value->type : 0);
-    if (value) {
-      st.bind(6, value->data.data(), static_cast<int>(value->data.size()));
-    } else {
-      st.bind(6);
-    }
-    st.exec();
-    if (value) {
-      SQLite::Statement key(*db, "INSERT OR REPLACE INTO keys VALUES(?1, ?2, 1)");
-      key.bind(1, root);
-      key.bind(2, path);
-      key.exec();
-    }
-  } catch (const std::exception&) {
-  }
-}
-
 std::optional<bool> PgOfflineCopy::KeyExists(int32_t root, const std::string& path) {
+  Flush();
   SQLite::Database* db = Db();
   if (db == nullptr) return std::nullopt;
   try {
@@ -105,11 +130,12 @@ std::optional<bool> PgOfflineCopy::KeyExists(int32_t root, const std::string& pa
 
 std::optional<KnownValue> PgOfflineCopy::Value(int32_t root, const std::string& path,
                                                const std::string& fold) {
+  Flush();
   SQLite::Database* db = Db();
   if (db == nullptr) return std::nullopt;
   try {
     SQLite::Statement st(*db,
-                         "SELECT present, type, data FROM vals"
+                         "SELECT type, data FROM vals"
                          " WHERE root = ?1 AND path = ?2 AND fold = ?3");
     st.bind(1, root);
     st.bind(2, path);
@@ -118,10 +144,9 @@ std::optional<KnownValue> PgOfflineCopy::Value(int32_t root, const std::string& 
       if (KeyExists(root, path) == false) return KnownValue{};
       return std::nullopt;
     }
-    if (st.getColumn(0).getInt() == 0) return KnownValue{};
-    const SQLite::Column data = st.getColumn(2);
+    const SQLite::Column data = st.getColumn(1);
     return KnownValue{CachedValue{
-        st.getColumn(1).getInt(),
+        st.getColumn(0).getInt(),
         std::string(static_cast<const char*>(data.getBlob()), data.getBytes())}};
   } catch (const std::exception&) {
     return std::nullopt;
