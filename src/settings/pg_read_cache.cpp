@@ -1,5 +1,6 @@
 #include "settings/pg_read_cache.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace norvik50::settings {
@@ -28,7 +29,10 @@ std::optional<bool> PgReadCache::KeyExists(int32_t root, std::string_view path) 
 
 void PgReadCache::NoteKey(int32_t root, std::string_view path, bool exists) {
   Key& key = Entry(root, path);
-  if (!exists) key.values.clear();
+  if (!exists) {
+    key.values.clear();
+    key.children.reset();
+  }
   key.exists = exists;
 }
 
@@ -50,7 +54,62 @@ void PgReadCache::NoteValue(int32_t root, std::string_view path, const std::stri
   key.values[fold] = std::move(value);
 }
 
-void PgReadCache::ForgetKey(int32_t root, std::string_view path) { keys_.erase(Id(root, path)); }
+const std::vector<CachedChild>* PgReadCache::Children(int32_t root, std::string_view path) {
+  const auto it = keys_.find(Id(root, path));
+  if (it == keys_.end() || !it->second.children) return nullptr;
+  return &*it->second.children;
+}
+
+void PgReadCache::NoteChildren(int32_t root, std::string_view path,
+                               std::vector<CachedChild> children) {
+  Key& key = Entry(root, path);
+  key.exists = true;
+  key.children = std::move(children);
+}
+
+std::vector<CachedChild>* PgReadCache::ParentList(int32_t root, std::string_view child,
+                                                  std::string_view& fold) {
+  const std::size_t slash = child.rfind('\\');
+  const std::string_view parent = slash == std::string_view::npos ? "" : child.substr(0, slash);
+  fold = slash == std::string_view::npos ? child : child.substr(slash + 1);
+  const auto it = keys_.find(Id(root, parent));
+  if (it == keys_.end() || !it->second.children) return nullptr;
+  return &*it->second.children;
+}
+
+namespace {
+
+bool FoldBefore(const CachedChild& c, std::string_view fold) { return c.fold < fold; }
+
+}  // namespace
+
+void PgReadCache::ChildAdded(int32_t root, std::string_view child, std::string_view name) {
+  std::string_view fold;
+  std::vector<CachedChild>* list = ParentList(root, child, fold);
+  if (list == nullptr) return;
+  const auto at = std::lower_bound(list->begin(), list->end(), fold, FoldBefore);
+  if (at == list->end() || at->fold != fold) {
+    list->insert(at, CachedChild{std::string(name), std::string(fold)});
+  }
+}
+
+void PgReadCache::ChildRemoved(int32_t root, std::string_view child) {
+  std::string_view fold;
+  std::vector<CachedChild>* list = ParentList(root, child, fold);
+  if (list == nullptr) return;
+  const auto at = std::lower_bound(list->begin(), list->end(), fold, FoldBefore);
+  if (at != list->end() && at->fold == fold) list->erase(at);
+}
+
+void PgReadCache::ForgetKey(int32_t root, std::string_view path) {
+  keys_.erase(Id(root, path));
+  if (path.empty()) return;
+  std::string_view fold;
+  if (ParentList(root, path, fold) != nullptr) {
+    const std::size_t slash = path.rfind('\\');
+    keys_.at(Id(root, slash == std::string_view::npos ? "" : path.substr(0, slash))).children.reset();
+  }
+}
 
 void PgReadCache::ForgetRoot(int32_t root) {
   for (auto it = keys_.begin(); it != keys_.end();) {

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace norvik50::settings {
 
@@ -23,9 +24,14 @@ struct CachedValue {
 // A value as known: nullopt when the store holds none.
 using KnownValue = std::optional<CachedValue>;
 
+// A sub-key as listed: its name as written and folded.
+struct CachedChild {
+  std::string name, fold;
+};
+
 class PgReadCache {
  public:
-  static constexpr std::size_t kMaxKeys = 4096;
+  static constexpr std::size_t kMaxKeys = 16384;
 
   // Whether key `path` (folded) of `root` exists: nullopt when not known.
   std::optional<bool> KeyExists(int32_t root, std::string_view path);
@@ -35,7 +41,16 @@ class PgReadCache {
   const KnownValue* Value(int32_t root, std::string_view path, const std::string& fold);
   void NoteValue(int32_t root, std::string_view path, const std::string& fold, KnownValue value);
 
-  // Forgets key `path` and its values (someone changed them).
+  // The sub-keys of `path` in fold order: nullptr when not known.
+  const std::vector<CachedChild>* Children(int32_t root, std::string_view path);
+  void NoteChildren(int32_t root, std::string_view path, std::vector<CachedChild> children);
+  // This process made or deleted sub-key `child` (a path): the list of
+  // its parent, when known, is kept up to date in place.
+  void ChildAdded(int32_t root, std::string_view child, std::string_view name);
+  void ChildRemoved(int32_t root, std::string_view child);
+
+  // Forgets key `path`, its values and sub-keys, and its parent's list of
+  // sub-keys (someone changed them).
   void ForgetKey(int32_t root, std::string_view path);
   // Forgets every key of `root`.
   void ForgetRoot(int32_t root);
@@ -46,7 +61,12 @@ class PgReadCache {
   struct Key {
     std::optional<bool> exists;
     std::unordered_map<std::string, KnownValue> values;
+    std::optional<std::vector<CachedChild>> children;
   };
+  // The list of sub-keys of the parent of `child`, when known; `fold`
+  // receives the child's own folded name.
+  std::vector<CachedChild>* ParentList(int32_t root, std::string_view child,
+                                       std::string_view& fold);
   // The map's key for root and path, built in a buffer kept for reuse.
   const std::string& Id(int32_t root, std::string_view path);
   Key& Entry(int32_t root, std::string_view path);

@@ -47,9 +47,12 @@ constexpr std::array<Statement, 8> kStatements{{
     {"unset",
      "DELETE FROM {T}_values WHERE owner = {O} AND root = $1 AND key = $2 AND fold = $3 "
      "RETURNING 1"},
-    {"child",
-     "SELECT name, fold FROM {T}_keys WHERE owner = {O} AND root = $1 AND parent = $2 AND "
-     "path <> '' ORDER BY fold LIMIT 1 OFFSET $3::integer"},
+    // Each sub-key comes with whether it has sub-keys of its own, so that
+    // a walk through a tree asks nothing more of its leaves.
+    {"children",
+     "SELECT k.name, k.fold, EXISTS (SELECT 1 FROM {T}_keys c WHERE c.owner = {O} AND "
+     "c.root = $1 AND c.parent = k.path AND c.path <> '') FROM {T}_keys k WHERE k.owner = {O} "
+     "AND k.root = $1 AND k.parent = $2 AND k.path <> '' ORDER BY k.fold"},
     {"value_at",
      "SELECT name, type, data FROM {T}_values WHERE owner = {O} AND root = $1 AND key = $2 "
      "ORDER BY fold LIMIT 1 OFFSET $3::integer"},
@@ -376,7 +379,11 @@ int32_t PgStore::CreateKey(RegKey parent, std::u16string_view sub_key, int32_t /
     const auto r = RunSqlWrite(sql, params, failure);
     if (!r) return Failed(failure);
     for (int row = 0; row < r->rows(); ++row) {
-      if (r->Bytes(row, 0) == h.path) created = true;
+      const std::string_view made = r->Bytes(row, 0);
+      if (made == h.path) created = true;
+      for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (paths[i] == made) cache_.ChildAdded(h.root, made, ToUtf8((*names)[i]));
+      }
     }
     for (const std::string& path : paths) NoteKey(h.root, path, true);
   }
@@ -472,15 +479,29 @@ int32_t PgStore::EnumKey(RegKey key, uint32_t index, std::size_t name_buffer,
   const Handle* h = Resolve(key, scratch);
   if (h == nullptr) return kBadKey;
   Drain();
-  if (!Online()) return Away();
-  PgFailure failure;
-  const auto r = Run(KindOf(h->root), "child",
-                     {PgParam::Int(h->root), PgParam::Bytes(h->path),
-                      PgParam::Int(static_cast<int32_t>(std::min<uint32_t>(index, INT32_MAX)))},
-                     failure);
-  if (!r) return Failed(failure);
-  if (r->rows() == 0) return ERROR_NO_MORE_ITEMS;
-  std::u16string found = FromUtf8(r->Bytes(0, 0));
+  // A walk asks for index after index (and a tree deletion for index 0
+  // again and again): the whole list is read once and kept with the key.
+  const std::vector<CachedChild>* children = cache_.Children(h->root, h->path);
+  std::vector<CachedChild> fetched;
+  if (children == nullptr) {
+    if (!Online()) return Away();
+    PgFailure failure;
+    const auto r = Run(KindOf(h->root), "children",
+                       {PgParam::Int(h->root), PgParam::Bytes(h->path)}, failure);
+    if (!r) return Failed(failure);
+    fetched.reserve(r->rows());
+    for (int row = 0; row < r->rows(); ++row) {
+      fetched.push_back({std::string(r->Bytes(row, 0)), std::string(r->Bytes(row, 1))});
+      if (r->Bytes(row, 2) != std::string_view("\x01", 1)) {
+        cache_.NoteChildren(h->root, JoinPath(h->path, fetched.back().fold), {});
+      }
+    }
+    // Noted last: noting the leaves may have made the cache start again.
+    cache_.NoteChildren(h->root, h->path, fetched);
+    children = &fetched;
+  }
+  if (index >= children->size()) return ERROR_NO_MORE_ITEMS;
+  std::u16string found = FromUtf8((*children)[index].name);
   // The buffer holds the terminator too.
   if (found.size() + 1 > name_buffer) return kRegMoreData;
   name = std::move(found);
@@ -527,6 +548,7 @@ int32_t PgStore::DeleteKey(RegKey parent, std::u16string_view sub_key) {
   if (!dropped) return Failed(failure);
   if (dropped->rows() > 0) {
     NoteKey(root, path, false);
+    cache_.ChildRemoved(root, path);
     return 0;
   }
   // Nothing deleted: the key is missing, or it has sub-keys.
