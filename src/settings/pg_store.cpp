@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <thread>
 #include <utility>
 
 #include "norvik50/encoding.h"
@@ -130,44 +131,57 @@ RegKey PgStore::NewHandle(Handle h) {
   return key;
 }
 
-bool PgStore::Connect() {
+// Everything a connection needs before the store may use it; touches no
+// state of the store, so that it can run on a thread of its own.
+PgStore::Attempt PgStore::Establish(const PgStoreOptions& options) {
+  Attempt a;
+  const auto started = std::chrono::steady_clock::now();
+  auto finish = [&](std::string error) {
+    a.error = std::move(error);
+    a.slow = std::chrono::steady_clock::now() - started > kSlowAttempt;
+    if (!a.error.empty()) a.conn.reset();
+    return std::move(a);
+  };
   std::string error;
-  auto conn = PgConnection::Connect(options_.conninfo, options_.connect_timeout_seconds, error);
-  if (!conn) {
-    last_error_ = error;
-    return false;
-  }
+  a.conn = PgConnection::Connect(options.conninfo, options.connect_timeout_seconds, error);
+  if (!a.conn) return finish(error);
   PgFailure failure;
-  const auto version = ServerSchemaVersion(*conn, failure);
-  if (!version) {
-    last_error_ = failure.message;
-    return false;
-  }
+  const auto version = ServerSchemaVersion(*a.conn, failure);
+  if (!version) return finish(failure.message);
   if (*version != kServerSchemaVersion) {
-    last_error_ = *version == 0 ? "the server holds no norvik50 schema (norvik50 store init "
+    return finish(*version == 0 ? "the server holds no norvik50 schema (norvik50 store init "
                                   "makes it)"
                                 : "the server's norvik50 schema has version " +
                                       std::to_string(*version) + ", this library knows version " +
                                       std::to_string(kServerSchemaVersion) +
-                                      " (norvik50 store init brings an older one up to date)";
-    return false;
+                                      " (norvik50 store init brings an older one up to date)");
   }
-  const auto who = conn->Exec("SELECT session_user::text, md5(session_user)", {}, failure);
-  if (!who || !conn->Script(std::string("LISTEN ") + kChangeChannel, failure)) {
-    last_error_ = failure.message;
-    return false;
+  const auto who = a.conn->Exec("SELECT session_user::text, md5(session_user)", {}, failure);
+  if (!who || !a.conn->Script(std::string("LISTEN ") + kChangeChannel, failure)) {
+    return finish(failure.message);
   }
   for (int kind : {kMachine, kUser}) {
-    for (const Statement& s : kStatements) {
-      if (!conn->Prepare(StatementName(kind, s.name), Expand(s.sql, kind), failure)) {
-        last_error_ = failure.message;
-        return false;
+    for (const Statement& st : kStatements) {
+      if (!a.conn->Prepare(StatementName(kind, st.name), Expand(st.sql, kind), failure)) {
+        return finish(failure.message);
       }
     }
   }
-  session_user_ = std::string(who->Bytes(0, 0));
-  user_digest_ = std::string(who->Bytes(0, 1));
-  conn_ = std::move(conn);
+  a.session_user = std::string(who->Bytes(0, 0));
+  a.user_digest = std::string(who->Bytes(0, 1));
+  return finish("");
+}
+
+bool PgStore::Adopt(Attempt attempt) {
+  slow_attempts_ = attempt.slow;
+  if (!attempt.conn) {
+    last_error_ = attempt.error;
+    next_attempt_ = std::chrono::steady_clock::now() + options_.retry_interval;
+    return false;
+  }
+  conn_ = std::move(attempt.conn);
+  session_user_ = std::move(attempt.session_user);
+  user_digest_ = std::move(attempt.user_digest);
   // Announcements made while this process was not listening are lost:
   // nothing read before may be trusted now.
   cache_.Clear();
@@ -179,10 +193,27 @@ bool PgStore::Connect() {
 bool PgStore::Online() {
   if (conn_ && !conn_->broken()) return true;
   conn_.reset();
-  const auto now = std::chrono::steady_clock::now();
-  if (now < next_attempt_) return false;
-  if (Connect()) return true;
-  next_attempt_ = now + options_.retry_interval;
+  if (pending_) {
+    std::unique_lock lock(pending_->mu);
+    if (!pending_->done) return false;  // still trying, in the background
+    Attempt finished = std::move(pending_->attempt);
+    lock.unlock();
+    pending_.reset();
+    if (Adopt(std::move(finished))) return true;
+  }
+  if (std::chrono::steady_clock::now() < next_attempt_) return false;
+  if (!slow_attempts_) return Adopt(Establish(options_));
+  // A server that does not even refuse (a host that is off, a cable
+  // pulled) makes each attempt wait for the connect timeout: such
+  // attempts run on a thread of their own while reads answer from the
+  // cache and the copy, and the next operation after one succeeded uses it.
+  pending_ = std::make_shared<Pending>();
+  std::thread([pending = pending_, options = options_] {
+    Attempt attempt = Establish(options);
+    std::lock_guard lock(pending->mu);
+    pending->attempt = std::move(attempt);
+    pending->done = true;
+  }).detach();
   return false;
 }
 
@@ -630,9 +661,8 @@ std::string PgStore::Check() {
   std::lock_guard lock(mu_);
   Drain();
   if (Online()) return "";
-  // Asked explicitly: try now, whatever the retry interval says.
-  next_attempt_ = {};
-  return Online() ? "" : last_error_;
+  // Asked explicitly: try now, and wait for the answer.
+  return Adopt(Establish(options_)) ? "" : last_error_;
 }
 
 std::string PgStore::session_user() {

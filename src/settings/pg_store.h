@@ -91,11 +91,28 @@ class PgStore final : public RegistryStore {
   enum Kind { kMachine = 0, kUser = 1 };
   static Kind KindOf(int32_t root) { return root == HKEY_CURRENT_USER ? kUser : kMachine; }
 
+  // A connection made ready for the store, or why not.
+  struct Attempt {
+    std::unique_ptr<PgConnection> conn;
+    std::string session_user, user_digest, error;
+    bool slow = false;  // it took longer than kSlowAttempt
+  };
+  // An attempt running on a thread of its own.
+  struct Pending {
+    std::mutex mu;
+    bool done = false;
+    Attempt attempt;
+  };
+  static constexpr std::chrono::milliseconds kSlowAttempt{250};
+
   const Handle* Resolve(RegKey key, Handle& scratch) const;
   RegKey NewHandle(Handle h);
-  // Connected now, or connected again (at most once per retry interval).
+  // Connected now, or connected again (at most once per retry interval;
+  // in the background once attempts have been slow).
   bool Online();
-  bool Connect();
+  static Attempt Establish(const PgStoreOptions& options);
+  // Uses the connection `attempt` made; false (noting why) without one.
+  bool Adopt(Attempt attempt);
   // Applies the announcements that have arrived.
   void Drain();
   void Apply(const std::string& payload);
@@ -124,6 +141,8 @@ class PgStore final : public RegistryStore {
   mutable std::recursive_mutex mu_;
   std::unique_ptr<PgConnection> conn_;
   std::chrono::steady_clock::time_point next_attempt_{};
+  bool slow_attempts_ = false;
+  std::shared_ptr<Pending> pending_;
   std::string session_user_, user_digest_;
   bool outage_reported_ = false;
   std::string last_error_;  // why the last connection attempt failed

@@ -5,6 +5,9 @@
 #include "settings/pg_store.h"
 
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
@@ -217,6 +220,32 @@ TEST_F(PgStoreTest, WithTheServerAwayAFreshProcessReadsItsCopyAndRefusesWrites) 
   // Back: the same store connects again by itself.
   EXPECT_TRUE(Write(*store, HKEY_CURRENT_USER, u"Language", u"EN"));
   EXPECT_EQ(Read(*ServerStore("alice"), HKEY_CURRENT_USER, u"Language"), u"EN");
+}
+
+// A server host that is off does not refuse, it makes every attempt wait
+// for the connect timeout. Stand-in: a socket that listens and never
+// answers. After the first slow attempt, reads no longer wait for any.
+TEST_F(PgStoreTest, ASilentServerDelaysOnlyTheFirstAttempt) {
+  const int silent = ::socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in addr{};
+  addr.sin_family = AF_INET;
+  addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t len = sizeof addr;
+  ASSERT_EQ(::bind(silent, reinterpret_cast<sockaddr*>(&addr), sizeof addr), 0);
+  ASSERT_EQ(::listen(silent, 64), 0);
+  ASSERT_EQ(::getsockname(silent, reinterpret_cast<sockaddr*>(&addr), &len), 0);
+  PgStoreOptions options;
+  options.conninfo = "host=127.0.0.1 port=" + std::to_string(ntohs(addr.sin_port)) + " user=x";
+  options.connect_timeout_seconds = 1;
+  options.retry_interval = std::chrono::milliseconds(0);
+  PgStore store(options);
+  const auto first = std::chrono::steady_clock::now();
+  EXPECT_EQ(Read(store, HKEY_CURRENT_USER, u"Language"), u"");
+  EXPECT_GE(std::chrono::steady_clock::now() - first, std::chrono::milliseconds(900));
+  const auto later = std::chrono::steady_clock::now();
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(Read(store, HKEY_CURRENT_USER, u"Language"), u"");
+  EXPECT_LT(std::chrono::steady_clock::now() - later, std::chrono::milliseconds(900));
+  ::close(silent);
 }
 
 TEST_F(PgStoreTest, AServerCrashLosesNoAcknowledgedWrite) {
