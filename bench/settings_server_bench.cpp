@@ -45,14 +45,16 @@ std::shared_ptr<norvik50::RegistryStore>& ServerStore() {
 void BM_LocalRead(benchmark::State& state) {
   norvik50::SetRegistryStore(std::make_shared<settings::SqliteStore>());
   Lib().tkrSetValue(HKEY_CURRENT_USER, kKey, u"Count", Variant(int32_t{42}));
-  for (auto _ : state) benchmark::DoNotOptimize(Lib().tkrGetLong(HKEY_CURRENT_USER, kKey, u"Count"));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(Lib().tkrGetLong(HKEY_CURRENT_USER, kKey, u"Count"));
 }
 BENCHMARK(BM_LocalRead);
 
 void BM_ServerCachedRead(benchmark::State& state) {
   norvik50::SetRegistryStore(ServerStore());
   Lib().tkrSetValue(HKEY_CURRENT_USER, kKey, u"Count", Variant(int32_t{42}));
-  for (auto _ : state) benchmark::DoNotOptimize(Lib().tkrGetLong(HKEY_CURRENT_USER, kKey, u"Count"));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(Lib().tkrGetLong(HKEY_CURRENT_USER, kKey, u"Count"));
 }
 BENCHMARK(BM_ServerCachedRead);
 

@@ -71,8 +71,8 @@ BENCHMARK(BM_OneClientWrite);
   for (int32_t i = 1; Clock::now() < end; ++i) {
     const auto started = Clock::now();
     const bool acknowledged = settings::RegWriteValue(
-        *store, HKEY_CURRENT_USER, u"Software\\Load", prefix + norvik50::FromUtf8(std::to_string(i)),
-        Variant(i), nullptr);
+        *store, HKEY_CURRENT_USER, u"Software\\Load",
+        prefix + norvik50::FromUtf8(std::to_string(i)), Variant(i), nullptr);
     const auto took = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - started);
     if (acknowledged) std::fprintf(out, "%d %lld\n", i, static_cast<long long>(took.count()));
     // A desktop reads far more than it writes.

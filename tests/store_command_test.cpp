@@ -21,9 +21,9 @@ class StoreCommandTest : public ::testing::Test {
   }
   // Runs the tool; `server` names the settings server for both roots.
   testing::CommandRun Tool(const std::string& args, const std::string& server = "") {
-    const std::string env =
-        server.empty() ? "" : "NORVIK50_STORE_HKLM='" + server + "' NORVIK50_STORE_HKCU='" +
-                                  server + "' ";
+    const std::string env = server.empty() ? ""
+                                           : "NORVIK50_STORE_HKLM='" + server +
+                                                 "' NORVIK50_STORE_HKCU='" + server + "' ";
     return testing::RunCommand(env + NORVIK50_TOOL + " " + args);
   }
   testing::TempFolder temp_;

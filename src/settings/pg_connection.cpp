@@ -70,7 +70,8 @@ std::unique_ptr<PgConnection> PgConnection::Connect(const std::string& conninfo,
   }
   // Notices (such as "relation already exists, skipping") are not for the
   // host's terminal.
-  PQsetNoticeProcessor(conn, [](void*, const char*) {}, nullptr);
+  PQsetNoticeProcessor(
+      conn, [](void*, const char*) {}, nullptr);
   return std::unique_ptr<PgConnection>(new PgConnection(conn));
 }
 
@@ -112,8 +113,7 @@ Packed Pack(const std::vector<PgParam>& params) {
 }  // namespace
 
 std::optional<PgResult> PgConnection::Exec(const std::string& sql,
-                                           const std::vector<PgParam>& params,
-                                           PgFailure& failure) {
+                                           const std::vector<PgParam>& params, PgFailure& failure) {
   const Packed p = Pack(params);
   return Finish(PQexecParams(conn_, sql.c_str(), static_cast<int>(params.size()), nullptr,
                              p.values.data(), p.lengths.data(), p.formats.data(), 1),

@@ -52,9 +52,9 @@ class PgResult {
 
 // What a failed statement means for the registry.
 struct PgFailure {
-  int32_t code = 0;      // 0 success; 5 refused; 1010 the key is gone; 1011 unusable
-  bool lost = false;     // the connection broke: the server is away
-  std::string message;   // the server's or libpq's words, one line
+  int32_t code = 0;     // 0 success; 5 refused; 1010 the key is gone; 1011 unusable
+  bool lost = false;    // the connection broke: the server is away
+  std::string message;  // the server's or libpq's words, one line
 };
 
 class PgConnection {

@@ -145,9 +145,9 @@ std::optional<KnownValue> PgOfflineCopy::Value(int32_t root, const std::string& 
       return std::nullopt;
     }
     const SQLite::Column data = st.getColumn(1);
-    return KnownValue{CachedValue{
-        st.getColumn(0).getInt(),
-        std::string(static_cast<const char*>(data.getBlob()), data.getBytes())}};
+    return KnownValue{
+        CachedValue{st.getColumn(0).getInt(),
+                    std::string(static_cast<const char*>(data.getBlob()), data.getBytes())}};
   } catch (const std::exception&) {
     return std::nullopt;
   }

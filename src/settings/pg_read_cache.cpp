@@ -36,8 +36,7 @@ void PgReadCache::NoteKey(int32_t root, std::string_view path, bool exists) {
   key.exists = exists;
 }
 
-const KnownValue* PgReadCache::Value(int32_t root, std::string_view path,
-                                     const std::string& fold) {
+const KnownValue* PgReadCache::Value(int32_t root, std::string_view path, const std::string& fold) {
   static const KnownValue kMissing;
   const auto it = keys_.find(Id(root, path));
   if (it == keys_.end()) return nullptr;
@@ -107,7 +106,8 @@ void PgReadCache::ForgetKey(int32_t root, std::string_view path) {
   std::string_view fold;
   if (ParentList(root, path, fold) != nullptr) {
     const std::size_t slash = path.rfind('\\');
-    keys_.at(Id(root, slash == std::string_view::npos ? "" : path.substr(0, slash))).children.reset();
+    keys_.at(Id(root, slash == std::string_view::npos ? "" : path.substr(0, slash)))
+        .children.reset();
   }
 }
 

@@ -23,7 +23,7 @@ TEST(PgReadCacheTest, ValuesAndKeysAsNoted) {
   cache.NoteValue(kUser, "a", "v", CachedValue{1, "x"});
   ASSERT_NE(cache.Value(kUser, "a", "v"), nullptr);
   EXPECT_EQ((*cache.Value(kUser, "a", "v"))->data, "x");
-  EXPECT_EQ(cache.KeyExists(kUser, "a"), true);  // a stored value proves its key
+  EXPECT_EQ(cache.KeyExists(kUser, "a"), true);         // a stored value proves its key
   EXPECT_EQ(cache.Value(kMachine, "a", "v"), nullptr);  // roots are apart
   // A missing value is known as missing, and proves nothing of its key.
   cache.NoteValue(kUser, "b", "v", std::nullopt);

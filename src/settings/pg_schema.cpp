@@ -16,14 +16,13 @@ constexpr const char* kInitLock = "SELECT pg_advisory_xact_lock(5037050)";
 std::string Tables(std::string_view kind, std::string_view owner_default,
                    std::string_view owner_check) {
   const std::string k(kind);
-  return "CREATE TABLE norvik50." + k + "_keys (" +
-         "owner text NOT NULL DEFAULT " + std::string(owner_default) + " CHECK (" +
-         std::string(owner_check) + "), root integer NOT NULL, " +
+  return "CREATE TABLE norvik50." + k + "_keys (" + "owner text NOT NULL DEFAULT " +
+         std::string(owner_default) + " CHECK (" + std::string(owner_check) +
+         "), root integer NOT NULL, " +
          "path text COLLATE \"C\" NOT NULL, parent text COLLATE \"C\" NOT NULL, " +
          "name text NOT NULL, fold text COLLATE \"C\" NOT NULL, " +
-         "PRIMARY KEY (owner, root, path));\n" +
-         "CREATE INDEX " + k + "_children ON norvik50." + k + "_keys (owner, root, parent, fold);\n" +
-         "CREATE TABLE norvik50." + k + "_values (" +
+         "PRIMARY KEY (owner, root, path));\n" + "CREATE INDEX " + k + "_children ON norvik50." +
+         k + "_keys (owner, root, parent, fold);\n" + "CREATE TABLE norvik50." + k + "_values (" +
          "owner text NOT NULL DEFAULT " + std::string(owner_default) + " CHECK (" +
          std::string(owner_check) + "), root integer NOT NULL, " +
          "key text COLLATE \"C\" NOT NULL, fold text COLLATE \"C\" NOT NULL, " +
@@ -61,7 +60,8 @@ END $$;
 )";
   for (const char* table : {"machine_keys", "machine_values", "user_keys", "user_values"}) {
     const std::string t(table);
-    const char* fn = t.rfind("machine", 0) == 0 ? "announce_machine_change" : "announce_user_change";
+    const char* fn =
+        t.rfind("machine", 0) == 0 ? "announce_machine_change" : "announce_user_change";
     sql += "CREATE TRIGGER " + t + "_announce AFTER INSERT OR UPDATE OR DELETE ON norvik50." + t +
            " FOR EACH ROW EXECUTE FUNCTION norvik50." + fn + "();\n";
   }
@@ -71,15 +71,14 @@ END $$;
 // Version 1: the tables, row security on the per-user rows, the
 // announcements.
 std::string Version1() {
-  std::string sql = Tables("machine", "''", "owner = ''") +
-                    Tables("user", "session_user", "owner <> ''");
+  std::string sql =
+      Tables("machine", "''", "owner = ''") + Tables("user", "session_user", "owner <> ''");
   for (const char* table : {"user_keys", "user_values"}) {
     const std::string t(table);
     // FORCE: the tables' owner is held to the rule too; only a superuser
     // sees every user's rows.
-    sql += "ALTER TABLE norvik50." + t + " ENABLE ROW LEVEL SECURITY;\n" +
-           "ALTER TABLE norvik50." + t + " FORCE ROW LEVEL SECURITY;\n" +
-           "CREATE POLICY own_rows ON norvik50." + t +
+    sql += "ALTER TABLE norvik50." + t + " ENABLE ROW LEVEL SECURITY;\n" + "ALTER TABLE norvik50." +
+           t + " FORCE ROW LEVEL SECURITY;\n" + "CREATE POLICY own_rows ON norvik50." + t +
            " USING (owner = session_user) WITH CHECK (owner = session_user);\n";
   }
   return sql + Notifications();

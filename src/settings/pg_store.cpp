@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <thread>
 #include <utility>
 
 #include "norvik50/encoding.h"
-#include "settings/pg_schema.h"
+#include "settings/pg_statements.h"
 #include "settings/registry_names.h"
 #include "settings/value_bytes.h"
 
@@ -26,95 +25,11 @@ std::string JoinPath(const std::string& base, const std::string& name) {
   return base.empty() ? name : base + "\\" + name;
 }
 
-// The statements of one table pair; {T} is the pair, {O} the owner its
-// rows carry ('' for the machine-wide rows, the session user for the
-// per-user rows, which row security checks as well).
-struct Statement {
-  const char* name;
-  const char* sql;
-};
-constexpr std::array<Statement, 8> kStatements{{
-    {"exists", "SELECT 1 FROM {T}_keys WHERE owner = {O} AND root = $1 AND path = $2"},
-    {"get",
-     "SELECT type, data FROM {T}_values WHERE owner = {O} AND root = $1 AND key = $2 AND "
-     "fold = $3"},
-    {"put",
-     "INSERT INTO {T}_values (owner, root, key, fold, name, type, data) "
-     "VALUES ({O}, $1, $2, $3, $4, $5, $6) ON CONFLICT (owner, root, key, fold) "
-     "DO UPDATE SET type = EXCLUDED.type, data = EXCLUDED.data"},
-    {"root",
-     "INSERT INTO {T}_keys (owner, root, path, parent, name, fold) "
-     "VALUES ({O}, $1, '', '', '', '') ON CONFLICT DO NOTHING"},
-    {"unset",
-     "DELETE FROM {T}_values WHERE owner = {O} AND root = $1 AND key = $2 AND fold = $3 "
-     "RETURNING 1"},
-    // Each sub-key comes with whether it has sub-keys of its own, so that
-    // a walk through a tree asks nothing more of its leaves.
-    {"children",
-     "SELECT k.name, k.fold, EXISTS (SELECT 1 FROM {T}_keys c WHERE c.owner = {O} AND "
-     "c.root = $1 AND c.parent = k.path AND c.path <> '') FROM {T}_keys k WHERE k.owner = {O} "
-     "AND k.root = $1 AND k.parent = $2 AND k.path <> '' ORDER BY k.fold"},
-    {"value_at",
-     "SELECT name, type, data FROM {T}_values WHERE owner = {O} AND root = $1 AND key = $2 "
-     "ORDER BY fold LIMIT 1 OFFSET $3::integer"},
-    // A key with sub-keys stays (the caller deletes a tree leaf by leaf);
-    // its values go with it.
-    {"drop",
-     "DELETE FROM {T}_keys WHERE owner = {O} AND root = $1 AND path = $2 AND NOT EXISTS "
-     "(SELECT 1 FROM {T}_keys c WHERE c.owner = {O} AND c.root = $1 AND c.parent = $2 AND "
-     "c.path <> '') RETURNING 1"},
-}};
-
-std::string Table(int kind) { return kind == 0 ? "norvik50.machine" : "norvik50.user"; }
-std::string Owner(int kind) { return kind == 0 ? "''" : "session_user"; }
-
-std::string Expand(std::string sql, int kind) {
-  for (const auto& [from, to] : {std::pair<std::string, std::string>{"{T}", Table(kind)},
-                                 std::pair<std::string, std::string>{"{O}", Owner(kind)}}) {
-    for (std::size_t at = sql.find(from); at != std::string::npos; at = sql.find(from, at)) {
-      sql.replace(at, from.size(), to);
-    }
-  }
-  return sql;
-}
-
-std::string StatementName(int kind, const char* name) {
-  return std::string(kind == 0 ? "m_" : "u_") + name;
-}
-
-// The connection string without secrets: what messages may show.
-std::string Describe(const std::string& conninfo) {
-  char* error = nullptr;
-  PQconninfoOption* options = PQconninfoParse(conninfo.c_str(), &error);
-  if (options == nullptr) {
-    PQfreemem(error);
-    return "(a connection string libpq cannot read)";
-  }
-  std::string shown;
-  for (PQconninfoOption* o = options; o->keyword != nullptr; ++o) {
-    if (o->val == nullptr || *o->val == '\0' || std::string_view(o->keyword) == "password") {
-      continue;
-    }
-    shown += (shown.empty() ? "" : " ") + std::string(o->keyword) + "=" + o->val;
-  }
-  PQconninfoFree(options);
-  return shown.empty() ? "(libpq defaults)" : shown;
-}
-
 }  // namespace
 
-PgStore::PgStore(PgStoreOptions options)
-    : options_(std::move(options)),
-      described_(Describe(options_.conninfo)),
-      copy_(options_.offline_copy),
-      next_handle_(options_.first_handle) {}
-
-PgStore::~PgStore() = default;
-
-bool PgStore::Owns(RegKey key) const {
-  std::lock_guard lock(mu_);
-  return handles_.count(key) != 0;
-}
+using pg::Owner;
+using pg::StatementName;
+using pg::Table;
 
 const PgStore::Handle* PgStore::Resolve(RegKey key, Handle& scratch) const {
   if (IsRoot(key)) {
@@ -131,164 +46,13 @@ RegKey PgStore::NewHandle(Handle h) {
   return key;
 }
 
-// Everything a connection needs before the store may use it; touches no
-// state of the store, so that it can run on a thread of its own.
-PgStore::Attempt PgStore::Establish(const PgStoreOptions& options) {
-  Attempt a;
-  const auto started = std::chrono::steady_clock::now();
-  auto finish = [&](std::string error) {
-    a.error = std::move(error);
-    a.slow = std::chrono::steady_clock::now() - started > kSlowAttempt;
-    if (!a.error.empty()) a.conn.reset();
-    return std::move(a);
-  };
-  std::string error;
-  a.conn = PgConnection::Connect(options.conninfo, options.connect_timeout_seconds, error);
-  if (!a.conn) return finish(error);
-  PgFailure failure;
-  const auto version = ServerSchemaVersion(*a.conn, failure);
-  if (!version) return finish(failure.message);
-  if (*version != kServerSchemaVersion) {
-    return finish(*version == 0 ? "the server holds no norvik50 schema (norvik50 store init "
-                                  "makes it)"
-                                : "the server's norvik50 schema has version " +
-                                      std::to_string(*version) + ", this library knows version " +
-                                      std::to_string(kServerSchemaVersion) +
-                                      " (norvik50 store init brings an older one up to date)");
-  }
-  const auto who = a.conn->Exec("SELECT session_user::text, md5(session_user)", {}, failure);
-  if (!who || !a.conn->Script(std::string("LISTEN ") + kChangeChannel, failure)) {
-    return finish(failure.message);
-  }
-  for (int kind : {kMachine, kUser}) {
-    for (const Statement& st : kStatements) {
-      if (!a.conn->Prepare(StatementName(kind, st.name), Expand(st.sql, kind), failure)) {
-        return finish(failure.message);
-      }
-    }
-  }
-  a.session_user = std::string(who->Bytes(0, 0));
-  a.user_digest = std::string(who->Bytes(0, 1));
-  return finish("");
-}
-
-bool PgStore::Adopt(Attempt attempt) {
-  slow_attempts_ = attempt.slow;
-  if (!attempt.conn) {
-    last_error_ = attempt.error;
-    next_attempt_ = std::chrono::steady_clock::now() + options_.retry_interval;
-    return false;
-  }
-  conn_ = std::move(attempt.conn);
-  session_user_ = std::move(attempt.session_user);
-  user_digest_ = std::move(attempt.user_digest);
-  // Announcements made while this process was not listening are lost:
-  // nothing read before may be trusted now.
-  cache_.Clear();
-  outage_reported_ = false;
-  last_error_.clear();
-  return true;
-}
-
-bool PgStore::Online() {
-  if (conn_ && !conn_->broken()) return true;
-  conn_.reset();
-  if (pending_) {
-    std::unique_lock lock(pending_->mu);
-    if (!pending_->done) return false;  // still trying, in the background
-    Attempt finished = std::move(pending_->attempt);
-    lock.unlock();
-    pending_.reset();
-    if (Adopt(std::move(finished))) return true;
-  }
-  if (std::chrono::steady_clock::now() < next_attempt_) return false;
-  if (!slow_attempts_) return Adopt(Establish(options_));
-  // A server that does not even refuse (a host that is off, a cable
-  // pulled) makes each attempt wait for the connect timeout: such
-  // attempts run on a thread of their own while reads answer from the
-  // cache and the copy, and the next operation after one succeeded uses it.
-  pending_ = std::make_shared<Pending>();
-  std::thread([pending = pending_, options = options_] {
-    Attempt attempt = Establish(options);
-    std::lock_guard lock(pending->mu);
-    pending->attempt = std::move(attempt);
-    pending->done = true;
-  }).detach();
-  return false;
-}
-
-void PgStore::Apply(const std::string& payload) {
-  if (payload.rfind("u:", 0) == 0) {
-    // Another session of this user changed its own settings.
-    if (payload.compare(2, std::string::npos, user_digest_) == 0) {
-      cache_.ForgetRoot(HKEY_CURRENT_USER);
-    }
-    return;
-  }
-  if (payload.rfind("m:", 0) != 0) return;
-  const std::size_t colon = payload.find(':', 2);
-  if (colon == std::string::npos) return;
-  const int32_t root = std::atoi(payload.c_str() + 2);
-  const std::string path = payload.substr(colon + 1);
-  if (path == "*") {
-    cache_.ForgetRoot(root);
-  } else {
-    cache_.ForgetKey(root, path);
-  }
-}
-
-void PgStore::Drain() {
-  if (!conn_) return;
-  for (const std::string& payload : conn_->TakeNotifications()) Apply(payload);
-  if (conn_->broken()) Lost(PgFailure{kUnusable, true, "the connection to the server broke"});
-}
-
-void PgStore::AwaitChanges(int milliseconds) {
-  std::lock_guard lock(mu_);
-  if (!Online()) return;
-  conn_->WaitForInput(milliseconds);
-  Drain();
-}
-
-void PgStore::Lost(const PgFailure& failure) {
-  conn_.reset();
-  last_error_ = failure.message;
-  // The first attempt to connect again is made by the next operation.
-  next_attempt_ = {};
-}
-
-int32_t PgStore::Away() {
-  if (!outage_reported_) {
-    outage_reported_ = true;
-    problem_ = {kUnusable,
-                FromUtf8("settings server " + described_ + " is unreachable (" + last_error_ +
-                         "); reads answer from the local copy and writes are refused until it is back")};
-  }
-  return kUnusable;
-}
-
-int32_t PgStore::Failed(const PgFailure& failure) {
-  if (failure.lost) {
-    Lost(failure);
-    return Away();
-  }
-  if (failure.code == kUnusable) {
-    problem_ = {kUnusable, FromUtf8("settings server " + described_ + ": " + failure.message)};
-  } else if (failure.code == kDenied) {
-    problem_ = {kDenied, FromUtf8("settings server " + described_ + " refused the write: " +
-                                  failure.message)};
-  }
-  return failure.code;
-}
-
 std::optional<PgResult> PgStore::Run(Kind kind, const char* name,
                                      const std::vector<PgParam>& params, PgFailure& failure) {
   return conn_->ExecPrepared(StatementName(kind, name), params, failure);
 }
 
 std::optional<PgResult> PgStore::RunWrite(Kind kind, const char* name,
-                                          const std::vector<PgParam>& params,
-                                          PgFailure& failure) {
+                                          const std::vector<PgParam>& params, PgFailure& failure) {
   if (!in_unit_) return Run(kind, name, params, failure);
   // Inside a unit a failing statement would spoil the whole transaction:
   // a savepoint takes back only its own part.
@@ -334,8 +98,7 @@ std::optional<bool> PgStore::KeyExists(int32_t root, const std::string& path, in
   if (const auto known = cache_.KeyExists(root, path)) return known;
   if (Online()) {
     PgFailure failure;
-    const auto r = Run(KindOf(root), "exists", {PgParam::Int(root), PgParam::Bytes(path)},
-                       failure);
+    const auto r = Run(KindOf(root), "exists", {PgParam::Int(root), PgParam::Bytes(path)}, failure);
     if (r) {
       NoteKey(root, path, r->rows() > 0);
       return r->rows() > 0;
@@ -386,7 +149,8 @@ int32_t PgStore::CreateKey(RegKey parent, std::u16string_view sub_key, int32_t /
   if (!Online()) return Away();
   // Every missing key on the way is made in one statement: one round trip
   // however deep the path.
-  std::string sql = "INSERT INTO " + Table(kind) + "_keys (owner, root, path, parent, name, fold) VALUES ";
+  std::string sql =
+      "INSERT INTO " + Table(kind) + "_keys (owner, root, path, parent, name, fold) VALUES ";
   std::vector<PgParam> params{PgParam::Int(h.root)};
   std::vector<std::string> paths;
   for (const auto& name : *names) {
@@ -442,9 +206,9 @@ int32_t PgStore::QueryValue(RegKey key, std::u16string_view name, std::size_t bu
   if (const KnownValue* cached = cache_.Value(h->root, h->path, fold)) return answer(*cached);
   if (Online()) {
     PgFailure failure;
-    const auto r = Run(KindOf(h->root), "get",
-                       {PgParam::Int(h->root), PgParam::Bytes(h->path), PgParam::Bytes(fold)},
-                       failure);
+    const auto r =
+        Run(KindOf(h->root), "get",
+            {PgParam::Int(h->root), PgParam::Bytes(h->path), PgParam::Bytes(fold)}, failure);
     if (r) {
       KnownValue value;
       if (r->rows() > 0) value = CachedValue{r->Int(0, 0), std::string(r->Bytes(0, 1))};
@@ -517,8 +281,8 @@ int32_t PgStore::EnumKey(RegKey key, uint32_t index, std::size_t name_buffer,
   if (children == nullptr) {
     if (!Online()) return Away();
     PgFailure failure;
-    const auto r = Run(KindOf(h->root), "children",
-                       {PgParam::Int(h->root), PgParam::Bytes(h->path)}, failure);
+    const auto r =
+        Run(KindOf(h->root), "children", {PgParam::Int(h->root), PgParam::Bytes(h->path)}, failure);
     if (!r) return Failed(failure);
     fetched.reserve(r->rows());
     for (int row = 0; row < r->rows(); ++row) {
@@ -611,8 +375,8 @@ int32_t PgStore::RunAtomically(std::span<const int32_t> roots,
         failure);
     if (!may) return Failed(failure);
     if (may->Bytes(0, 0) != std::string_view("\x01", 1)) {
-      return Failed(PgFailure{kDenied, false,
-                              "role " + session_user_ + " may not write HKEY_LOCAL_MACHINE"});
+      return Failed(
+          PgFailure{kDenied, false, "role " + session_user_ + " may not write HKEY_LOCAL_MACHINE"});
     }
   }
   if (!conn_->Script("BEGIN", failure)) return Failed(failure);
@@ -648,26 +412,6 @@ int32_t PgStore::RunAtomically(std::span<const int32_t> roots,
   cache_.Clear();
   unit_copy_.clear();
   return code;
-}
-
-std::u16string PgStore::TakeProblem() { return TakeStoreProblem().description; }
-
-StoreProblem PgStore::TakeStoreProblem() {
-  std::lock_guard lock(mu_);
-  return std::exchange(problem_, StoreProblem{});
-}
-
-std::string PgStore::Check() {
-  std::lock_guard lock(mu_);
-  Drain();
-  if (Online()) return "";
-  // Asked explicitly: try now, and wait for the answer.
-  return Adopt(Establish(options_)) ? "" : last_error_;
-}
-
-std::string PgStore::session_user() {
-  std::lock_guard lock(mu_);
-  return session_user_;
 }
 
 }  // namespace norvik50::settings

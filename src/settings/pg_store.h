@@ -68,8 +68,6 @@ class PgStore final : public RegistryStore {
   std::u16string TakeProblem() override;
   StoreProblem TakeStoreProblem() override;
 
-  // Whether this store hands out `key` (a handle, not a root).
-  bool Owns(RegKey key) const;
   // Connects now if not connected; "" when the server answers and holds
   // the schema this library knows, else why not.
   std::string Check();
@@ -124,8 +122,8 @@ class PgStore final : public RegistryStore {
   std::optional<PgResult> Run(Kind kind, const char* name, const std::vector<PgParam>& params,
                               PgFailure& failure);
   // A write: inside a unit, alone undone when it fails.
-  std::optional<PgResult> RunWrite(Kind kind, const char* name,
-                                   const std::vector<PgParam>& params, PgFailure& failure);
+  std::optional<PgResult> RunWrite(Kind kind, const char* name, const std::vector<PgParam>& params,
+                                   PgFailure& failure);
   std::optional<PgResult> RunSqlWrite(const std::string& sql, const std::vector<PgParam>& params,
                                       PgFailure& failure);
   int32_t Failed(const PgFailure& failure);

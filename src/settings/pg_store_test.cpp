@@ -212,7 +212,8 @@ TEST_F(PgStoreTest, WithTheServerAwayAFreshProcessReadsItsCopyAndRefusesWrites) 
   EXPECT_FALSE(RegWriteValue(*store, HKEY_CURRENT_USER, kKey, u"Other", Variant(u"x"), report));
   // One line for the whole outage, with the reason.
   ASSERT_EQ(log.size(), 1u);
-  EXPECT_NE(ToUtf8(log[0]).find("1011 LIB:tkrGetValue() settings server user=alice "), std::string::npos)
+  EXPECT_NE(ToUtf8(log[0]).find("1011 LIB:tkrGetValue() settings server user=alice "),
+            std::string::npos)
       << ToUtf8(log[0]);
   EXPECT_NE(ToUtf8(log[0]).find("is unreachable"), std::string::npos) << ToUtf8(log[0]);
   EXPECT_EQ(Read(*store, HKEY_CURRENT_USER, u"Language"), u"DE");  // nothing half-written
@@ -267,8 +268,9 @@ TEST_F(PgStoreTest, AServerCrashLosesNoAcknowledgedWrite) {
   EXPECT_LT(acknowledged.size(), 400u) << "the crash should have refused some writes";
   auto alice = ServerStore("alice");
   for (const int i : acknowledged) {
-    const Variant v = RegReadValue(*alice, HKEY_CURRENT_USER, kKey,
-                                   u"v" + FromUtf8(std::to_string(i)), std::nullopt, false, nullptr);
+    const Variant v =
+        RegReadValue(*alice, HKEY_CURRENT_USER, kKey, u"v" + FromUtf8(std::to_string(i)),
+                     std::nullopt, false, nullptr);
     ASSERT_EQ(v.type(), VarType::kLong) << i;
     EXPECT_EQ(v.as_long(), i);
   }

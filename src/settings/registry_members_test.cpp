@@ -27,8 +27,7 @@ using settings::StoreKind;
 // Runs under each locale the stored number text depends on, on each store.
 // The server is chosen as a host chooses it: by the variables naming it
 // for both roots.
-class RegistryMembersTest
-    : public ::testing::TestWithParam<std::tuple<const char*, StoreKind>> {
+class RegistryMembersTest : public ::testing::TestWithParam<std::tuple<const char*, StoreKind>> {
  protected:
   void SetUp() override {
     if (server_) {
@@ -64,15 +63,15 @@ class RegistryMembersTest
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    LocalesAndStores, RegistryMembersTest,
-    ::testing::Combine(::testing::Values("en-US", "de-DE"),
-                       ::testing::Values(StoreKind::kLocal, StoreKind::kServer)),
-    [](const auto& info) {
-      std::string locale = std::get<0>(info.param);
-      locale.erase(locale.find('-'), 1);
-      return locale + settings::StoreKindName(std::get<1>(info.param));
-    });
+INSTANTIATE_TEST_SUITE_P(LocalesAndStores, RegistryMembersTest,
+                         ::testing::Combine(::testing::Values("en-US", "de-DE"),
+                                            ::testing::Values(StoreKind::kLocal,
+                                                              StoreKind::kServer)),
+                         [](const auto& info) {
+                           std::string locale = std::get<0>(info.param);
+                           locale.erase(locale.find('-'), 1);
+                           return locale + settings::StoreKindName(std::get<1>(info.param));
+                         });
 
 TEST_P(RegistryMembersTest, AutoCreateWritesTheDefaultOnlyWhenAsked) {
   // Missing, default 5, no auto-create: 5 and nothing stored.

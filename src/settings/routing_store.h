@@ -21,8 +21,8 @@ class RoutingStore final : public RegistryStore {
 
   // `servers[i]` must count its handles from (i + 1) << kHandleShift;
   // `roots` names the server index of each root served by one.
-  RoutingStore(std::shared_ptr<RegistryStore> local,
-               std::vector<std::shared_ptr<PgStore>> servers, std::map<int32_t, int> roots);
+  RoutingStore(std::shared_ptr<RegistryStore> local, std::vector<std::shared_ptr<PgStore>> servers,
+               std::map<int32_t, int> roots);
 
   int32_t OpenKey(RegKey parent, std::u16string_view sub_key, int32_t access, RegKey& key) override;
   int32_t CreateKey(RegKey parent, std::u16string_view sub_key, int32_t options, int32_t access,

@@ -12,8 +12,8 @@
 #include <string>
 
 #include "norvik50/encoding.h"
-#include "settings/registry_algorithms.h"
 #include "settings/pg_server_for_tests.h"
+#include "settings/registry_algorithms.h"
 #include "settings/registry_names.h"
 #include "testing/temp_folder.h"
 

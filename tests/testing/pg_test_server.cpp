@@ -119,8 +119,8 @@ PgTestServer::PgTestServer() {
     why_ = "cannot give the server's folder to user 65534";
     return;
   }
-  if (!RunAsServerUser("initdb", "-D '" + data_ +
-                                     "' -U postgres -A trust -E UTF8 --locale=C --no-sync")) {
+  if (!RunAsServerUser("initdb",
+                       "-D '" + data_ + "' -U postgres -A trust -E UTF8 --locale=C --no-sync")) {
     std::ifstream in(log_);
     std::stringstream s;
     s << in.rdbuf();
@@ -158,9 +158,9 @@ PgTestServer::PgTestServer() {
 }
 
 bool PgTestServer::Start() {
-  running_ = RunAsServerUser(
-      "pg_ctl", "-D '" + data_ + "' -l '" + log_ + "' -w -t 60 -o \"-k '" + data_ + "' -p " +
-                    std::to_string(port_) + " -c listen_addresses='' -c fsync=off\" start");
+  running_ = RunAsServerUser("pg_ctl", "-D '" + data_ + "' -l '" + log_ + "' -w -t 60 -o \"-k '" +
+                                           data_ + "' -p " + std::to_string(port_) +
+                                           " -c listen_addresses='' -c fsync=off\" start");
   return running_;
 }
 

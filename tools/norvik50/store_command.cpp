@@ -41,8 +41,7 @@ int Show() {
     options.conninfo = choice->conninfo;
     settings::PgStore store(options);
     const std::string problem = store.Check();
-    std::cout << name << ": server " << store.described() << " (from " << choice->source
-              << "): ";
+    std::cout << name << ": server " << store.described() << " (from " << choice->source << "): ";
     if (problem.empty()) {
       std::cout << "reachable as role " << store.session_user() << ", schema version "
                 << settings::kServerSchemaVersion << '\n';
