@@ -87,7 +87,9 @@ std::optional<PgResult> PgConnection::Finish(PGresult* r, PgFailure& failure) {
   const std::string_view sqlstate = state != nullptr ? state : "";
   failure.lost = broken() || MeansLost(sqlstate);
   failure.code = failure.lost ? kUnusable : CodeFor(sqlstate);
-  failure.message = OneLine(r != nullptr ? PQresultErrorMessage(r) : PQerrorMessage(conn_));
+  // The server's own sentence, without libpq's "ERROR:" and detail lines.
+  const char* primary = r != nullptr ? PQresultErrorField(r, PG_DIAG_MESSAGE_PRIMARY) : nullptr;
+  failure.message = OneLine(primary != nullptr ? primary : PQerrorMessage(conn_));
   if (failure.message.empty()) failure.message = OneLine(PQerrorMessage(conn_));
   if (r != nullptr) PQclear(r);
   return std::nullopt;

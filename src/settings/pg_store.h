@@ -23,6 +23,7 @@
 #include <chrono>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -149,6 +150,7 @@ class PgStore final : public RegistryStore {
   std::unordered_map<RegKey, Handle> handles_;
   RegKey next_handle_;
   StoreProblem problem_;
+  std::set<std::u16string> refusals_;  // already said
   bool in_unit_ = false;
   // Copy updates of a unit, made once it is kept.
   struct PendingCopy {

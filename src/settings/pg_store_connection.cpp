@@ -204,7 +204,11 @@ std::u16string PgStore::TakeProblem() { return TakeStoreProblem().description; }
 
 StoreProblem PgStore::TakeStoreProblem() {
   std::lock_guard lock(mu_);
-  return std::exchange(problem_, StoreProblem{});
+  StoreProblem problem = std::exchange(problem_, StoreProblem{});
+  // As the local store does: a refusal is said once per process, so that
+  // a host that keeps trying does not fill its log.
+  if (problem.number == kDenied && !refusals_.insert(problem.description).second) return {};
+  return problem;
 }
 
 std::string PgStore::Check() {
