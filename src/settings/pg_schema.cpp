@@ -58,12 +58,24 @@ BEGIN
   RETURN NULL;
 END $$;
 )";
+  // TRUNCATE fires no row triggers: it is announced as a change of every
+  // row of its kind.
+  sql += R"(
+CREATE FUNCTION norvik50.announce_truncate() RETURNS trigger LANGUAGE plpgsql AS $$
+BEGIN
+  PERFORM pg_notify('norvik50_settings',
+                    CASE WHEN TG_TABLE_NAME LIKE 'machine%' THEN 'm:*' ELSE 'u:*' END);
+  RETURN NULL;
+END $$;
+)";
   for (const char* table : {"machine_keys", "machine_values", "user_keys", "user_values"}) {
     const std::string t(table);
     const char* fn =
         t.rfind("machine", 0) == 0 ? "announce_machine_change" : "announce_user_change";
     sql += "CREATE TRIGGER " + t + "_announce AFTER INSERT OR UPDATE OR DELETE ON norvik50." + t +
            " FOR EACH ROW EXECUTE FUNCTION norvik50." + fn + "();\n";
+    sql += "CREATE TRIGGER " + t + "_announce_truncate AFTER TRUNCATE ON norvik50." + t +
+           " FOR EACH STATEMENT EXECUTE FUNCTION norvik50.announce_truncate();\n";
   }
   return sql;
 }

@@ -136,9 +136,14 @@ bool PgStore::Online() {
 }
 
 void PgStore::Apply(const std::string& payload) {
+  if (payload == "m:*") {
+    cache_.Clear();  // every machine-wide row changed (a TRUNCATE)
+    return;
+  }
   if (payload.rfind("u:", 0) == 0) {
-    // Another session of this user changed its own settings.
-    if (payload.compare(2, std::string::npos, user_digest_) == 0) {
+    // Another session of this user changed its own settings (or every
+    // user's settings changed at once: "u:*").
+    if (payload == "u:*" || payload.compare(2, std::string::npos, user_digest_) == 0) {
       cache_.ForgetRoot(HKEY_CURRENT_USER);
     }
     return;

@@ -175,6 +175,28 @@ TEST_F(PgStoreTest, OtherProcessesChangesArriveAndOwnWritesAreSeenAtOnce) {
   EXPECT_EQ(Read(*store, HKEY_LOCAL_MACHINE, u"Shared"), u"three");
 }
 
+// Changes made past the library, with plain SQL, are announced as well.
+TEST_F(PgStoreTest, ChangesMadeWithPlainSqlArriveToo) {
+  auto store = ServerStore("alice");
+  ASSERT_TRUE(Write(*ServerStore("desk"), HKEY_LOCAL_MACHINE, u"ResourceDLL", u"A"));
+  ASSERT_TRUE(Write(*store, HKEY_CURRENT_USER, u"Language", u"DE"));
+  ASSERT_EQ(Read(*store, HKEY_LOCAL_MACHINE, u"ResourceDLL"), u"A");  // cached from here on
+  ASSERT_EQ(Read(*store, HKEY_CURRENT_USER, u"Language"), u"DE");
+  auto await = [&](int32_t root, std::u16string_view name, std::u16string_view expected) {
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (Read(*store, root, name) != expected && std::chrono::steady_clock::now() < give_up) {
+      store->AwaitChanges(100);
+    }
+    return Read(*store, root, name);
+  };
+  ASSERT_EQ(AsSuperuser("UPDATE norvik50.machine_values SET data = 'B\\000'::bytea"), "");
+  EXPECT_EQ(await(HKEY_LOCAL_MACHINE, u"ResourceDLL", u"B"), u"B");
+  ASSERT_EQ(AsSuperuser("TRUNCATE norvik50.user_values, norvik50.user_keys"), "");
+  EXPECT_EQ(await(HKEY_CURRENT_USER, u"Language", u""), u"");
+  ASSERT_EQ(AsSuperuser("TRUNCATE norvik50.machine_values, norvik50.machine_keys"), "");
+  EXPECT_EQ(await(HKEY_LOCAL_MACHINE, u"ResourceDLL", u""), u"");
+}
+
 TEST_F(PgStoreTest, ReadsNeedNoRoundTripOnceCached) {
   auto store = ServerStore("desk");  // no local copy: only the cache can answer
   ASSERT_TRUE(Write(*store, HKEY_LOCAL_MACHINE, u"ResourceDLL", u"R"));
