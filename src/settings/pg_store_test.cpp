@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -217,6 +218,10 @@ TEST_F(PgStoreTest, WithTheServerAwayAFreshProcessReadsItsCopyAndRefusesWrites) 
     ASSERT_EQ(Read(*before, HKEY_LOCAL_MACHINE, u"ResourceDLL"), u"R_%L.dll");
     ASSERT_EQ(Read(*before, HKEY_CURRENT_USER, u"Missing"), u"");
   }
+  // The copy holds this user's settings: for this user alone.
+  struct stat st {};
+  ASSERT_EQ(::stat(copy.c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0600u);
   auto& server = norvik50::testing::PgTestServer::Shared();
   ASSERT_TRUE(server.Stop());
   auto store = ServerStore("alice", copy);  // nothing cached: all from the copy
