@@ -51,27 +51,27 @@ std::optional<PgResult> PgStore::Run(Kind kind, const char* name,
   return conn_->ExecPrepared(StatementName(kind, name), params, failure);
 }
 
-std::optional<PgResult> PgStore::RunWrite(Kind kind, const char* name,
-                                          const std::vector<PgParam>& params, PgFailure& failure) {
-  if (!in_unit_) return Run(kind, name, params, failure);
+std::optional<PgResult> PgStore::Alone(const std::function<std::optional<PgResult>()>& exec,
+                                       PgFailure& failure) {
+  if (!in_unit_) return exec();
   // Inside a unit a failing statement would spoil the whole transaction:
   // a savepoint takes back only its own part.
-  PgFailure ignored;
   if (!conn_->Script("SAVEPOINT op", failure)) return std::nullopt;
-  auto result = Run(kind, name, params, failure);
+  auto result = exec();
+  PgFailure ignored;
   conn_->Script(result ? "RELEASE SAVEPOINT op" : "ROLLBACK TO SAVEPOINT op", ignored);
   return result;
+}
+
+std::optional<PgResult> PgStore::RunWrite(Kind kind, const char* name,
+                                          const std::vector<PgParam>& params, PgFailure& failure) {
+  return Alone([&] { return Run(kind, name, params, failure); }, failure);
 }
 
 std::optional<PgResult> PgStore::RunSqlWrite(const std::string& sql,
                                              const std::vector<PgParam>& params,
                                              PgFailure& failure) {
-  if (!in_unit_) return conn_->Exec(sql, params, failure);
-  PgFailure ignored;
-  if (!conn_->Script("SAVEPOINT op", failure)) return std::nullopt;
-  auto result = conn_->Exec(sql, params, failure);
-  conn_->Script(result ? "RELEASE SAVEPOINT op" : "ROLLBACK TO SAVEPOINT op", ignored);
-  return result;
+  return Alone([&] { return conn_->Exec(sql, params, failure); }, failure);
 }
 
 void PgStore::NoteValue(int32_t root, const std::string& path, const std::string& fold,

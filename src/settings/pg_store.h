@@ -21,6 +21,7 @@
 #define NORVIK50_SRC_SETTINGS_PG_STORE_H_
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -122,6 +123,9 @@ class PgStore final : public RegistryStore {
   // Runs prepared statement `name` of `kind`; failures are noted.
   std::optional<PgResult> Run(Kind kind, const char* name, const std::vector<PgParam>& params,
                               PgFailure& failure);
+  // Runs `exec`; inside a unit, so that a failure undoes only its own part.
+  std::optional<PgResult> Alone(const std::function<std::optional<PgResult>()>& exec,
+                                PgFailure& failure);
   // A write: inside a unit, alone undone when it fails.
   std::optional<PgResult> RunWrite(Kind kind, const char* name, const std::vector<PgParam>& params,
                                    PgFailure& failure);
