@@ -16,7 +16,7 @@ namespace {
 class StoreCommandTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (const std::string& why = settings::PrepareTestServer(); !why.empty()) GTEST_SKIP() << why;
+    NORVIK50_NEED_TEST_SERVER();
     settings::EmptyServer();
   }
   // Runs the tool; `server` names the settings server for both roots.

@@ -35,8 +35,7 @@ inline std::string AsSuperuser(const std::string& sql) {
   return conn->Script(sql, failure) ? "" : failure.message;
 }
 
-// "" when the server is ready for the settings store, else why the tests
-// that need it skip.
+// "" when the server is ready for the settings store, else why not.
 inline const std::string& PrepareTestServer() {
   static const std::string why = [] {
     auto& server = norvik50::testing::PgTestServer::Shared();
@@ -55,6 +54,17 @@ inline const std::string& PrepareTestServer() {
   }();
   return why;
 }
+
+// In a fixture's SetUp: the test skips, saying why, when this machine has
+// no PostgreSQL server programs; it fails when they are there and the
+// server could not be made ready.
+#define NORVIK50_NEED_TEST_SERVER()                                                           \
+  do {                                                                                        \
+    if (const std::string& why = ::norvik50::settings::PrepareTestServer(); !why.empty()) {   \
+      if (!::norvik50::testing::PgTestServer::ServerProgramsInstalled()) GTEST_SKIP() << why; \
+      GTEST_FAIL() << why;                                                                    \
+    }                                                                                         \
+  } while (false)
 
 // Every settings row gone: each test starts from an empty server.
 inline void EmptyServer() {

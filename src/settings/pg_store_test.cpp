@@ -81,7 +81,7 @@ int VisibleRows(const std::string& role, const std::string& sql) {
 class PgStoreTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (const std::string& why = PrepareTestServer(); !why.empty()) GTEST_SKIP() << why;
+    NORVIK50_NEED_TEST_SERVER();
     EmptyServer();
   }
   testing::TempFolder temp_;

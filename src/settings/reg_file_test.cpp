@@ -33,7 +33,7 @@ class RegFileTest : public ::testing::TestWithParam<StoreKind> {
  protected:
   void SetUp() override {
     if (GetParam() == StoreKind::kLocal) return;
-    if (const std::string& why = PrepareTestServer(); !why.empty()) GTEST_SKIP() << why;
+    NORVIK50_NEED_TEST_SERVER();
     EmptyServer();
   }
   static std::shared_ptr<RegistryStore> Connect() {

@@ -21,7 +21,7 @@ class RegistryAlgorithmsTest : public ::testing::TestWithParam<StoreKind> {
  protected:
   void SetUp() override {
     if (GetParam() == StoreKind::kServer) {
-      if (const std::string& why = PrepareTestServer(); !why.empty()) GTEST_SKIP() << why;
+      NORVIK50_NEED_TEST_SERVER();
       EmptyServer();
     }
   }

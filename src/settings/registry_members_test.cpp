@@ -31,7 +31,7 @@ class RegistryMembersTest : public ::testing::TestWithParam<std::tuple<const cha
  protected:
   void SetUp() override {
     if (server_) {
-      if (const std::string& why = settings::PrepareTestServer(); !why.empty()) GTEST_SKIP() << why;
+      NORVIK50_NEED_TEST_SERVER();
       settings::EmptyServer();
     }
     SetRegistryStore(nullptr);  // the store the configuration names

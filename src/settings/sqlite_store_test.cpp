@@ -27,7 +27,7 @@ class StoreRulesTest : public ::testing::TestWithParam<StoreKind> {
  protected:
   void SetUp() override {
     if (local()) return;
-    if (const std::string& why = PrepareTestServer(); !why.empty()) GTEST_SKIP() << why;
+    NORVIK50_NEED_TEST_SERVER();
     EmptyServer();
   }
   bool local() const { return GetParam() == StoreKind::kLocal; }

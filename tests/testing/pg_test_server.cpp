@@ -4,6 +4,7 @@
 #include <grp.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -24,12 +25,24 @@ bool AsRoot() { return ::geteuid() == 0; }
 // go when the test does.
 const std::string kTempBase = [] {
   const char* tmp = std::getenv("TMPDIR");
-  return std::string(tmp != nullptr && *tmp != '\0' ? tmp : "/tmp");
+  const std::string base = tmp != nullptr && *tmp != '\0' ? tmp : "/tmp";
+  // The server's user must pass through every folder above its own; a
+  // private TMPDIR (as root's may be) is left for /tmp then.
+  for (std::filesystem::path p = base; !p.empty() && p != p.root_path(); p = p.parent_path()) {
+    struct stat st {};
+    if (::stat(p.c_str(), &st) != 0 || (st.st_mode & S_IXOTH) == 0) return std::string("/tmp");
+  }
+  return base;
 }();
 
 // The newest installed server's programs, or NORVIK50_PG_BIN.
 std::string FindServerBin() {
-  if (const char* bin = std::getenv("NORVIK50_PG_BIN"); bin != nullptr && *bin != '\0') return bin;
+  if (const char* bin = std::getenv("NORVIK50_PG_BIN"); bin != nullptr && *bin != '\0') {
+    const std::string dir(bin);
+    return std::filesystem::exists(dir + "/initdb") && std::filesystem::exists(dir + "/pg_ctl")
+               ? dir
+               : std::string();
+  }
   std::string best;
   int best_version = -1;
   std::error_code ec;
@@ -72,6 +85,8 @@ void BecomeServerUser() {
 }
 
 }  // namespace
+
+bool PgTestServer::ServerProgramsInstalled() { return !FindServerBin().empty(); }
 
 PgTestServer& PgTestServer::Shared() {
   static PgTestServer server;

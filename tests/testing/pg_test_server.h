@@ -24,6 +24,11 @@ class PgTestServer {
   // with that message).
   static PgTestServer& Shared();
 
+  // Whether initdb and pg_ctl are on this machine (the tests that need a
+  // server skip without them, and fail when the server cannot be made
+  // with them).
+  static bool ServerProgramsInstalled();
+
   bool available() const { return running_; }
   const std::string& why() const { return why_; }
   // The connection string for `user` on database `db`.
