@@ -9,6 +9,7 @@
 #include "settings/pg_server_for_tests.h"
 #include "settings/registry_algorithms.h"
 #include "settings/sqlite_store.h"
+#include "settings/store_config.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50::settings {
@@ -42,6 +43,21 @@ TEST_F(StoreConfigTest, NothingConfiguredIsTheLocalStoreAlone) {
   testing::ScopedEnv empty("NORVIK50_STORE_HKCU", "");
   std::ofstream(dir_.File("store.conf")) << "# nothing yet\nHKCR = host=elsewhere\n";
   EXPECT_NE(dynamic_cast<SqliteStore*>(MakeConfiguredStore().get()), nullptr);
+}
+
+TEST_F(StoreConfigTest, TheVariableWinsOverTheFile) {
+  std::ofstream(dir_.File("store.conf"))
+      << "  # office\n\nHKCU=service=from_file  \nHKLM = service=machine\nnonsense line\n";
+  auto choice = ServerStoreFor(HKEY_CURRENT_USER);
+  ASSERT_TRUE(choice);
+  EXPECT_EQ(choice->conninfo, "service=from_file");
+  EXPECT_EQ(choice->source, dir_.File("store.conf"));
+  EXPECT_EQ(ServerStoreFor(HKEY_LOCAL_MACHINE)->conninfo, "service=machine");
+  EXPECT_FALSE(ServerStoreFor(HKEY_CLASSES_ROOT));  // only the two roots
+  testing::ScopedEnv variable("NORVIK50_STORE_HKCU", "service=from_variable");
+  choice = ServerStoreFor(HKEY_CURRENT_USER);
+  EXPECT_EQ(choice->conninfo, "service=from_variable");
+  EXPECT_EQ(choice->source, "NORVIK50_STORE_HKCU");
 }
 
 TEST_F(RoutingStoreTest, EachRootGoesToItsStore) {
