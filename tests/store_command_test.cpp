@@ -42,6 +42,10 @@ TEST_F(StoreCommandTest, ShowsWhichStoreHoldsEachRoot) {
   EXPECT_NE(run.out.find("HKEY_LOCAL_MACHINE: server "), std::string::npos) << run.out;
   EXPECT_NE(run.out.find("(from NORVIK50_STORE_HKLM): reachable as role alice"), std::string::npos)
       << run.out;
+  // A password in the connection string is never shown.
+  run = Tool("store", settings::ServerConninfo("alice") + " password=sekrit");
+  EXPECT_EQ(run.status, 0) << run.out;
+  EXPECT_EQ(run.out.find("sekrit"), std::string::npos) << run.out;
   // A server that does not answer: said, and exit code 1.
   run = Tool("store", "host=" + temp_.path() + " port=1 user=alice");
   EXPECT_EQ(run.status, 1) << run.out;

@@ -26,7 +26,9 @@ std::string Describe(const std::string& conninfo) {
   }
   std::string shown;
   for (PQconninfoOption* o = options; o->keyword != nullptr; ++o) {
-    if (o->val == nullptr || *o->val == '\0' || std::string_view(o->keyword) == "password") {
+    // Secrets (password, sslpassword) are never shown.
+    if (o->val == nullptr || *o->val == '\0' ||
+        std::string_view(o->keyword).find("password") != std::string_view::npos) {
       continue;
     }
     shown += (shown.empty() ? "" : " ") + std::string(o->keyword) + "=" + o->val;
@@ -34,6 +36,7 @@ std::string Describe(const std::string& conninfo) {
   PQconninfoFree(options);
   return shown.empty() ? "(libpq defaults)" : shown;
 }
+
 }  // namespace
 
 using pg::Expand;

@@ -61,8 +61,8 @@ TEST_F(StoreConfigTest, TheVariableWinsOverTheFile) {
 }
 
 TEST_F(RoutingStoreTest, EachRootGoesToItsStore) {
-  std::ofstream(dir_.File("store.conf")) << "hkey_current_user = " << ServerConninfo("alice")
-                                         << "\n";
+  std::ofstream(dir_.File("store.conf"))
+      << "hkey_current_user = " << ServerConninfo("alice") << "\n";
   const auto store = MakeConfiguredStore();
   auto* routing = dynamic_cast<RoutingStore*>(store.get());
   ASSERT_NE(routing, nullptr);
@@ -70,8 +70,8 @@ TEST_F(RoutingStoreTest, EachRootGoesToItsStore) {
   EXPECT_EQ(routing->ServerFor(HKEY_LOCAL_MACHINE), nullptr);
 
   ASSERT_TRUE(RegWriteValue(*store, HKEY_CURRENT_USER, kKey, u"Language", Variant(u"DE"), nullptr));
-  ASSERT_TRUE(RegWriteValue(*store, HKEY_LOCAL_MACHINE, kKey, u"ResourceDLL", Variant(u"R"),
-                            nullptr));
+  ASSERT_TRUE(
+      RegWriteValue(*store, HKEY_LOCAL_MACHINE, kKey, u"ResourceDLL", Variant(u"R"), nullptr));
   SqliteStore local;
   EXPECT_EQ(Read(*ServerStore("alice"), HKEY_CURRENT_USER, u"Language"), u"DE");
   EXPECT_EQ(Read(local, HKEY_CURRENT_USER, u"Language"), u"");
