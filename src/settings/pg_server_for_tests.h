@@ -5,6 +5,8 @@
 #ifndef NORVIK50_SRC_SETTINGS_PG_SERVER_FOR_TESTS_H_
 #define NORVIK50_SRC_SETTINGS_PG_SERVER_FOR_TESTS_H_
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -68,9 +70,10 @@ inline const std::string& PrepareTestServer() {
 
 // Every settings row gone: each test starts from an empty server.
 inline void EmptyServer() {
-  AsSuperuser(
+  const std::string failed = AsSuperuser(
       "TRUNCATE norvik50.machine_values, norvik50.machine_keys, norvik50.user_values, "
       "norvik50.user_keys");
+  if (!failed.empty()) ADD_FAILURE() << "cannot empty the test server: " << failed;
 }
 
 inline std::shared_ptr<PgStore> ServerStore(const std::string& role,
