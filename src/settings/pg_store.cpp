@@ -15,7 +15,6 @@ namespace {
 constexpr int32_t kNotFound = 2;
 constexpr int32_t kDenied = 5;
 constexpr int32_t kBadKey = 1010;
-constexpr int32_t kUnusable = ERROR_CANTOPEN;
 
 bool IsRoot(RegKey key) {
   return key >= HKEY_CLASSES_ROOT && key <= HKEY_DYN_DATA && key != HKEY_PERFORMANCE_DATA;

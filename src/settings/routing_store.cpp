@@ -80,8 +80,8 @@ int32_t RoutingStore::RunAtomically(std::span<const int32_t> roots,
   std::map<RegistryStore*, std::vector<int32_t>> by_store;
   for (const int32_t root : roots) by_store[&For(root)].push_back(root);
   std::function<int32_t()> unit = body;
-  for (auto& [store, its_roots] : by_store) {
-    unit = [store, r = its_roots, inner = std::move(unit)] {
+  for (const auto& entry : by_store) {
+    unit = [store = entry.first, r = entry.second, inner = std::move(unit)] {
       return store->RunAtomically(r, inner);
     };
   }
