@@ -392,7 +392,12 @@ int32_t PgStore::RunAtomically(std::span<const int32_t> roots,
     throw;
   }
   in_unit_ = false;
-  if (!conn_) return code != 0 ? code : Away();  // lost inside the unit: nothing was kept
+  if (!conn_) {
+    // Lost inside the unit: the server kept none of it, nor may the cache.
+    cache_.Clear();
+    unit_copy_.clear();
+    return code != 0 ? code : Away();
+  }
   if (code == 0 && conn_->Script("COMMIT", failure)) {
     for (const PendingCopy& c : unit_copy_) {
       if (c.is_value) {

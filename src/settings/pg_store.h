@@ -95,7 +95,7 @@ class PgStore final : public RegistryStore {
   struct Attempt {
     std::unique_ptr<PgConnection> conn;
     std::string session_user, user_digest, error;
-    bool slow = false;  // it took longer than kSlowAttempt
+    bool slow = false;  // it failed after more than kSlowAttempt
   };
   // An attempt running on a thread of its own.
   struct Pending {

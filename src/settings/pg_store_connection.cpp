@@ -59,7 +59,9 @@ PgStore::Attempt PgStore::Establish(const PgStoreOptions& options) {
   const auto started = std::chrono::steady_clock::now();
   auto finish = [&](std::string error) {
     a.error = std::move(error);
-    a.slow = std::chrono::steady_clock::now() - started > kSlowAttempt;
+    // Only a failure that took long says the server is silent: a busy
+    // server that answers slowly is still worth waiting for.
+    a.slow = !a.error.empty() && std::chrono::steady_clock::now() - started > kSlowAttempt;
     if (!a.error.empty()) a.conn.reset();
     return std::move(a);
   };
@@ -114,6 +116,9 @@ bool PgStore::Adopt(Attempt attempt) {
 bool PgStore::Online() {
   if (conn_ && !conn_->broken()) return true;
   conn_.reset();
+  // A unit whose connection broke is lost whole: its later operations
+  // must not run on a new connection, outside its transaction.
+  if (in_unit_) return false;
   if (pending_) {
     std::unique_lock lock(pending_->mu);
     if (!pending_->done) return false;  // still trying, in the background

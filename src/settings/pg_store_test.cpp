@@ -279,6 +279,28 @@ TEST_F(PgStoreTest, ASilentServerDelaysOnlyTheFirstAttempt) {
   ::close(silent);
 }
 
+// A server that goes away inside a unit takes the unit with it: what
+// follows in the body is not made outside the unit on a new connection.
+TEST_F(PgStoreTest, AUnitCutShortByTheServerKeepsNothing) {
+  auto store = ServerStore("alice");
+  auto& server = norvik50::testing::PgTestServer::Shared();
+  const int32_t roots[] = {HKEY_CURRENT_USER};
+  const int32_t code = store->RunAtomically(roots, [&] {
+    EXPECT_TRUE(Write(*store, HKEY_CURRENT_USER, u"First", u"1"));
+    EXPECT_TRUE(server.Stop());
+    EXPECT_TRUE(server.Start());
+    EXPECT_FALSE(Write(*store, HKEY_CURRENT_USER, u"Second", u"2"));
+    return 0;
+  });
+  EXPECT_EQ(code, 1011);
+  auto fresh = ServerStore("alice");
+  EXPECT_EQ(Read(*fresh, HKEY_CURRENT_USER, u"First"), u"");
+  EXPECT_EQ(Read(*fresh, HKEY_CURRENT_USER, u"Second"), u"");
+  // The store goes on after the unit, on a new connection.
+  EXPECT_TRUE(Write(*store, HKEY_CURRENT_USER, u"Third", u"3"));
+  EXPECT_EQ(Read(*ServerStore("alice"), HKEY_CURRENT_USER, u"Third"), u"3");
+}
+
 TEST_F(PgStoreTest, AServerCrashLosesNoAcknowledgedWrite) {
   ChildProcess child = StartChild("pgcount:" + ServerConninfo("alice"));
   auto& server = norvik50::testing::PgTestServer::Shared();
