@@ -9,6 +9,9 @@
 //  - A path spelt in another case ("C:\PROG\RES_DE.DLL" for Prog/Res_DE.dll)
 //    and a missing file, in folders of 10 to 10,000 entries: reported with
 //    the folder's size, as the look-up reads the folder.
+//  - Relative and absolute paths, read by their text alone: against a plain
+//    copy of the full path's text (anchor), target <= 3x each; also against
+//    copying the two texts each member is given.
 // The summary prints the best of the repetitions in CPU time.
 #include <benchmark/benchmark.h>
 #include <sys/stat.h>
@@ -21,6 +24,7 @@
 
 #include "best_time_reporter.h"
 #include "core/paths.h"
+#include "core/windows_path.h"
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
 
@@ -83,6 +87,47 @@ void BM_ExactSpelling(benchmark::State& state) { Run(state, norvik50::FileExists
 void BM_OtherCase(benchmark::State& state) { Run(state, norvik50::FileExists, kOtherCase, true); }
 void BM_MissingFile(benchmark::State& state) { Run(state, norvik50::FileExists, kMissing, false); }
 
+// A document's path as a host stores it, and the folder it is stored
+// relative to: three names in common, one to go up, two to go down.
+constexpr std::u16string_view kDocument =
+    u"C:\\Users\\Meier\\Documents\\Offers\\2024\\Offer_0815.docx";
+constexpr std::u16string_view kRelative = u"..\\Offers\\2024\\Offer_0815.docx";
+constexpr std::u16string_view kBase = u"C:\\Users\\Meier\\Documents\\Templates";
+
+void BM_CopyPathText(benchmark::State& state) {
+  for (auto _ : state) {
+    std::u16string copy(kDocument);
+    benchmark::DoNotOptimize(copy);
+  }
+}
+// What a member is given, copied: its two texts.
+void CopyArguments(benchmark::State& state, std::u16string_view path) {
+  for (auto _ : state) {
+    std::u16string path_copy(path), base_copy(kBase);
+    benchmark::DoNotOptimize(path_copy);
+    benchmark::DoNotOptimize(base_copy);
+  }
+}
+void BM_CopyAbsoluteArguments(benchmark::State& state) { CopyArguments(state, kRelative); }
+void BM_CopyRelativeArguments(benchmark::State& state) { CopyArguments(state, kDocument); }
+void BM_AbsolutePath(benchmark::State& state) {
+  if (norvik50::AbsoluteWindowsPath(kRelative, kBase) != kDocument) {
+    state.SkipWithError("wrong answer");
+  }
+  for (auto _ : state) benchmark::DoNotOptimize(norvik50::AbsoluteWindowsPath(kRelative, kBase));
+}
+void BM_RelativePath(benchmark::State& state) {
+  if (norvik50::RelativeWindowsPath(kDocument, kBase) != kRelative) {
+    state.SkipWithError("wrong answer");
+  }
+  for (auto _ : state) benchmark::DoNotOptimize(norvik50::RelativeWindowsPath(kDocument, kBase));
+}
+BENCHMARK(BM_CopyPathText)->Repetitions(5)->MinTime(0.2);
+BENCHMARK(BM_CopyAbsoluteArguments)->Repetitions(5)->MinTime(0.2);
+BENCHMARK(BM_CopyRelativeArguments)->Repetitions(5)->MinTime(0.2);
+BENCHMARK(BM_AbsolutePath)->Repetitions(5)->MinTime(0.2);
+BENCHMARK(BM_RelativePath)->Repetitions(5)->MinTime(0.2);
+
 #define NORVIK50_PATHS_BENCH(fn, ...) \
   BENCHMARK(fn)->ArgName("entries")->__VA_ARGS__->Repetitions(5)->MinTime(0.2)
 NORVIK50_PATHS_BENCH(BM_FormerMapping, Arg(10));
@@ -113,6 +158,19 @@ int main(int argc, char** argv) {
         "  folder of %5s entries: other case %9.0f ns, missing file %9.0f ns (%.0f ns per "
         "entry)\n",
         entries, other, missing, missing / std::stod(entries));
+  }
+  const double copy = r.Ns("BM_CopyPathText");
+  std::printf("\n== Path text, best of 5 in CPU time ==\n");
+  if (copy > 0) {
+    std::printf("  copy of the path's text   %8.1f ns\n", copy);
+    for (const char* member : {"Absolute", "Relative"}) {
+      const double ns = r.Ns(std::string("BM_") + member + "Path");
+      const double arguments = r.Ns(std::string("BM_Copy") + member + "Arguments");
+      if (ns == 0 || arguments == 0) continue;
+      std::printf(
+          "  %sPath %8.1f ns   %.2fx the copy (target <= 3x), %.2fx a copy of its two texts\n",
+          member, ns, ns / copy, ns / arguments);
+    }
   }
   benchmark::Shutdown();
   return 0;

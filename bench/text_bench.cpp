@@ -17,6 +17,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "best_time_reporter.h"
@@ -24,6 +25,7 @@
 #include "norvik50/variant.h"
 #include "text/bubble_sort.h"
 #include "text/replace.h"
+#include "text/replace_ext.h"
 #include "text/search.h"
 #include "text/signs.h"
 #include "text/split.h"
@@ -66,17 +68,20 @@ u16string Filler(std::size_t size, uint32_t seed) {
   return s;
 }
 
-// 20,000 single-unit matches of «a» in the first 30,000 units («aa.»
-// repeated), then filler.
-const u16string& ManyMatches(int scale) {
-  static std::map<int, u16string> cache;
-  u16string& s = cache[scale];
+// `piece` repeated `times`, then filler up to the scaled size; made once.
+const u16string& PiecesThenFiller(u16string_view piece, int times, int scale) {
+  static std::map<std::pair<u16string, int>, u16string> cache;
+  u16string& s = cache[{u16string(piece), scale}];
   if (s.empty()) {
-    for (int k = 0; k < 10000; ++k) s += u"aa.";
+    for (int k = 0; k < times; ++k) s += piece;
     s += Filler(kUnits * scale - s.size(), 7);
   }
   return s;
 }
+
+// 20,000 single-unit matches of «a» in the first 30,000 units («aa.»
+// repeated), then filler.
+const u16string& ManyMatches(int scale) { return PiecesThenFiller(u"aa.", 10000, scale); }
 
 // Filler with one «needle» at position 32000 (the far end of what a 16-bit
 // search can report) and, for the last-occurrence search, one at 100.
@@ -90,6 +95,10 @@ const u16string& OneNeedle(int scale) {
   }
   return s;
 }
+
+// 15,000 matches of «a» in the first 30,000 units, a third of them in
+// brackets («(aa)a.» repeated), then filler.
+const u16string& BracketedMatches(int scale) { return PiecesThenFiller(u"(aa)a.", 5000, scale); }
 
 const u16string& Plain(int scale) {
   static std::map<int, u16string> cache;
@@ -206,6 +215,30 @@ void BM_ReplaceInStringWordsAndAlternatives(benchmark::State& state) {
   }
 }
 
+// The extended replace at its defaults (no pair protects, no numeric rule),
+// with the double-quote pair (the plain replace's defaults), and with every
+// rule at work (two pairs and the numeric words) on a text with brackets,
+// beside the plain replace on that text.
+void BM_ReplaceInStringExt(benchmark::State& state) {
+  const u16string& text = ManyMatches(Scale(state));
+  const ExtendedReplaceRules rules;
+  for (auto _ : state) benchmark::DoNotOptimize(ReplaceInStringExt(text, u"a", u"b", 1, rules));
+}
+void BM_ReplaceInStringExtQuotes(benchmark::State& state) {
+  const u16string& text = ManyMatches(Scale(state));
+  const ExtendedReplaceRules rules{.not_in_signs = u"\"\""};
+  for (auto _ : state) benchmark::DoNotOptimize(ReplaceInStringExt(text, u"a", u"b", 1, rules));
+}
+void BM_ReplaceInStringBracketed(benchmark::State& state) {
+  const u16string& text = BracketedMatches(Scale(state));
+  for (auto _ : state) benchmark::DoNotOptimize(ReplaceInString(text, u"a", u"b"));
+}
+void BM_ReplaceInStringExtAllRules(benchmark::State& state) {
+  const u16string& text = BracketedMatches(Scale(state));
+  const ExtendedReplaceRules rules{.not_numeric = true, .not_in_signs = u"\"\"|()"};
+  for (auto _ : state) benchmark::DoNotOptimize(ReplaceInStringExt(text, u"a", u"b", 1, rules));
+}
+
 // ---- cut and splice -------------------------------------------------------
 
 void BM_GetSubString(benchmark::State& state) {
@@ -285,6 +318,10 @@ TEXT_BENCH(BM_IsInSigns);
 TEXT_BENCH(BM_StdReplaceAll);
 TEXT_BENCH(BM_ReplaceInString);
 TEXT_BENCH(BM_ReplaceInStringWordsAndAlternatives);
+TEXT_BENCH(BM_ReplaceInStringExt);
+TEXT_BENCH(BM_ReplaceInStringExtQuotes);
+TEXT_BENCH(BM_ReplaceInStringBracketed);
+TEXT_BENCH(BM_ReplaceInStringExtAllRules);
 TEXT_BENCH(BM_StdCopy);
 TEXT_BENCH(BM_GetSubString);
 TEXT_BENCH(BM_SeparateString);
@@ -319,6 +356,12 @@ void PrintSummary(const norvik50::bench::BestTimeReporter& r) {
       {"tklReplaceInString, 20000 matches", "BM_ReplaceInString", "BM_StdReplaceAll", "<= 3x loop"},
       {"tklReplaceInString, words+alternatives", "BM_ReplaceInStringWordsAndAlternatives",
        "BM_StdReplaceAll", ""},
+      {"tklReplaceInStringExt, defaults", "BM_ReplaceInStringExt", "BM_ReplaceInString",
+       "<= 1.2x replace"},
+      {"tklReplaceInStringExt, \"\" pair", "BM_ReplaceInStringExtQuotes", "BM_ReplaceInString", ""},
+      {"tklReplaceInString, bracketed text", "BM_ReplaceInStringBracketed", "BM_StdReplaceAll", ""},
+      {"tklReplaceInStringExt, 2 pairs+numbers", "BM_ReplaceInStringExtAllRules",
+       "BM_ReplaceInStringBracketed", "bracketed text"},
       {"tklGetSubString (copies the rest)", "BM_GetSubString", "BM_StdCopy", ""},
       {"tklSeparateString (copies the rest)", "BM_SeparateString", "BM_StdCopy", ""},
       {"tklMid let, 2 splices", "BM_MidLet", "BM_StdCopy", ""},

@@ -65,4 +65,9 @@ if(NORVIK50_BUILD_TESTS)
   norvik50_resource_dll(i686 ${sources}/res_en.rc Res_EN.dll DEPENDS ${NORVIK50_FIXTURE_INPUTS})
   norvik50_resource_dll(x86_64 ${sources}/multi.rc multi64.dll DEPENDS ${NORVIK50_FIXTURE_INPUTS})
   norvik50_resource_dll(i686 ${sources}/multi.rc multi32.dll DEPENDS ${NORVIK50_FIXTURE_INPUTS})
+  # A form's captions in both languages, for tklLoadFormCaptions.
+  norvik50_resource_dll(x86_64 ${sources}/captions_de.rc Captions_DE.dll
+    DEPENDS ${NORVIK50_FIXTURE_INPUTS})
+  norvik50_resource_dll(i686 ${sources}/captions_en.rc Captions_EN.dll
+    DEPENDS ${NORVIK50_FIXTURE_INPUTS})
 endif()

@@ -45,6 +45,21 @@ TEST_F(BatchTest, AnswersInOrderAndGoesOnAfterBadLines) {
   EXPECT_EQ(answers[4]["result"]["v"], "\\f");
 }
 
+// A call text split by name: the arguments come back as a String array.
+TEST_F(BatchTest, SeparateFunctionAnswersItsArgumentsAsAnArray) {
+  LIB lib;
+  const json a = Ask(lib, R"j({"id":1,"member":"tklSeparateFunction",)j"
+                          R"j("args":["Format(x, \"a,b\", f(1, 2))","",null]})j");
+  EXPECT_EQ(a["result"]["v"], true);
+  EXPECT_EQ(a["byref"]["1"]["v"], "Format");
+  const json& args = a["byref"]["2"];
+  EXPECT_EQ(args["vt"], "Array");
+  EXPECT_EQ(args["lb"], 0);
+  ASSERT_EQ(args["v"].size(), 3u);
+  EXPECT_EQ(args["v"][1]["v"], "\"a,b\"");
+  EXPECT_EQ(args["v"][2]["v"], "f(1, 2)");
+}
+
 TEST_F(BatchTest, ArgumentCoercionAndSixteenBitOverflow) {
   LIB lib;
   struct Case {

@@ -28,6 +28,19 @@ NORVIK50_EXPORT std::u16string HostApplicationName();
 NORVIK50_EXPORT std::u16string HostApplicationTitle();
 NORVIK50_EXPORT void SetHostApplication(std::u16string_view name, std::u16string_view title = u"");
 
+// ---- Screens and windows ----------------------------------------------------------
+
+// A rectangle in twips (15 per pixel), as the system gives sizes: for a
+// window, the left and top of its outer frame and its outer size; for a
+// screen, the part windows may use (without panels and task bars).
+struct TwipsRect {
+  int32_t left = 0;
+  int32_t top = 0;
+  int32_t width = 0;
+  int32_t height = 0;
+  bool operator==(const TwipsRect&) const = default;
+};
+
 // ---- Dialog requests ------------------------------------------------------------
 
 // One button of a message box: its name tag ("cmdOK", "cmdCancel", "yes",
@@ -260,6 +273,10 @@ class NORVIK50_EXPORT UserInterface {
   // Processes the window events that are pending and returns; the default
   // (headless) has none.
   virtual void ProcessEvents();
+  // The usable area of every screen of the desktop as it is now, in
+  // twips, the primary screen first. Empty when the screens are not known
+  // (the default): then a stored window position is taken as it is.
+  virtual std::vector<TwipsRect> ScreenRects();
 };
 
 // The headless implementation (the default).

@@ -32,6 +32,8 @@
 
 namespace norvik50 {
 
+class PropertyBag;
+
 // The current language (LibLanguageConsts).
 enum LibLanguageConsts : int16_t {
   LANG_NEUTRAL = 0,
@@ -60,6 +62,14 @@ class NORVIK50_EXPORT LIB {
   // The temporary folder (TMPDIR or /tmp, as a Windows-style path), always
   // ending in exactly one "\". Cached on first call. Skip style.
   std::u16string tklTempDir();
+  // (Designed here.) The value this object keeps under sName, Empty when
+  // it keeps none. Names compare as registry value names do (any case,
+  // umlauts included). Style none: 5 for an empty name.
+  Variant tklProperty(std::u16string_view sName) const;
+  // (Designed here.) Keeps vNewValue under sName for the object's life,
+  // replacing what was there; Empty forgets the name. Arrays are copied,
+  // objects kept by reference. Style none: 5 for an empty name.
+  void tklProperty(std::u16string_view sName, const Variant& vNewValue);
   // The library-wide registry base key; "SOFTWARE\VANTEX\Global" while unset.
   std::u16string tklRegKey() const;
   // Sets the base key without any check; "" restores the default.
@@ -93,6 +103,45 @@ class NORVIK50_EXPORT LIB {
   // Splits sFullName into drive, path, file name and extension. Handler
   // style: False (fields as far as set) when it fails.
   bool tklSeparateFile(std::u16string_view sFullName, typFileInfo& tFileInfo);
+  // (Designed here.) sPath as seen from the folder sBasePath (the current
+  // folder when ""): ".\sub\x.txt", "..\..\x.txt", "." for the folder
+  // itself; by the text alone, roots and names compared without case. On
+  // another drive or share the absolute path. "" for an empty sPath. Skip
+  // style: never fails.
+  std::u16string tklGetRelativePath(std::u16string_view sPath, std::u16string_view sBasePath = u"");
+  // (Designed here.) sPath made absolute below the folder sBasePath (the
+  // current folder when ""), "." and ".." resolved, never above the root;
+  // an absolute sPath is only normalized. "" for an empty sPath. Skip style.
+  std::u16string tklGetAbsolutePath(std::u16string_view sPath, std::u16string_view sBasePath = u"");
+  // (Designed here.) Makes the folder sPath, drive included, the process's
+  // current folder. True when it did; False (nothing changed) for an empty
+  // path or one that names no folder that may be entered. *sCurrentPath,
+  // when given, receives the current folder afterwards either way.
+  // Handler style: never fails.
+  bool tklChangeToPath(std::u16string_view sPath, std::u16string* sCurrentPath = nullptr);
+  // (Designed here.) The full path of the first file in sPath (the current
+  // folder when "") whose name matches sPattern ("*.txt", "Res_??.dll"; as
+  // the Windows directory search, without case), in name order, with
+  // bSubFolders also below it (a folder's own files first); "" when none
+  // matches or the folder is missing. Handler style: never fails.
+  std::u16string tklFindFile(std::u16string_view sPath, std::u16string_view sPattern,
+                             bool bSubFolders = false);
+  // (Designed here.) True when sPath exists and has every attribute bit of
+  // lAttributes (1 read-only, 2 hidden, 16 directory, 32 archive, 1024 a
+  // symbolic link; 0 asks only whether it exists). *lActual, when given,
+  // receives all its bits, or -1 when nothing is there. Handler style.
+  bool tklCheckAttributes(std::u16string_view sPath, int32_t lAttributes = 0,
+                          int32_t* lActual = nullptr);
+  // (Designed here.) The whole file sFilename as a text of byte characters
+  // (one per byte, Windows-1252), as tklGlobalVar's DEFLATE and INFLATE
+  // take them. Style none: 52 a name that names no file, 53 missing, 75 a
+  // folder or no regular file, 70 not readable, 7 too large.
+  std::u16string tklFileStream(std::u16string_view sFilename);
+  // (Designed here.) Makes the file sFilename hold the bytes of sData,
+  // created when missing. Style none: 5 (file untouched) for a character
+  // without a byte, 52, 76 missing folder, 75, 70 not writable, 61 disk
+  // full (old content kept).
+  void tklFileStream(std::u16string_view sFilename, std::u16string_view sData);
 
   // ---- Text toolkit -----------------------------------------------------
   // Positions are 1-based UTF-16 units, 0 = not found. sFind is an
@@ -181,6 +230,49 @@ class NORVIK50_EXPORT LIB {
   bool tklExtractBrackets(std::u16string_view sSource, std::u16string& sTerm,
                           std::u16string& sBefore, std::u16string& sAfter,
                           bool bStartWithBracket = false);
+  // (Designed here.) tklReplaceInString with finer rules: bOnlyAtBeginning
+  // and bWholeWord as there; bNotNumVals leaves a match that stands in a
+  // numeric word (tklIsNumericWord of the match and the word units around
+  // it in sSource), bOnlyNumVals replaces only those (both: nothing); each
+  // pair of sNotInSigns («""|()») protects what it encloses: equal signs
+  // what follows an odd number of them, brackets by tklIsInSigns, both in
+  // the text as edited so far. sNotInSigns «""» answers as bNotInSigns
+  // True there, "" as False. Style none: the errors of tklReplaceInString.
+  std::u16string tklReplaceInStringExt(std::u16string_view sSource, std::u16string_view sFind,
+                                       std::u16string_view sReplace, int16_t iStartSearch = 1,
+                                       bool bIgnoreCase = true, bool bOnlyAtBeginning = false,
+                                       bool bWholeWord = false, bool bNotNumVals = false,
+                                       bool bOnlyNumVals = false,
+                                       std::u16string_view sNotInSigns = u"");
+  // (Designed here.) The first call expression outside double quotes:
+  // with *sFunction empty (or no sFunction) the pair tklExtractBrackets
+  // finds and the name directly before its "(", which *sFunction then
+  // receives; otherwise the leftmost call of that name (a whole name,
+  // without case when bIgnoreCase) whose bracket closes, *sFunction
+  // receiving the name as written. True with sExpression the name and the
+  // pair, sBefore and sAfter the text around it; False and outputs
+  // unchanged when there is none. Handler style.
+  bool tklExtractExpression(std::u16string_view sSource, std::u16string& sExpression,
+                            std::u16string& sBefore, std::u16string& sAfter,
+                            std::u16string* sFunction = nullptr, bool bIgnoreCase = true);
+  // (Designed here.) sSource without its outermost bracket pairs (each with
+  // its content and the blanks before it), trimmed: «Müller (Kunde) GmbH»
+  // gives «Müller GmbH». Brackets without a partner or inside double
+  // quotes stay. Handler style.
+  std::u16string tklPhraseWithoutBrackets(std::u16string_view sSource);
+  // (Designed here.) When the trimmed sSource is one call «Name(args)»:
+  // True, sFunction the name, vArguments a String array (lower bound 0,
+  // empty for «Name()») of the trimmed arguments split at the commas
+  // outside nested brackets and double quotes. False and outputs unchanged
+  // otherwise. Handler style.
+  bool tklSeparateFunction(std::u16string_view sSource, std::u16string& sFunction,
+                           SafeArray& vArguments);
+  // (Designed here.) True when sWord is a number in the current locale's
+  // notation: optional leading sign, digits grouped by threes with the
+  // thousands separator or not at all, at most one decimal separator
+  // followed by digits (German «1.234,56», English «1,234.56»). Handler
+  // style.
+  bool tklIsNumericWord(std::u16string_view sWord);
 
   // ---- Numbers and SQL literals ----
   // Text is read and written in the current locale: its decimal separator
@@ -249,6 +341,31 @@ class NORVIK50_EXPORT LIB {
   // Windows-1252, for an empty text to DEFLATE and for a damaged compressed
   // text; 13 or 94 when `value` cannot be converted to text.
   Variant tklGlobalVar(std::u16string_view name, const Variant& value);
+  // (Designed here.) A new object of the library's own kind sName (any
+  // case), for hosts that cannot construct one themselves:
+  //  - "Collection": holding the elements of the array vValue, in order;
+  //  - "XmlDocument": loaded from vValue, XML text when it starts with "<",
+  //    else the path of an XML file;
+  //  - "Resources": a copy of the built-in resource document.
+  // Without vValue (or with Empty or Null) a Collection or document is
+  // empty. Style none: 5 for an unknown name, a value "Resources" does not
+  // take, or XML that is not well-formed; 53 for a missing file; 13 for a
+  // value of the wrong type.
+  std::shared_ptr<HostObject> tklGlobalObj(std::u16string_view sName,
+                                           const std::optional<Variant>& vValue = std::nullopt);
+
+  // (Designed here.) sValue encrypted for the current user, as printable
+  // text that a REG_SZ value holds ("nvk1:" and base64); a fresh result
+  // each call. The key is the file HKEY_CURRENT_USER.key beside the user's
+  // settings, made on first use. Style none: 5 for a text longer than 361
+  // characters (its form would not read back through the registry
+  // getters); 70 or 75 for a key file that is not private or is damaged.
+  std::u16string tklEncryptedValue(std::u16string_view sValue);
+  // (Designed here.) The text tklEncryptedValue made sValue from, exactly.
+  // Style none: 5 for a text that is not such a value, was changed, or was
+  // encrypted with another key; 53 when the user has no key file; 70 or
+  // 75 as tklEncryptedValue. Never a guessed text.
+  std::u16string tklDecryptedValue(std::u16string_view sValue);
 
   // ---- Registry ---------------------------------------------------------
   // lRegKey is a root key (RegistryKeys, e.g. HKEY_CURRENT_USER), sRegSubKey
@@ -299,6 +416,40 @@ class NORVIK50_EXPORT LIB {
   // 1011 when the store failed (logged).
   int32_t tkrFlushKey(int32_t lRegKey);
 
+  // ---- Window positions and column widths -------------------------------
+  // Kept in HKEY_CURRENT_USER under "<key>\Positions\Forms\<form name>",
+  // where <key> is sRegSubKey, or the base key when sRegSubKey is "" (it
+  // does not become the base key). Sizes in twips. Forms and list views
+  // are the objects of norvik50/form.h and norvik50/list_view.h; any other
+  // object, Nothing, or one without a name raises 5.
+
+  // (Designed here.) Stores the form's normal (restored) left, top, width
+  // and height ("Left", "Top", "Width", "Height") and "WindowState": 2
+  // for a maximised form, 0 otherwise (a minimised form is kept as a
+  // normal one). False when the store refused a value.
+  bool tklSaveWindowPos(const std::shared_ptr<HostObject>& oForm,
+                        std::u16string_view sRegSubKey = u"");
+  // (Designed here.) Places the form as tklSaveWindowPos stored it; with
+  // bPositionOnly only left and top, the form keeping its size. A position
+  // that no screen of today's desktop shows is moved onto the nearest
+  // screen (the user interface's ScreenRects; none known: as stored).
+  // False, the form untouched, when no complete position is stored (a
+  // value missing, or a width or height below 1).
+  bool tklLoadWindowPos(const std::shared_ptr<HostObject>& oForm,
+                        std::u16string_view sRegSubKey = u"", bool bPositionOnly = false);
+  // (Designed here.) Stores the width of each column of the list view as
+  // "Col1", "Col2" ... in the sub-key named after the list view, below the
+  // form's key. False when the store refused a value.
+  bool tklSaveColWidths(const std::shared_ptr<HostObject>& oForm,
+                        const std::shared_ptr<HostObject>& oListView,
+                        std::u16string_view sRegSubKey = u"");
+  // (Designed here.) Gives each column whose width tklSaveColWidths stored
+  // that width; other columns keep theirs. True when at least one column
+  // got a stored width.
+  bool tklLoadColWidths(const std::shared_ptr<HostObject>& oForm,
+                        const std::shared_ptr<HostObject>& oListView,
+                        std::u16string_view sRegSubKey = u"");
+
   // ---- Languages and resources ------------------------------------------
   // A non-empty sRegKey becomes the library's base key first. Documents,
   // nodes, lists and tab strips are the objects of norvik50/xml.h and
@@ -330,6 +481,17 @@ class NORVIK50_EXPORT LIB {
   // library cannot be loaded or no library is configured) and give "".
   std::u16string tklResource(int32_t lResID, std::u16string_view sResType,
                              std::u16string_view sRegKey = u"");
+  // (Designed here.) Fills the form's texts that name a resource (a Form
+  // of norvik50/form.h; any other object raises 5) in the current
+  // language: a number names a string of the resource library, as tklRes
+  // reads it ("1001"), any other id an item of the built-in resource
+  // document ("cmdOK"). Captions and tabs keep the "&" of their access
+  // key; titles, tooltips and column headers show the text without it. A
+  // missing or empty resource leaves the designed text. The library is
+  // loaded once per call (a failure is logged once, with a message box, as
+  // tklRes does). Returns the number of texts set.
+  int32_t tklLoadFormCaptions(const std::shared_ptr<HostObject>& oForm,
+                              std::u16string_view sRegKey = u"");
   // The text of the first /resources/item with that name (and, unless
   // iNumber is -1, that number) in oDOMDoc; "" when none.
   std::u16string tklXMLRes(const std::shared_ptr<HostObject>& oDOMDoc, std::u16string_view sName,
@@ -505,6 +667,7 @@ class NORVIK50_EXPORT LIB {
   std::u16string system_dir_;  // cache of tklSystemDir
   std::u16string temp_dir_;    // cache of tklTempDir
   std::u16string log_name_;    // current log file name
+  std::unique_ptr<PropertyBag> properties_;  // tklProperty; made on first let
 };
 
 }  // namespace norvik50

@@ -19,8 +19,10 @@
 #include <string>
 
 #include "norvik50/export.h"
+#include "norvik50/form.h"
 #include "norvik50/host.h"
 #include "norvik50/host_controls.h"
+#include "norvik50/list_view.h"
 #include "norvik50/mouse_pointer.h"
 #include "norvik50/text_control.h"
 
@@ -33,7 +35,9 @@ class QListWidgetItem;
 class QPlainTextEdit;
 class QTabBar;
 class QTabWidget;
+class QTableView;
 class QTextEdit;
+class QTreeView;
 class QTreeWidgetItem;
 
 namespace norvik50 {
@@ -106,6 +110,32 @@ NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
 // (99, custom) raises 5. Once the widget is destroyed, it reads 0 and
 // ignores changes.
 NORVIK50_EXPORT std::shared_ptr<MousePointerControl> QtMousePointer(QWidget* widget);
+
+// A host's window as the Form of tklSaveWindowPos, tklLoadWindowPos and
+// tklLoadFormCaptions. Its name is the object name, else the class name.
+// Its bounds are in twips: left and top those of the window's frame (as
+// QWidget::pos), the size the client area's with the classic frame
+// (caption 18, border 4 pixels) around it, as the library's own forms
+// give sizes. A maximised or minimised window answers its normal
+// geometry; a placement set on a window not yet shown takes effect when
+// it is shown. Its captions are named by dynamic properties: "resId" on
+// the window (its title) and on its buttons, labels, group boxes, menus
+// and actions (or any object with a "text" or "title" property);
+// "toolTipResId" on widgets and actions; on tree and table views
+// "headerResIds" and on tab widgets "tabResIds", one id per column or tab
+// (a string list, or one text with "|" between the ids, "" for one that
+// keeps its text). Not owned: once the window is destroyed, the form has
+// no name, no captions and ignores placements.
+NORVIK50_EXPORT std::shared_ptr<Form> QtForm(QWidget* window);
+
+// A host's tree view (a QTreeWidget too) or table view as a ListView:
+// its columns are the model's, numbered as the model numbers them however
+// the user reordered them; headers are the model's horizontal header
+// texts (a model that keeps none ignores new ones), widths those of the
+// header's sections in twips (0 for a hidden column). The name is the
+// object name, else the class name. Not owned, as the form.
+NORVIK50_EXPORT std::shared_ptr<ListView> QtListView(QTreeView* view);
+NORVIK50_EXPORT std::shared_ptr<ListView> QtListView(QTableView* view);
 
 // Renders every dialog form in German and English to PNG files in
 // `folder` (created when missing). Returns the number of files written.

@@ -23,6 +23,14 @@ void RegisterCoreMembers(MemberTable& table) {
     return Variant();
   }));
 
+  table.Add(DesignedHere(Get("tklProperty", {In("sName", S)}, V,
+                             [](LIB& lib, CallArgs& a) { return lib.tklProperty(a.str(0)); })));
+  table.Add(DesignedHere(
+      Let("tklProperty", {In("sName", S), In("vNewValue", V)}, [](LIB& lib, CallArgs& a) {
+        lib.tklProperty(a.str(0), a[1]);
+        return Variant();
+      })));
+
   table.Add(Method("tklLogAction", {In("sMessage", S), Opt("sLogFileName", S, Variant(u""))},
                    VarType::kEmpty, [](LIB& lib, CallArgs& a) {
                      lib.tklLogAction(a.str(0), a.str(1));
@@ -61,6 +69,43 @@ void RegisterCoreMembers(MemberTable& table) {
                      WriteBack(a, 1, Variant(ToRecord(info)));
                      return Variant(split);
                    }));
+
+  table.Add(DesignedHere(Method(
+      "tklGetRelativePath", {In("sPath", S), Opt("sBasePath", S, Variant(u""))}, S,
+      [](LIB& lib, CallArgs& a) { return Variant(lib.tklGetRelativePath(a.str(0), a.str(1))); })));
+  table.Add(DesignedHere(Method(
+      "tklGetAbsolutePath", {In("sPath", S), Opt("sBasePath", S, Variant(u""))}, S,
+      [](LIB& lib, CallArgs& a) { return Variant(lib.tklGetAbsolutePath(a.str(0), a.str(1))); })));
+  table.Add(
+      DesignedHere(Method("tklChangeToPath", {In("sPath", S), OptMissing("sCurrentPath", S, true)},
+                          B, [](LIB& lib, CallArgs& a) {
+                            std::u16string current;
+                            const bool changed = lib.tklChangeToPath(a.str(0), &current);
+                            if (a.has(1)) WriteBack(a, 1, Variant(current));
+                            return Variant(changed);
+                          })));
+  table.Add(DesignedHere(Method(
+      "tklFindFile", {In("sPath", S), In("sPattern", S), Opt("bSubFolders", B, Variant(false))}, S,
+      [](LIB& lib, CallArgs& a) {
+        return Variant(lib.tklFindFile(a.str(0), a.str(1), a.flag(2)));
+      })));
+  table.Add(DesignedHere(Method(
+      "tklCheckAttributes",
+      {In("sPath", S), Opt("lAttributes", L, Variant(int32_t{0})), OptMissing("lActual", L, true)},
+      B, [](LIB& lib, CallArgs& a) {
+        int32_t actual = 0;
+        const bool has = lib.tklCheckAttributes(a.str(0), a.i32(1), &actual);
+        if (a.has(2)) WriteBack(a, 2, Variant(actual));
+        return Variant(has);
+      })));
+  table.Add(DesignedHere(Get("tklFileStream", {In("sFilename", S)}, S, [](LIB& lib, CallArgs& a) {
+    return Variant(lib.tklFileStream(a.str(0)));
+  })));
+  table.Add(DesignedHere(
+      Let("tklFileStream", {In("sFilename", S), In("sData", S)}, [](LIB& lib, CallArgs& a) {
+        lib.tklFileStream(a.str(0), a.str(1));
+        return Variant();
+      })));
 }
 
 }  // namespace norvik50

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "core/path_lookup.h"
+#include "core/windows_path.h"
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
 
@@ -66,41 +67,12 @@ std::string BackslashesToSlashes(std::u16string_view text) {
 }
 
 // The part of a rooted Windows path below its root ("/"-separated), read as
-// Windows reads it, by its text alone: repeated separators count once, "."
-// is dropped, ".." takes back the name before it but never climbs above the
-// root ("C:\..\x" is "C:\x"), a name ending in one dot loses it, and the
-// last name loses its trailing dots and spaces ("a.txt. " is "a.txt";
-// a separator after it keeps them, and stays). So no Windows path leaves
-// its drive's root folder.
-std::string NormalizeBelowRoot(std::string_view rest) {
-  // Built in place, name by name: ".." cuts `out` back to its last "/".
-  std::string out;
-  out.reserve(rest.size());
-  const bool folder = !rest.empty() && rest.back() == '/';
-  for (std::size_t at = 0; at <= rest.size();) {
-    std::size_t slash = rest.find('/', at);
-    if (slash == std::string_view::npos) slash = rest.size();
-    std::string_view name = rest.substr(at, slash - at);
-    const bool last = slash == rest.size();
-    at = slash + 1;
-    if (name == "..") {
-      const std::size_t cut = out.rfind('/');
-      out.resize(cut == std::string::npos ? 0 : cut);
-      continue;
-    }
-    if (name.empty() || name == ".") continue;
-    // One trailing dot goes; "..." and longer runs are names of their own.
-    if (name.back() == '.' && name[name.size() - 2] != '.') name.remove_suffix(1);
-    if (last) {
-      while (!name.empty() && (name.back() == '.' || name.back() == ' ')) name.remove_suffix(1);
-      if (name.empty()) continue;
-    }
-    if (!out.empty()) out += '/';
-    out += name;
-  }
-  // A trailing separator stays: it asks for a folder.
-  if (folder && !out.empty()) out += '/';
-  return out;
+// Windows reads it, by its text alone (AppendNormalizedNames), so that no
+// Windows path leaves its drive's root folder.
+std::string NormalizeBelowRoot(std::u16string_view rest) {
+  std::u16string names;
+  if (!AppendNormalizedNames(names, 0, rest) && !names.empty()) names.pop_back();
+  return BackslashesToSlashes(names);
 }
 
 std::string JoinUnderRoot(const std::string& root, std::string rest) {
@@ -165,7 +137,7 @@ std::optional<std::string> MapWindowsPath(std::u16string_view path, PathStatus* 
     return FindPathIgnoringCase(BackslashesToSlashes(path), 0, status);
   }
   if (!root) return std::nullopt;
-  std::string linux_path = JoinUnderRoot(*root, NormalizeBelowRoot(BackslashesToSlashes(rest)));
+  std::string linux_path = JoinUnderRoot(*root, NormalizeBelowRoot(rest));
   // The root is a Linux folder the host named; only what lies below it is
   // the Windows path's own spelling.
   const std::size_t fixed = *root == "/" ? 1 : root->size() + 1;

@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "core/library_state.h"
+#include "core/property_bag.h"  // LIB owns one; its destructor needs the type
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
 #include "norvik50/lib.h"

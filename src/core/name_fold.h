@@ -15,6 +15,14 @@ namespace norvik50 {
 // so that a name written under one locale is found under every other.
 std::u16string FoldName(std::u16string_view name);
 
+// One unit of FoldName: what `c` folds to. ASCII is answered here, without
+// a call, as path comparisons meet it most.
+char16_t FoldNonAsciiUnit(char16_t c);
+inline char16_t FoldNameUnit(char16_t c) {
+  if (c >= 0x80) return FoldNonAsciiUnit(c);
+  return (c >= u'A' && c <= u'Z') ? static_cast<char16_t>(c + 32) : c;
+}
+
 }  // namespace norvik50
 
 #endif  // NORVIK50_SRC_CORE_NAME_FOLD_H_

@@ -59,6 +59,8 @@ bool UserInterface::MessageWindowSize(int32_t&, int32_t&) { return false; }
 
 void UserInterface::ProcessEvents() {}
 
+std::vector<TwipsRect> UserInterface::ScreenRects() { return {}; }
+
 std::shared_ptr<UserInterface> HeadlessUserInterface() {
   static const auto headless = std::make_shared<HeadlessUi>();
   return headless;

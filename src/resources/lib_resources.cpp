@@ -10,30 +10,10 @@
 #include "resources/language_selection.h"
 #include "resources/own_resources.h"
 #include "resources/resource_document.h"
+#include "resources/resource_strings.h"
 
 namespace norvik50 {
 namespace {
-
-constexpr int32_t kErrResource = -2147221504;  // &H80040000
-// The string buffer holds 32767 characters with the terminating zero, so a
-// string resource comes back with at most 32766 of them.
-constexpr std::size_t kStringBufferChars = 32767 - 1;
-
-std::u16string LoadLibraryFailed(std::u16string_view path) {
-  return u"LoadLibrary '" + std::u16string(path) + u"' failed.";
-}
-
-// The ANSI string call hands the text through the system's 8-bit code
-// page: a character Windows-1252 lacks comes back as "?". Done in place,
-// character by character, as the round trip through bytes would.
-std::u16string ThroughAnsi(std::u16string text) {
-  if (text.size() > kStringBufferChars) text.resize(kStringBufferChars);
-  for (char16_t& c : text) {
-    const std::optional<uint8_t> byte = CharToCp1252(c);
-    c = byte ? Cp1252ToChar(*byte) : u'?';
-  }
-  return text;
-}
 
 // UCase(name) Like "*_??.DLL" on the chosen file name.
 bool NamesALanguageLibrary(std::u16string_view name) {
@@ -59,16 +39,9 @@ std::optional<std::u16string> ReadFileAsAnsiText(std::u16string_view path) {
 std::u16string LIB::tklRes(int32_t lResID, std::u16string_view sRegKey) {
   try {
     ApplyRegKey(sRegKey);
-    const std::u16string path =
-        ReplaceLanguageCode(tkrGetString(HKEY_LOCAL_MACHINE, BaseKey(), u"ResourceDLL", u"", true),
-                            tklLangCode(sRegKey));
-    const auto module = OpenResourceModule(path);
-    if (!module) {
-      tklLogError(kErrResource, LoadLibraryFailed(path), u"Norvik50.tklRes", true);
-      return u"";
-    }
-    // The string call takes the id's low 16 bits.
-    return ThroughAnsi(module->FetchString(static_cast<uint16_t>(lResID)).value_or(u""));
+    ResourceStrings strings(*this);
+    strings.ReportFailure(*this, u"Norvik50.tklRes");
+    return std::u16string(strings.Find(lResID).value_or(u""));
   } catch (...) {
     return u"";  // an error pending at the end gives ""
   }

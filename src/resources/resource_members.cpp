@@ -22,6 +22,19 @@ void RegisterResourceMembers(MemberTable& table) {
                    [](LIB& lib, CallArgs& a) {
                      return Variant(lib.tklResource(a.i32(0), a.str(1), a.str(2)));
                    }));
+  table.Add(DesignedHere(Method("tklGlobalObj", {In("sName", S), OptMissing("vValue", V)}, O,
+                                [](LIB& lib, CallArgs& a) {
+                                  const std::optional<Variant> value =
+                                      a.has(1) ? std::optional<Variant>(a[1]) : std::nullopt;
+                                  return Variant(lib.tklGlobalObj(a.str(0), value));
+                                })));
+  // The form comes back to a caller by name with its new texts.
+  table.Add(DesignedHere(
+      Method("tklLoadFormCaptions", {Ref("oForm", O), reg_key()}, L, [](LIB& lib, CallArgs& a) {
+        const int32_t set = lib.tklLoadFormCaptions(a[0].as_object(), a.str(1));
+        a.MarkWritten(0);
+        return Variant(set);
+      })));
   table.Add(Method("tklXMLRes",
                    {In("oDOMDoc", O), In("sName", S), Opt("iNumber", I, Variant(int16_t{-1}))}, S,
                    [](LIB& lib, CallArgs& a) {

@@ -12,10 +12,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 
 #include "norvik50/encoding.h"
 #include "settings/root_database.h"
+#include "settings/store_folder.h"
 
 namespace norvik50::settings {
 namespace {
@@ -42,17 +42,6 @@ CREATE TABLE vals(
   PRIMARY KEY(key, fold)) WITHOUT ROWID;
 INSERT INTO keys(id, parent, name, fold, path) VALUES(1, 0, '', '', '');
 )sql";
-
-// Creates `folder` and its missing parents; the last one gets `mode`.
-bool MakeFolder(const std::string& folder, mode_t mode) {
-  std::error_code ec;
-  const std::filesystem::path p(folder);
-  if (std::filesystem::is_directory(p, ec)) return true;
-  if (p.has_parent_path() && p.parent_path() != p) {
-    std::filesystem::create_directories(p.parent_path(), ec);
-  }
-  return ::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST;
-}
 
 // Creates an empty file with exactly `mode` (the umask does not apply):
 // the per-user store must never be readable by others, not even for a

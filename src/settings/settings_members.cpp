@@ -7,6 +7,10 @@
 
 namespace norvik50 {
 
+namespace {
+void RegisterWindowPositionMembers(MemberTable& table);
+}  // namespace
+
 void RegisterSettingsMembers(MemberTable& table) {
   using namespace members;
 
@@ -56,6 +60,14 @@ void RegisterSettingsMembers(MemberTable& table) {
   table.Add(DesignedHere(Method("tkrFlushKey", {In("lRegKey", L)}, L, [](LIB& lib, CallArgs& a) {
     return Variant(lib.tkrFlushKey(a.i32(0)));
   })));
+  table.Add(DesignedHere(Method("tklEncryptedValue", {In("sValue", S)}, S,
+                                [](LIB& lib, CallArgs& a) {
+                                  return Variant(lib.tklEncryptedValue(a.str(0)));
+                                })));
+  table.Add(DesignedHere(Method("tklDecryptedValue", {In("sValue", S)}, S,
+                                [](LIB& lib, CallArgs& a) {
+                                  return Variant(lib.tklDecryptedValue(a.str(0)));
+                                })));
   table.Add(Method("tkrFindRegKeys", {In("lRegKey", L), In("sRegSubKey", S), Ref("sKeys", A)},
                    VarType::kEmpty, [](LIB& lib, CallArgs& a) {
                      SafeArray keys(VarType::kString);
@@ -63,6 +75,43 @@ void RegisterSettingsMembers(MemberTable& table) {
                      WriteBack(a, 2, Variant(std::move(keys)));
                      return Variant();
                    }));
+  RegisterWindowPositionMembers(table);
 }
+
+namespace {
+
+// The loading members change the form or list view they are given, so it
+// comes back to a caller by name; the saving ones only read theirs.
+void RegisterWindowPositionMembers(MemberTable& table) {
+  using namespace members;
+  table.Add(
+      DesignedHere(Method("tklSaveWindowPos", {In("oForm", O), Opt("sRegSubKey", S, Variant(u""))},
+                          B, [](LIB& lib, CallArgs& a) {
+                            return Variant(lib.tklSaveWindowPos(a[0].as_object(), a.str(1)));
+                          })));
+  table.Add(DesignedHere(Method("tklLoadWindowPos",
+                                {Ref("oForm", O), Opt("sRegSubKey", S, Variant(u"")),
+                                 Opt("bPositionOnly", B, Variant(false))},
+                                B, [](LIB& lib, CallArgs& a) {
+                                  const bool placed =
+                                      lib.tklLoadWindowPos(a[0].as_object(), a.str(1), a.flag(2));
+                                  a.MarkWritten(0);
+                                  return Variant(placed);
+                                })));
+  table.Add(DesignedHere(Method(
+      "tklSaveColWidths", {In("oForm", O), In("oListView", O), Opt("sRegSubKey", S, Variant(u""))},
+      B, [](LIB& lib, CallArgs& a) {
+        return Variant(lib.tklSaveColWidths(a[0].as_object(), a[1].as_object(), a.str(2)));
+      })));
+  table.Add(DesignedHere(Method(
+      "tklLoadColWidths", {In("oForm", O), Ref("oListView", O), Opt("sRegSubKey", S, Variant(u""))},
+      B, [](LIB& lib, CallArgs& a) {
+        const bool any = lib.tklLoadColWidths(a[0].as_object(), a[1].as_object(), a.str(2));
+        a.MarkWritten(1);
+        return Variant(any);
+      })));
+}
+
+}  // namespace
 
 }  // namespace norvik50

@@ -1,11 +1,17 @@
 // The LIB members of the text toolkit: each applies its error style and
 // forwards to the free function of its family.
 #include <exception>
+#include <utility>
+#include <vector>
 
 #include "norvik50/lib.h"
+#include "text/bracket_pairs.h"
 #include "text/brackets.h"
 #include "text/bubble_sort.h"
+#include "text/function_call.h"
+#include "text/numeric_word.h"
 #include "text/replace.h"
+#include "text/replace_ext.h"
 #include "text/search.h"
 #include "text/signs.h"
 #include "text/split.h"
@@ -110,5 +116,58 @@ bool LIB::tklExtractBrackets(std::u16string_view sSource, std::u16string& sTerm,
     return false;
   }
 }
+
+std::u16string LIB::tklReplaceInStringExt(std::u16string_view sSource, std::u16string_view sFind,
+                                          std::u16string_view sReplace, int16_t iStartSearch,
+                                          bool /*bIgnoreCase*/, bool bOnlyAtBeginning,
+                                          bool bWholeWord, bool bNotNumVals, bool bOnlyNumVals,
+                                          std::u16string_view sNotInSigns) {
+  // Like tklReplaceInString, the replacement always ignores case.
+  const ExtendedReplaceRules rules{bOnlyAtBeginning, bWholeWord, bNotNumVals, bOnlyNumVals,
+                                   sNotInSigns};
+  return ReplaceInStringExt(sSource, sFind, sReplace, iStartSearch, rules);
+}
+
+bool LIB::tklExtractExpression(std::u16string_view sSource, std::u16string& sExpression,
+                               std::u16string& sBefore, std::u16string& sAfter,
+                               std::u16string* sFunction, bool bIgnoreCase) {
+  try {
+    CallExpression call;
+    const std::u16string_view name = sFunction != nullptr ? *sFunction : u"";
+    if (!ExtractExpression(sSource, name, bIgnoreCase, call)) return false;
+    sExpression = std::move(call.expression);
+    sBefore = std::move(call.before);
+    sAfter = std::move(call.after);
+    if (sFunction != nullptr) *sFunction = std::move(call.name);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+std::u16string LIB::tklPhraseWithoutBrackets(std::u16string_view sSource) {
+  try {
+    return PhraseWithoutBrackets(sSource);
+  } catch (const std::exception&) {
+    return u"";
+  }
+}
+
+bool LIB::tklSeparateFunction(std::u16string_view sSource, std::u16string& sFunction,
+                              SafeArray& vArguments) {
+  try {
+    std::u16string name;
+    std::vector<std::u16string> arguments;
+    if (!SeparateFunction(sSource, name, arguments)) return false;
+    std::vector<Variant> items(arguments.begin(), arguments.end());
+    vArguments = SafeArray(0, std::move(items), VarType::kString);
+    sFunction = std::move(name);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+bool LIB::tklIsNumericWord(std::u16string_view sWord) { return IsNumericWord(sWord); }
 
 }  // namespace norvik50

@@ -168,5 +168,60 @@ TEST_F(TextMembersTest, ExtractBracketsByName) {
   EXPECT_EQ(r.by_ref.at(3).as_string(), u" y");
 }
 
+// The members designed here, each once by name: defaults, write-back only
+// on success, and the mark in the table.
+TEST_F(TextMembersTest, DesignedHereMembersByName) {
+  for (const char* name : {"tklReplaceInStringExt", "tklExtractExpression",
+                           "tklPhraseWithoutBrackets", "tklSeparateFunction", "tklIsNumericWord"}) {
+    const MemberInfo* member = Members().Find(name, MemberKind::kMethod);
+    ASSERT_NE(member, nullptr) << name;
+    EXPECT_TRUE(member->designed_here) << name;
+  }
+
+  // Defaults: no pairs protect, so the quoted match is replaced too.
+  InvokeResult r = Invoke(lib_, "tklReplaceInStringExt",
+                          Args{Variant(u"a \"a\" (a)"), Variant(u"A"), Variant(u"x")});
+  EXPECT_EQ(r.result->as_string(), u"x \"x\" (x)");
+  r = Invoke(
+      lib_, "tklReplaceInStringExt",
+      Args{Variant(u"a1 1,500 (a)"), Variant(u"a|1"), Variant(u"x"), std::nullopt, std::nullopt,
+           std::nullopt, std::nullopt, Variant(true), std::nullopt, Variant(u"()")});
+  EXPECT_EQ(r.result->as_string(), u"xx 1,500 (a)");
+
+  r = Invoke(lib_, "tklExtractExpression",
+             Args{Variant(u"y = round(a, 2) + 1"), Variant(u""), Variant(u""), Variant(u""),
+                  Variant(u"Round")});
+  EXPECT_EQ(r.result->as_boolean(), kTrue);
+  EXPECT_EQ(r.by_ref.at(1).as_string(), u"round(a, 2)");
+  EXPECT_EQ(r.by_ref.at(2).as_string(), u"y = ");
+  EXPECT_EQ(r.by_ref.at(3).as_string(), u" + 1");
+  EXPECT_EQ(r.by_ref.at(4).as_string(), u"round");
+  r = Invoke(lib_, "tklExtractExpression",
+             Args{Variant(u"none"), Variant(u"E"), Variant(u"B"), Variant(u"A")});
+  EXPECT_EQ(r.result->as_boolean(), kFalse);
+  EXPECT_TRUE(r.by_ref.empty());
+
+  r = Invoke(lib_, "tklPhraseWithoutBrackets", Args{Variant(u"Total (net) EUR")});
+  EXPECT_EQ(r.result->as_string(), u"Total EUR");
+
+  r = Invoke(lib_, "tklSeparateFunction",
+             Args{Variant(u"Format(x, \"a,b\")"), Variant(u""), Variant()});
+  EXPECT_EQ(r.result->as_boolean(), kTrue);
+  EXPECT_EQ(r.by_ref.at(1).as_string(), u"Format");
+  const SafeArray args = r.by_ref.at(2).as_array();
+  EXPECT_EQ(args.lbound(), 0);
+  ASSERT_EQ(args.size(), 2u);
+  EXPECT_EQ(args.at(1).as_string(), u"\"a,b\"");
+  r = Invoke(lib_, "tklSeparateFunction", Args{Variant(u"a + b"), Variant(u""), Variant()});
+  EXPECT_EQ(r.result->as_boolean(), kFalse);
+  EXPECT_TRUE(r.by_ref.empty());
+
+  // The current locale decides (en-US here).
+  EXPECT_EQ(Invoke(lib_, "tklIsNumericWord", Args{Variant(u"1,234.5")}).result->as_boolean(),
+            kTrue);
+  EXPECT_EQ(Invoke(lib_, "tklIsNumericWord", Args{Variant(u"1.234,5")}).result->as_boolean(),
+            kFalse);
+}
+
 }  // namespace
 }  // namespace norvik50

@@ -4,6 +4,7 @@
 // hit often. Seeds are fixed: a failure repeats.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -13,8 +14,10 @@
 #include "testing/temp_folder.h"
 #include "text/bubble_sort.h"
 #include "text/collation.h"
+#include "text/numeric_word.h"
 #include "text/reference_forms_for_tests.h"
 #include "text/replace.h"
+#include "text/replace_ext.h"
 #include "text/search.h"
 #include "text/signs.h"
 #include "text/split.h"
@@ -183,28 +186,48 @@ TEST_F(RandomizedTest, SignsProfiledOnLongTexts) {
   }
 }
 
+// The arguments of one replace; none when an empty alternative would be
+// replaced by text, which grows the text to 32767 units one step at a time,
+// quadratically in the step-by-step form (a separate test keeps a few).
+struct ReplaceDraw {
+  u16string source, find, with;
+  int start;
+  bool at_beginning, quotes, word;
+};
+std::optional<ReplaceDraw> DrawReplace(Generator& g) {
+  ReplaceDraw d;
+  d.source = g.Source(30);
+  d.find = g.Find();
+  d.with = g.From(u"xA\" ,", 0, 2);
+  if (HasEmptyAlternative(d.find) && !d.with.empty()) return std::nullopt;
+  d.start = g.Start(d.source);
+  d.at_beginning = g.Int(0, 4) == 0;
+  d.quotes = g.Flag();
+  d.word = g.Flag();
+  return d;
+}
+
+std::string Describe(const ReplaceDraw& d) {
+  return ::testing::PrintToString(d.source) + " " + ::testing::PrintToString(d.find) + " -> " +
+         ::testing::PrintToString(d.with) + " start " + std::to_string(d.start) + " begin " +
+         std::to_string(d.at_beginning) + " quotes " + std::to_string(d.quotes) + " word " +
+         std::to_string(d.word);
+}
+
 TEST_F(RandomizedTest, Replace) {
   Generator g(4);
   for (int round = 0; round < 20000; ++round) {
-    const u16string s = g.Source(30);
-    const u16string f = g.Find();
-    const u16string with = g.From(u"xA\" ,", 0, 2);
-    // An empty alternative replaced by text grows the text to 32767 units
-    // one step at a time, which the step-by-step form does quadratically;
-    // a separate test keeps a few of those.
-    if (HasEmptyAlternative(f) && !with.empty()) continue;
-    const int start = g.Start(s);
-    const bool at_beginning = g.Int(0, 4) == 0, not_in_signs = g.Flag(), word = g.Flag();
+    const std::optional<ReplaceDraw> d = DrawReplace(g);
+    if (!d) continue;
     ASSERT_EQ(Capture([&] {
-                return ReplaceInString(s, f, with, start, g.Flag(), at_beginning, not_in_signs,
-                                       word);
+                return ReplaceInString(d->source, d->find, d->with, d->start, g.Flag(),
+                                       d->at_beginning, d->quotes, d->word);
               }),
               Capture([&] {
-                return ref::ReplaceInString(s, f, with, start, at_beginning, not_in_signs, word);
+                return ref::ReplaceInString(d->source, d->find, d->with, d->start, d->at_beginning,
+                                            d->quotes, d->word);
               }))
-        << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f) << " -> "
-        << ::testing::PrintToString(with) << " start " << start << " begin " << at_beginning
-        << " signs " << not_in_signs << " word " << word;
+        << Describe(*d);
   }
 }
 
@@ -219,6 +242,63 @@ TEST_F(RandomizedTest, ReplaceEmptyAlternativeWithText) {
     ASSERT_EQ(Capture([&] { return ReplaceInString(s, f, with, 1, true, false, true, word); }),
               Capture([&] { return ref::ReplaceInString(s, f, with, 1, false, true, word); }))
         << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f);
+  }
+}
+
+// Where the two replace members' arguments meet, the extended one answers
+// exactly as the plain one: the double-quote pair as its quote rule, no
+// pairs as no rule, the numeric rules off.
+TEST_F(RandomizedTest, ExtendedReplaceAnswersAsReplaceWhereTheyMeet) {
+  Generator g(11);
+  for (int round = 0; round < 20000; ++round) {
+    const std::optional<ReplaceDraw> d = DrawReplace(g);
+    if (!d) continue;
+    ExtendedReplaceRules rules;
+    rules.only_at_beginning = d->at_beginning;
+    rules.whole_word = d->word;
+    rules.not_in_signs = d->quotes ? u"\"\"" : u"";
+    ASSERT_EQ(
+        Capture([&] { return ReplaceInStringExt(d->source, d->find, d->with, d->start, rules); }),
+        Capture([&] {
+          return ReplaceInString(d->source, d->find, d->with, d->start, true, d->at_beginning,
+                                 d->quotes, d->word);
+        }))
+        << Describe(*d);
+  }
+}
+
+// Every rule at once, in both number notations, against the step-by-step
+// form: texts crowded with digits, separators, signs, quotes and brackets.
+TEST_F(RandomizedTest, ExtendedReplaceFollowsItsRules) {
+  static const std::u16string_view kPairs[] = {u"",     u"\"\"", u"()", u"''|()",     u"\"\"|)(",
+                                               u"(|[]", u"((",   u"1.", u"()|\"\"|''"};
+  Generator g(12);
+  for (const char* tag : {"de-DE", "en-US"}) {
+    norvik50::testing::ScopedLocale locale(tag);
+    const Locale& loc = CurrentLocale();
+    for (int round = 0; round < 15000; ++round) {
+      const u16string s = g.From(u"12 0.,-a\"'()[]x", 0, 30);
+      u16string f = g.From(u"1.,a(\"", 1, 2);
+      if (g.Flag()) f += u"|" + g.From(u"02x'", 1, 2);
+      const u16string with = g.From(u"9,.\"()", 0, 2);
+      const int start = g.Start(s);
+      const bool at_beginning = g.Int(0, 5) == 0, word = g.Flag();
+      const bool not_numeric = g.Int(0, 2) == 0, only_numeric = g.Int(0, 2) == 0;
+      const std::u16string_view pairs = kPairs[g.Int(0, 8)];
+      const ExtendedReplaceRules rules{at_beginning, word, not_numeric, only_numeric, pairs};
+      const auto numeric = [&](int64_t at, int64_t len) {
+        return ref::InNumericWord(s, at, len, loc.decimal, loc.thousands,
+                                  [](std::u16string_view w) { return IsNumericWord(w); });
+      };
+      ASSERT_EQ(Capture([&] { return ReplaceInStringExt(s, f, with, start, rules); }), Capture([&] {
+                  return ref::ReplaceInStringExt(s, f, with, start, at_beginning, word, not_numeric,
+                                                 only_numeric, pairs, numeric);
+                }))
+          << tag << " " << ::testing::PrintToString(s) << " " << ::testing::PrintToString(f)
+          << " -> " << ::testing::PrintToString(with) << " start " << start << " begin "
+          << at_beginning << " word " << word << " not/only numeric " << not_numeric << only_numeric
+          << " pairs " << ::testing::PrintToString(u16string(pairs));
+    }
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <unicode/uchar.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -201,35 +202,89 @@ inline int64_t CountSubString(View src, View find, int64_t start, bool ignore_ca
   return CountSubStringExt(src, find, start, ignore_case, u"");
 }
 
-inline Text ReplaceInString(View source, View find, View replace, int64_t start,
-                            bool only_at_beginning, bool not_in_signs, bool whole_word) {
+// Whether the match at 0-based `at` of `source` stands in a numeric word:
+// the match widened over the units that are no separators and over the
+// decimal and thousands separators that stand between two digits.
+template <typename IsNumeric>
+bool InNumericWord(View source, int64_t at, int64_t len, char16_t decimal, char16_t thousands,
+                   IsNumeric is_numeric) {
+  const int64_t n = static_cast<int64_t>(source.size());
+  const auto digit = [&](int64_t k) { return source[k] >= u'0' && source[k] <= u'9'; };
+  const auto joins = [&](int64_t k) {
+    const char16_t c = source[k];
+    if (!IsSeparator(c)) return true;
+    return (c == decimal || c == thousands) && k > 0 && k + 1 < n && digit(k - 1) && digit(k + 1);
+  };
+  int64_t begin = at;
+  while (begin > 0 && joins(begin - 1)) --begin;
+  int64_t end = at + len;
+  while (end < n && joins(end)) ++end;
+  return is_numeric(source.substr(begin, end - begin));
+}
+
+// The extended replace, step by step: ReplaceInString's loop with every
+// match put to the sign pairs (in the text under edit) and to the numeric
+// word test (in the source). `numeric(at, len)` is that test.
+template <typename Numeric>
+Text ReplaceInStringExt(View source, View find, View replace, int64_t start, bool only_at_beginning,
+                        bool whole_word, bool not_numeric, bool only_numeric, View not_in_signs,
+                        Numeric numeric) {
+  const auto spared_as_number = [&](int64_t at, int64_t len) {
+    if (!not_numeric && !only_numeric) return false;
+    const bool is_number = numeric(at, len);
+    return (not_numeric && is_number) || (only_numeric && !is_number);
+  };
   Text s(source);
   Text found;
   if (only_at_beginning) {
     if (FindSubString(Trim(s), find, 1, true, true, whole_word, &found) == 1) {
       const int64_t pos = FindSubString(s, find, 1, true, true, whole_word, &found);
-      s = Left(s, pos - 1) + Text(replace) + MidFrom(s, pos + found.size());
+      if (pos < 1) throw Error(kErrInvalidCall);
+      if (!spared_as_number(pos - 1, static_cast<int64_t>(found.size()))) {
+        s = Left(s, pos - 1) + Text(replace) + MidFrom(s, pos + found.size());
+      }
     }
     return s;
   }
+  const auto spared = [&](int64_t pos, int64_t len) {
+    for (const Text& pair : Split(not_in_signs)) {
+      if (pair.size() != 2) continue;
+      if (pair[0] == pair[1]) {
+        const Text left = Left(s, pos - 1);
+        if (std::count(left.begin(), left.end(), pair[0]) % 2 != 0) return true;
+      } else if (IsInSigns(s, pair, pos, len)) {
+        return true;
+      }
+    }
+    // The rest of the text under edit is the unedited end of the source.
+    const int64_t at =
+        pos - 1 - (static_cast<int64_t>(s.size()) - static_cast<int64_t>(source.size()));
+    return spared_as_number(at, len);
+  };
   int16_t st = I16(start);
   do {
     const int64_t pos = FindSubString(s, find, st, true, true, whole_word, &found);
     if (pos <= 0) break;
-    const Text left = Left(s, pos - 1);
-    const int64_t quotes = CountSubString(left, u"\"", 1, true);
-    if (not_in_signs && quotes % 2 != 0) {
+    if (spared(pos, static_cast<int64_t>(found.size()))) {
       st = I16(pos + 1);
     } else {
-      Text next = left + Text(replace) + MidFrom(s, pos + found.size());
+      Text next = Left(s, pos - 1) + Text(replace) + MidFrom(s, pos + found.size());
       const int16_t next_start = I16(pos + static_cast<int64_t>(replace.size()));
-      // The same text and start again: the loop would never end.
       if (next == s && next_start == st) throw Error(kErrOverflow);
       s = std::move(next);
       st = next_start;
     }
   } while (st > 0);
   return s;
+}
+
+// The plain replace is the extended one with the double-quote pair or none
+// and no numeric rule.
+inline Text ReplaceInString(View source, View find, View replace, int64_t start,
+                            bool only_at_beginning, bool not_in_signs, bool whole_word) {
+  return ReplaceInStringExt(source, find, replace, start, only_at_beginning, whole_word, false,
+                            false, not_in_signs ? u"\"\"" : u"",
+                            [](int64_t, int64_t) { return false; });
 }
 
 inline Text GetSubString(View source, View before, View after, bool ignore_case, bool whole_word) {

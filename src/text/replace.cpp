@@ -5,6 +5,7 @@
 
 #include "norvik50/error.h"
 #include "text/haystack.h"
+#include "text/replace_engine.h"
 #include "text/search.h"
 #include "text/text_basics.h"
 
@@ -64,31 +65,33 @@ class AlternativeCursor {
   std::size_t result_ = npos;
 };
 
-std::u16string ReplaceAtBeginning(std::u16string_view source, std::u16string_view find,
-                                  std::u16string_view replace, bool whole_word) {
-  std::u16string found;
-  if (FindSubString(TrimBlanks(source), find, 1, true, true, whole_word, &found) != 1) {
-    return std::u16string(source);
+// Double quotes protect what follows an odd number of them in the text
+// under edit, the replacements included. The parity of the passed-on text
+// is kept up to date, so no match recounts the quotes to its left.
+class OutsideDoubleQuotes final : public MatchJudge {
+ public:
+  explicit OutsideDoubleQuotes(std::u16string_view replace)
+      : replace_parity_(QuoteParity(replace)) {}
+
+  void Begin(std::u16string_view prefix) override { parity_ = QuoteParity(prefix); }
+  bool Spares(std::u16string_view gap, std::size_t, std::size_t) override {
+    left_parity_ = parity_ ^ QuoteParity(gap);
+    return left_parity_ != 0;
   }
-  // The term leads the trimmed text; the splice happens in the untrimmed
-  // one, so leading blanks stay in front of the replacement.
-  const int16_t pos = FindSubString(source, find, 1, true, true, whole_word, &found);
-  if (pos < 1) Raise(kErrInvalidCall);  // would cut the text at -1
-  std::u16string out(source.substr(0, pos - 1));
-  out.append(replace);
-  out.append(source.substr(pos - 1 + found.size()));
-  return out;
-}
+  void Kept(char16_t unit) override { parity_ = left_parity_ ^ (unit == u'"' ? 1 : 0); }
+  void Replaced() override { parity_ = left_parity_ ^ replace_parity_; }
+
+ private:
+  const int replace_parity_;
+  int parity_ = 0;
+  int left_parity_ = 0;
+};
 
 }  // namespace
 
-std::u16string ReplaceInString(std::u16string_view source, std::u16string_view find,
-                               std::u16string_view replace, int64_t start, bool /*ignore_case*/,
-                               bool only_at_beginning, bool not_in_signs, bool whole_word) {
-  // Hosts pass their own case flag, but the replacement has always ignored
-  // case whatever they pass; they depend on it, so the flag stays unread.
-  if (only_at_beginning) return ReplaceAtBeginning(source, find, replace, whole_word);
-
+std::u16string ReplaceMatches(std::u16string_view source, std::u16string_view find,
+                              std::u16string_view replace, int64_t start, bool whole_word,
+                              MatchJudge& judge) {
   const std::vector<std::u16string_view> alternatives = SplitAlternatives(find);
   const std::size_t n = source.size();
   if (alternatives.empty() || start < 1 || static_cast<std::size_t>(start - 1) >= n) {
@@ -99,15 +102,12 @@ std::u16string ReplaceInString(std::u16string_view source, std::u16string_view f
   cursors.reserve(alternatives.size());
   for (std::u16string_view a : alternatives) cursors.emplace_back(hay, a, whole_word);
 
-  // The text under edit is `out` followed by source[rest..]; `out` is final
-  // and `parity` is its number of double quotes modulo 2, kept up to date
-  // so no match recounts the quotes to its left.
+  // The text under edit is `out` followed by source[rest..]; `out` is final.
   std::u16string out;
   out.reserve(n + n / 4);
   std::size_t rest = static_cast<std::size_t>(start - 1);
   out.append(source.substr(0, rest));
-  int parity = QuoteParity(out);
-  const int replace_parity = QuoteParity(replace);
+  judge.Begin(out);
 
   while (!(out.empty() && rest >= n)) {
     std::size_t best = npos;
@@ -126,28 +126,45 @@ std::u16string ReplaceInString(std::u16string_view source, std::u16string_view f
     if (pos > kMaxPosition) break;  // the search does not report such matches
 
     const std::u16string_view gap = source.substr(rest, best - rest);
-    const int left_parity = parity ^ QuoteParity(gap);
-    if (not_in_signs && left_parity != 0) {
-      // Inside a double-quoted passage: keep it and search on one unit later.
+    const std::u16string_view alternative = alternatives[best_k];
+    if (judge.Spares(gap, best, alternative.size())) {
+      // Left alone: pass it on and search on one unit later.
       ToInt16Checked(pos + 1);
       out.append(source.substr(rest, best - rest + 1));
-      parity = left_parity ^ (source[best] == u'"' ? 1 : 0);
+      judge.Kept(source[best]);
       rest = best + 1;
       continue;
     }
     ToInt16Checked(pos + static_cast<int64_t>(replace.size()));
-    const std::u16string_view alternative = alternatives[best_k];
     // Replacing nothing by nothing leaves text and start as they were, so
     // the same match would come back forever; end as an overflow, the way
     // every other endless empty match ends.
     if (alternative.empty() && replace.empty()) Raise(kErrOverflow);
     out.append(gap);
     out.append(replace);
-    parity = left_parity ^ replace_parity;
+    judge.Replaced();
     rest = best + alternative.size();
   }
   out.append(source.substr(std::min(rest, n)));
   return out;
+}
+
+std::u16string ReplaceInString(std::u16string_view source, std::u16string_view find,
+                               std::u16string_view replace, int64_t start, bool /*ignore_case*/,
+                               bool only_at_beginning, bool not_in_signs, bool whole_word) {
+  // Hosts pass their own case flag, but the replacement has always ignored
+  // case whatever they pass; they depend on it, so the flag stays unread.
+  // Quotes play no part for the leading term.
+  if (only_at_beginning) {
+    return ReplaceLeadingTerm(source, find, replace, whole_word,
+                              [](std::size_t, std::size_t) { return false; });
+  }
+  if (!not_in_signs) {
+    ReplaceEverything judge;
+    return ReplaceMatches(source, find, replace, start, whole_word, judge);
+  }
+  OutsideDoubleQuotes judge(replace);
+  return ReplaceMatches(source, find, replace, start, whole_word, judge);
 }
 
 }  // namespace norvik50

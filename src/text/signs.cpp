@@ -124,12 +124,22 @@ bool SignProfile::Encloses(int64_t start, int64_t len) const {
   const auto a = static_cast<std::size_t>(start);
   const auto b = static_cast<std::size_t>(start + len);  // first unit right of the span
   const int32_t left_total = Sum(a - 1);
-  const int32_t before_right = Sum(b - 1);
-  const int32_t right_total = total_ - before_right;
-  if (same_) return (left_total & 1) != 0 && (right_total & 1) != 0;
+  if (same_) return (left_total & 1) != 0 && ((total_ - Sum(b - 1)) & 1) != 0;
   const bool left_odd = left_total - MinSumUpTo(a - 2) >= 1 || (left_total & 1) != 0;
-  const bool right_odd = before_right - MinSumFrom(b) >= 1 || (right_total & 1) != 0;
-  return left_odd && right_odd;
+  return left_odd && RightOdd(b);
+}
+
+bool SignProfile::RightOdd(std::size_t first_after) const {
+  const int32_t before_right = Sum(first_after - 1);
+  const int32_t right_total = total_ - before_right;
+  return before_right - MinSumFrom(first_after) >= 1 || (right_total & 1) != 0;
+}
+
+// The same reasoning as SignProfile's left walk, with the sums kept as the
+// text grows.
+bool LeftSignWalk::Odd() const {
+  if (least_before_last_ == INT32_MAX) return false;  // nothing to walk over
+  return sum_ - least_before_last_ >= 1 || (sum_ & 1) != 0;
 }
 
 }  // namespace norvik50

@@ -3,6 +3,8 @@
 #ifndef NORVIK50_SRC_TEXT_SIGNS_H_
 #define NORVIK50_SRC_TEXT_SIGNS_H_
 
+#include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -24,6 +26,10 @@ class SignProfile {
  public:
   SignProfile(std::u16string_view source, std::u16string_view signs);
   bool Encloses(int64_t start, int64_t len) const;
+  // Whether the rightward walk from 1-based position `first_after` (the
+  // first unit after a span, 1 to the text's length) ends on an odd count.
+  // Only for a profile of two different signs.
+  bool RightOdd(std::size_t first_after) const;
 
  private:
   static constexpr std::size_t kBlock = 16;
@@ -50,6 +56,31 @@ class SignProfile {
   std::vector<int32_t> sum_at_;
   std::vector<int32_t> min_up_to_;
   std::vector<int32_t> min_from_;
+};
+
+// The leftward walk of IsInSigns for a text that grows at its end, for two
+// different signs: feed it the units in order; Odd then says whether the
+// walk from a span right after them ends on an odd count. Each unit costs
+// constant time, whatever the length of the walk.
+class LeftSignWalk {
+ public:
+  explicit LeftSignWalk(std::u16string_view signs) : open_(signs.front()), close_(signs.back()) {}
+  void Add(char16_t unit) {
+    least_before_last_ = std::min(least_before_last_, sum_);
+    sum_ += static_cast<int32_t>(unit == open_) - static_cast<int32_t>(unit == close_);
+  }
+  void Add(std::u16string_view units) {
+    for (char16_t c : units) Add(c);
+  }
+  bool Odd() const;
+
+ private:
+  char16_t open_;
+  char16_t close_;
+  // The step sum of all units, and the least step sum over the prefixes
+  // that leave out at least the last unit (none yet: the largest value).
+  int32_t sum_ = 0;
+  int32_t least_before_last_ = INT32_MAX;
 };
 
 }  // namespace norvik50

@@ -139,6 +139,54 @@ void RegisterTextMembers(MemberTable& table) {
                      }
                      return Variant(found);
                    }));
+
+  table.Add(DesignedHere(Method(
+      "tklReplaceInStringExt",
+      {In("sSource", S), In("sFind", S), In("sReplace", S),
+       Opt("iStartSearch", I, Variant(int16_t{1}), true),
+       Opt("bIgnoreCase", B, Variant(true), true), Opt("bOnlyAtBeginning", B, Variant(false), true),
+       Opt("bWholeWord", B, Variant(false), true), Opt("bNotNumVals", B, Variant(false), true),
+       Opt("bOnlyNumVals", B, Variant(false), true), Opt("sNotInSigns", S, Variant(u""), true)},
+      S, [](LIB& lib, CallArgs& a) {
+        return Variant(lib.tklReplaceInStringExt(a.str(0), a.str(1), a.str(2), a.i16(3), a.flag(4),
+                                                 a.flag(5), a.flag(6), a.flag(7), a.flag(8),
+                                                 a.str(9)));
+      })));
+  table.Add(DesignedHere(Method(
+      "tklExtractExpression",
+      {In("sSource", S), Ref("sExpression", S), Ref("sBefore", S), Ref("sAfter", S),
+       Opt("sFunction", S, Variant(u""), true), Opt("bIgnoreCase", B, Variant(true), true)},
+      B, [](LIB& lib, CallArgs& a) {
+        std::u16string expression = a.str(1), before = a.str(2), after = a.str(3);
+        std::u16string function = a.str(4);
+        const bool found =
+            lib.tklExtractExpression(a.str(0), expression, before, after, &function, a.flag(5));
+        if (found) {
+          WriteBack(a, 1, Variant(expression));
+          WriteBack(a, 2, Variant(before));
+          WriteBack(a, 3, Variant(after));
+          WriteBack(a, 4, Variant(function));
+        }
+        return Variant(found);
+      })));
+  table.Add(DesignedHere(Method(
+      "tklPhraseWithoutBrackets", {In("sSource", S)}, S,
+      [](LIB& lib, CallArgs& a) { return Variant(lib.tklPhraseWithoutBrackets(a.str(0))); })));
+  table.Add(DesignedHere(
+      Method("tklSeparateFunction", {In("sSource", S), Ref("sFunction", S), Ref("vArguments", V)},
+             B, [](LIB& lib, CallArgs& a) {
+               std::u16string function = a.str(1);
+               SafeArray arguments(VarType::kString);
+               const bool found = lib.tklSeparateFunction(a.str(0), function, arguments);
+               if (found) {
+                 WriteBack(a, 1, Variant(function));
+                 WriteBack(a, 2, Variant(std::move(arguments)));
+               }
+               return Variant(found);
+             })));
+  table.Add(DesignedHere(Method("tklIsNumericWord", {In("sWord", S)}, B, [](LIB& lib, CallArgs& a) {
+    return Variant(lib.tklIsNumericWord(a.str(0)));
+  })));
 }
 
 }  // namespace norvik50

@@ -115,6 +115,9 @@ class Deferred final : public UserInterface {
   void ProcessEvents() override {
     if (real_) real_->ProcessEvents();
   }
+  // A stored window position is checked against the real desktop, so the
+  // screens are worth starting the toolkit for.
+  std::vector<TwipsRect> ScreenRects() override { return Real().ScreenRects(); }
 
  private:
   UserInterface& Real() {

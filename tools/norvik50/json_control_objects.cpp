@@ -6,8 +6,8 @@
 #include <span>
 #include <string_view>
 
+#include "json_fields.h"
 #include "json_line.h"
-#include "json_value.h"
 #include "norvik50/encoding.h"
 #include "norvik50/text_control.h"
 
@@ -24,47 +24,12 @@ constexpr std::array<std::string_view, 7> kTextFields = {
     "text", "enabled", "locked", "tooltip", "selStart", "selLength", "focused"};
 constexpr std::array<std::string_view, 1> kPanelFields = {"text"};
 
-// A misspelt field would otherwise be dropped without a word, and the
-// control would answer with its default.
-void OnlyFields(const json& payload, const std::string& type,
-                std::span<const std::string_view> allowed) {
-  if (!payload.is_object()) throw JsonValueError(type + " \"v\" must be an object");
-  for (const auto& [name, value] : payload.items()) {
-    if (std::find(allowed.begin(), allowed.end(), name) == allowed.end()) {
-      throw JsonValueError(type + " has no field \"" + name + "\"");
-    }
-  }
-}
-
-std::u16string Text(const json& payload, const char* name) {
-  const auto it = payload.find(name);
-  if (it == payload.end()) return u"";
-  if (!it->is_string()) throw JsonValueError(std::string("\"") + name + "\" must be a string");
-  return WireTextToUtf16(it->get_ref<const std::string&>());
-}
-
-bool Flag(const json& payload, const char* name, bool otherwise) {
-  const auto it = payload.find(name);
-  if (it == payload.end()) return otherwise;
-  if (!it->is_boolean()) throw JsonValueError(std::string("\"") + name + "\" must be true or false");
-  return it->get<bool>();
-}
-
-int32_t Whole(const json& payload, const char* name) {
-  const auto it = payload.find(name);
-  if (it == payload.end()) return 0;
-  if (!it->is_number_integer() || *it < INT32_MIN || *it > INT32_MAX) {
-    throw JsonValueError(std::string("\"") + name + "\" must be a whole number within a Long");
-  }
-  return it->get<int32_t>();
-}
-
 }  // namespace
 
 std::optional<Variant> ControlObjectFromJson(const std::string& type, const json& payload) {
   if (type == "StatusPanel") {
     OnlyFields(payload, type, kPanelFields);
-    auto panel = std::make_shared<MemoryStatusPanel>(Text(payload, "text"));
+    auto panel = std::make_shared<MemoryStatusPanel>(TextField(payload, "text"));
     return Variant(std::shared_ptr<HostObject>(std::move(panel)));
   }
   if (std::find(kTextTypes.begin(), kTextTypes.end(), type) == kTextTypes.end()) {
@@ -72,13 +37,13 @@ std::optional<Variant> ControlObjectFromJson(const std::string& type, const json
   }
   OnlyFields(payload, type, kTextFields);
   auto box = std::make_shared<MemoryTextBox>(std::u16string(type.begin(), type.end()));
-  box->SetText(Text(payload, "text"));
-  box->enabled = Flag(payload, "enabled", true);
-  box->locked = Flag(payload, "locked", false);
-  box->tooltip = Text(payload, "tooltip");
+  box->SetText(TextField(payload, "text"));
+  box->enabled = FlagField(payload, "enabled", true);
+  box->locked = FlagField(payload, "locked", false);
+  box->tooltip = TextField(payload, "tooltip");
   // Kept inside the text, as the box keeps a selection it is given.
-  box->Select(Whole(payload, "selStart"), Whole(payload, "selLength"));
-  box->focused = Flag(payload, "focused", false);
+  box->Select(LongField(payload, "selStart"), LongField(payload, "selLength"));
+  box->focused = FlagField(payload, "focused", false);
   return Variant(std::shared_ptr<HostObject>(std::move(box)));
 }
 

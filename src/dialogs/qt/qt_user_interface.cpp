@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QWindow>
 #include <memory>
 
@@ -28,6 +29,11 @@ namespace {
 
 QString ToQ(std::u16string_view text) {
   return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+TwipsRect Twips(const QRect& pixels) {
+  return {pixels.left() * qt::kTwipsPerPixel, pixels.top() * qt::kTwipsPerPixel,
+          pixels.width() * qt::kTwipsPerPixel, pixels.height() * qt::kTwipsPerPixel};
 }
 
 class QtUi final : public UserInterface {
@@ -169,6 +175,17 @@ class QtUi final : public UserInterface {
 
   void ProcessEvents() override {
     if (QCoreApplication::instance()) QCoreApplication::processEvents();
+  }
+
+  std::vector<TwipsRect> ScreenRects() override {
+    qt::EnsureApplication();
+    std::vector<TwipsRect> rects;
+    const QScreen* primary = QGuiApplication::primaryScreen();
+    if (primary != nullptr) rects.push_back(Twips(primary->availableGeometry()));
+    for (const QScreen* screen : QGuiApplication::screens()) {
+      if (screen != primary) rects.push_back(Twips(screen->availableGeometry()));
+    }
+    return rects;
   }
 
  private:

@@ -17,9 +17,10 @@
 
 namespace norvik50::cli {
 
-// Raised whenever the table changes shape: a command line never calls
-// through a table it does not know.
-inline constexpr int kDialogsPluginVersion = 1;
+// Raised whenever the table, or the UserInterface it hands out, changes
+// shape: a command line never calls through a table it does not know.
+// 2: UserInterface::ScreenRects.
+inline constexpr int kDialogsPluginVersion = 2;
 
 struct DialogsPlugin {
   int version;

@@ -1,0 +1,9 @@
+import pytest
+
+import norvik50
+
+
+@pytest.fixture
+def lib():
+    with norvik50.LIB() as library:
+        yield library

@@ -1,0 +1,35 @@
+#include "norvik50/form.h"
+
+namespace norvik50 {
+namespace {
+
+// Sets `text` from `lookup` when it names a resource the lookup knows.
+bool Fill(const CaptionLookup& lookup, CaptionPlace place, std::u16string_view res_id,
+          std::u16string& text) {
+  if (res_id.empty()) return false;
+  const std::optional<std::u16string_view> found = lookup(place, res_id);
+  if (!found) return false;
+  text = *found;
+  return true;
+}
+
+}  // namespace
+
+Form::~Form() = default;
+
+int32_t MemoryForm::FillCaptions(const CaptionLookup& lookup) {
+  int32_t set = Fill(lookup, CaptionPlace::kTitle, res_id, caption) ? 1 : 0;
+  for (Control& control : controls) {
+    set += Fill(lookup, CaptionPlace::kCaption, control.res_id, control.caption) ? 1 : 0;
+    set += Fill(lookup, CaptionPlace::kToolTip, control.tooltip_res_id, control.tooltip) ? 1 : 0;
+  }
+  for (const auto& list : list_views) {
+    if (!list) continue;
+    for (MemoryListView::Column& column : list->columns) {
+      set += Fill(lookup, CaptionPlace::kColumnHeader, column.header_res_id, column.header) ? 1 : 0;
+    }
+  }
+  return set;
+}
+
+}  // namespace norvik50

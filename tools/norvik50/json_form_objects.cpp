@@ -1,0 +1,126 @@
+#include "json_form_objects.h"
+
+#include <array>
+#include <string_view>
+
+#include "json_fields.h"
+#include "json_line.h"
+#include "json_value.h"
+#include "norvik50/form.h"
+#include "norvik50/list_view.h"
+
+namespace norvik50::cli {
+namespace {
+
+using json = nlohmann::ordered_json;
+
+constexpr std::array<std::string_view, 10> kFormFields = {
+    "name",        "left",    "top",   "width",    "height",
+    "windowState", "caption", "resId", "controls", "listViews"};
+constexpr std::array<std::string_view, 5> kControlFields = {"name", "caption", "resId", "tooltip",
+                                                            "tooltipResId"};
+constexpr std::array<std::string_view, 2> kListViewFields = {"name", "columns"};
+constexpr std::array<std::string_view, 3> kColumnFields = {"header", "width", "headerResId"};
+
+const json* ListField(const json& payload, const char* name, const std::string& owner) {
+  const auto it = payload.find(name);
+  if (it == payload.end()) return nullptr;
+  if (!it->is_array()) throw JsonValueError(owner + " \"" + name + "\" must be a list");
+  return &*it;
+}
+
+std::shared_ptr<MemoryListView> ListViewFrom(const json& payload) {
+  OnlyFields(payload, "ListView", kListViewFields);
+  auto list = std::make_shared<MemoryListView>(TextField(payload, "name"));
+  const json* columns = ListField(payload, "columns", "ListView");
+  if (columns == nullptr) return list;
+  for (const json& column : *columns) {
+    OnlyFields(column, "a ListView column", kColumnFields);
+    list->columns.push_back({TextField(column, "header"), 0, TextField(column, "headerResId")});
+    // Kept as a list view keeps a width it is given.
+    list->SetColumnWidth(list->ColumnCount() - 1, LongField(column, "width"));
+  }
+  return list;
+}
+
+std::shared_ptr<MemoryForm> FormFrom(const json& payload) {
+  OnlyFields(payload, "Form", kFormFields);
+  auto form = std::make_shared<MemoryForm>(TextField(payload, "name"));
+  form->placement.bounds = {LongField(payload, "left"), LongField(payload, "top"),
+                            LongField(payload, "width"), LongField(payload, "height")};
+  const int32_t state = LongField(payload, "windowState");
+  if (state < 0 || state > 2) {
+    throw JsonValueError("\"windowState\" must be 0 (normal), 1 (minimised) or 2 (maximised)");
+  }
+  form->placement.state = static_cast<WindowState>(state);
+  form->caption = TextField(payload, "caption");
+  form->res_id = TextField(payload, "resId");
+  if (const json* controls = ListField(payload, "controls", "Form")) {
+    for (const json& control : *controls) {
+      OnlyFields(control, "a Form control", kControlFields);
+      form->controls.push_back({TextField(control, "name"), TextField(control, "caption"),
+                                TextField(control, "resId"), TextField(control, "tooltip"),
+                                TextField(control, "tooltipResId")});
+    }
+  }
+  if (const json* lists = ListField(payload, "listViews", "Form")) {
+    for (const json& list : *lists) form->list_views.push_back(ListViewFrom(list));
+  }
+  return form;
+}
+
+json ListViewToJson(const MemoryListView& list) {
+  json columns = json::array();
+  for (const MemoryListView::Column& column : list.columns) {
+    columns.push_back({{"header", Utf16ToWireText(column.header)},
+                       {"width", column.width_twips},
+                       {"headerResId", Utf16ToWireText(column.header_res_id)}});
+  }
+  return {{"name", Utf16ToWireText(list.name)}, {"columns", std::move(columns)}};
+}
+
+json FormToJson(const MemoryForm& form) {
+  json controls = json::array();
+  for (const MemoryForm::Control& control : form.controls) {
+    controls.push_back({{"name", Utf16ToWireText(control.name)},
+                        {"caption", Utf16ToWireText(control.caption)},
+                        {"resId", Utf16ToWireText(control.res_id)},
+                        {"tooltip", Utf16ToWireText(control.tooltip)},
+                        {"tooltipResId", Utf16ToWireText(control.tooltip_res_id)}});
+  }
+  json lists = json::array();
+  for (const auto& list : form.list_views) {
+    if (list) lists.push_back(ListViewToJson(*list));
+  }
+  const TwipsRect& b = form.placement.bounds;
+  return {{"name", Utf16ToWireText(form.name)},
+          {"left", b.left},
+          {"top", b.top},
+          {"width", b.width},
+          {"height", b.height},
+          {"windowState", static_cast<int32_t>(form.placement.state)},
+          {"caption", Utf16ToWireText(form.caption)},
+          {"resId", Utf16ToWireText(form.res_id)},
+          {"controls", std::move(controls)},
+          {"listViews", std::move(lists)}};
+}
+
+}  // namespace
+
+std::optional<Variant> FormObjectFromJson(const std::string& type, const json& payload) {
+  if (type == "Form") return Variant(std::shared_ptr<HostObject>(FormFrom(payload)));
+  if (type == "ListView") return Variant(std::shared_ptr<HostObject>(ListViewFrom(payload)));
+  return std::nullopt;
+}
+
+std::optional<json> FormObjectToJson(const HostObject& object) {
+  if (const auto* form = dynamic_cast<const MemoryForm*>(&object)) {
+    return json{{"vt", "Object"}, {"type", "Form"}, {"v", FormToJson(*form)}};
+  }
+  if (const auto* list = dynamic_cast<const MemoryListView*>(&object)) {
+    return json{{"vt", "Object"}, {"type", "ListView"}, {"v", ListViewToJson(*list)}};
+  }
+  return std::nullopt;
+}
+
+}  // namespace norvik50::cli
