@@ -15,8 +15,12 @@ function(norvik50_warnings target)
   endif()
 endfunction()
 
+# SERVER_TESTS: a gtest filter naming the tests that need the settings
+# server the test program starts for itself (tests/testing/pg_test_server.h).
+# They run as one CTest test, so that the server is made once for all of
+# them rather than once for each.
 function(norvik50_add_layer layer)
-  cmake_parse_arguments(ARG "" "" "DEPS" ${ARGN})
+  cmake_parse_arguments(ARG "" "SERVER_TESTS" "DEPS" ${ARGN})
   file(GLOB all_sources CONFIGURE_DEPENDS
     ${PROJECT_SOURCE_DIR}/src/${layer}/*.cpp)
   set(sources ${all_sources})
@@ -50,8 +54,18 @@ function(norvik50_add_layer layer)
     target_link_libraries(${layer}_tests PRIVATE ${target} norvik50_members norvik50_testing
       GTest::gtest GTest::gmock GTest::gtest_main)
     norvik50_warnings(${layer}_tests)
+    set(filter "")
+    if(ARG_SERVER_TESTS)
+      set(filter "-${ARG_SERVER_TESTS}")
+      add_test(NAME ${layer}_server_tests
+        COMMAND ${layer}_tests "--gtest_filter=${ARG_SERVER_TESTS}"
+        WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+      set_tests_properties(${layer}_server_tests PROPERTIES TIMEOUT 600
+        ENVIRONMENT "NORVIK50_TESTDATA=${PROJECT_SOURCE_DIR}/testdata")
+    endif()
     gtest_discover_tests(${layer}_tests
       WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+      TEST_FILTER "${filter}"
       PROPERTIES ENVIRONMENT "NORVIK50_TESTDATA=${PROJECT_SOURCE_DIR}/testdata"
       DISCOVERY_TIMEOUT 60)
   endif()

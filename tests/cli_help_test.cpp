@@ -49,7 +49,7 @@ TEST(CliHelpTest, AnUnknownCommandIsNamedWithTheCommandsThereAre) {
     const char* message;
   } cases[] = {
       {"frobnicate", "norvik50: unknown command 'frobnicate' (commands: demo, batch, call, "
-                     "members, lzw, reg, res; norvik50 --help)\n"},
+                     "members, lzw, reg, res, store; norvik50 --help)\n"},
       {"reg quary HKCU", "norvik50 reg: unknown command 'quary' (commands: query, add, delete, "
                          "export, import; norvik50 reg --help)\n"},
       {"res lst x.dll", "norvik50 res: unknown command 'lst' (commands: list, string, get; "

@@ -1,9 +1,10 @@
-// The store the tkr members use: the library's own, unless a host
-// installed another one.
+// The store the tkr members use: the library's own (the local files, and
+// the settings servers named for some roots), unless a host installed
+// another one.
 #include <mutex>
 
 #include "norvik50/registry.h"
-#include "settings/sqlite_store.h"
+#include "settings/routing_store.h"
 
 namespace norvik50 {
 namespace {
@@ -26,7 +27,7 @@ std::shared_ptr<RegistryStore> CurrentRegistryStore() {
   std::lock_guard lock(StoreMutex());
   auto& store = Installed();
   // One store, and so one connection per root, for the life of the process.
-  if (!store) store = std::make_shared<settings::SqliteStore>();
+  if (!store) store = settings::MakeConfiguredStore();
   return store;
 }
 

@@ -1,5 +1,6 @@
 // .reg files: a hand-written Windows file, exact round trips in both
-// formats, and the errors of malformed files.
+// formats (from the local files and from a settings server), and the
+// errors of malformed files.
 #include "settings/reg_file.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <string>
 
 #include "norvik50/encoding.h"
+#include "settings/pg_server_for_tests.h"
 #include "settings/reg_transfer.h"
 #include "settings/sqlite_store.h"
 #include "testing/temp_folder.h"
@@ -27,11 +29,22 @@ std::string Fixture(const std::string& name) {
   return s.str();
 }
 
-class RegFileTest : public ::testing::Test {
+class RegFileTest : public ::testing::TestWithParam<StoreKind> {
  protected:
+  void SetUp() override {
+    if (GetParam() == StoreKind::kLocal) return;
+    NORVIK50_NEED_TEST_SERVER();
+    EmptyServer();
+  }
+  static std::shared_ptr<RegistryStore> Connect() {
+    if (GetParam() == StoreKind::kLocal) return std::make_shared<SqliteStore>();
+    return ServerStore("desk");
+  }
+
   testing::TempFolder dir_;
   testing::ScopedEnv env_{"NORVIK50_REGISTRY_DIR", dir_.path()};
-  SqliteStore store_;
+  std::shared_ptr<RegistryStore> owned_ = Connect();
+  RegistryStore& store_ = *owned_;
 
   void Put(int32_t root, std::u16string_view path, std::u16string_view name, int32_t type,
            const std::string& data) {
@@ -52,7 +65,7 @@ class RegFileTest : public ::testing::Test {
   }
 };
 
-TEST_F(RegFileTest, AWindowsFileImportsToTypedValues) {
+TEST_P(RegFileTest, AWindowsFileImportsToTypedValues) {
   constexpr auto HK = HKEY_CURRENT_USER;
   Put(HK, u"Software\\Vantex\\Global", u"Old", REG_SZ, "old");
   Put(HK, u"Software\\Vantex\\Obsolete\\Deep", u"x", REG_SZ, "x");
@@ -98,8 +111,9 @@ TEST_F(RegFileTest, AWindowsFileImportsToTypedValues) {
   EXPECT_EQ(store_.OpenKey(HK, u"Software\\Vantex\\Obsolete", KEY_QUERY_VALUE, key), 2);
 }
 
-// Exported, imported into an empty store and exported again: the same bytes.
-TEST_F(RegFileTest, ExportImportExportIsByteIdentical) {
+// Exported, imported into an empty local store and exported again: the
+// same bytes (from a server: what moving an office back gives).
+TEST_P(RegFileTest, ExportImportExportIsByteIdentical) {
   constexpr auto HK = HKEY_CURRENT_USER;
   const std::u16string k = u"Software\\Round";
   Put(HK, k, u"", REG_SZ, "default");
@@ -139,7 +153,7 @@ TEST_F(RegFileTest, ExportImportExportIsByteIdentical) {
   }
 }
 
-TEST_F(RegFileTest, WritesTheEditorsLayout) {
+TEST_P(RegFileTest, WritesTheEditorsLayout) {
   RegFile file;
   file.keys.push_back({HKEY_CURRENT_USER,
                        u"Software\\X",
@@ -211,6 +225,10 @@ TEST(RegFileParseTest, LenientWhereTheEditorIs) {
   ASSERT_TRUE(g);
   EXPECT_EQ(g->keys[0].values[0].data, "\xe2\x82\xac\0"s);
 }
+
+INSTANTIATE_TEST_SUITE_P(Stores, RegFileTest,
+                         ::testing::Values(StoreKind::kLocal, StoreKind::kServer),
+                         [](const auto& info) { return StoreKindName(info.param); });
 
 }  // namespace
 }  // namespace norvik50::settings

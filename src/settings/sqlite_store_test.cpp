@@ -1,15 +1,18 @@
-// The SQLite store against registry semantics, on real database files in a
-// temporary folder.
+// Registry semantics on each store: the SQLite store on real database
+// files in a temporary folder, and the settings server store on a real
+// server. What only concerns the local files is checked on those alone.
 #include "settings/sqlite_store.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <string>
 
 #include "norvik50/encoding.h"
+#include "settings/pg_server_for_tests.h"
 #include "settings/registry_algorithms.h"
 #include "settings/registry_names.h"
 #include "testing/temp_folder.h"
@@ -20,16 +23,40 @@ namespace {
 using testing::ScopedEnv;
 using testing::TempFolder;
 
-class SqliteStoreTest : public ::testing::Test {
+class StoreRulesTest : public ::testing::TestWithParam<StoreKind> {
  protected:
+  void SetUp() override {
+    if (local()) return;
+    NORVIK50_NEED_TEST_SERVER();
+    EmptyServer();
+  }
+  bool local() const { return GetParam() == StoreKind::kLocal; }
+  // Another connection to the same store, as another program has.
+  std::shared_ptr<RegistryStore> Fresh() {
+    if (local()) return std::make_shared<SqliteStore>();
+    return ServerStore("desk");
+  }
+
   TempFolder dir_;
   ScopedEnv env_{"NORVIK50_REGISTRY_DIR", dir_.path()};
-  SqliteStore store_;
+  std::shared_ptr<RegistryStore> owned_ = Fresh();
+  RegistryStore& store_ = *owned_;
 
   RegKey Create(std::u16string_view path, int32_t root = HKEY_CURRENT_USER) {
     RegKey key = 0;
     EXPECT_EQ(store_.CreateKey(root, path, 0, KEY_ALL_ACCESS, key, nullptr), 0) << ToUtf8(path);
     return key;
+  }
+  // The local store sees another connection's commit at its next read;
+  // the server store once the commit's announcement arrived, which is
+  // waited for here (up to five seconds) until `seen` says so.
+  template <class Seen>
+  void AwaitOthersCommit(Seen seen) {
+    auto* server = dynamic_cast<PgStore*>(&store_);
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (server != nullptr && !seen() && std::chrono::steady_clock::now() < give_up) {
+      server->AwaitChanges(50);
+    }
   }
   std::vector<std::u16string> Children(RegKey key) {
     std::vector<std::u16string> names;
@@ -39,7 +66,7 @@ class SqliteStoreTest : public ::testing::Test {
   }
 };
 
-TEST_F(SqliteStoreTest, KeyNamesIgnoreCaseAcrossWindows1252AndKeepTheirCase) {
+TEST_P(StoreRulesTest, KeyNamesIgnoreCaseAcrossWindows1252AndKeepTheirCase) {
   const RegKey k = Create(u"Software\\Äpfel\\ŠKODA\\Œuvre\\ŸES");
   ASSERT_EQ(store_.CloseKey(k), 0);
   struct Case {
@@ -70,7 +97,7 @@ TEST_F(SqliteStoreTest, KeyNamesIgnoreCaseAcrossWindows1252AndKeepTheirCase) {
   EXPECT_EQ(Children(sw), std::vector<std::u16string>{u"Äpfel"});
 }
 
-TEST_F(SqliteStoreTest, ValueNamesIgnoreCaseAndKeepTheFirstSpelling) {
+TEST_P(StoreRulesTest, ValueNamesIgnoreCaseAndKeepTheFirstSpelling) {
   const RegKey k = Create(u"App");
   ASSERT_EQ(store_.SetValue(k, u"Größe", REG_SZ, "1"), 0);
   ASSERT_EQ(store_.SetValue(k, u"GRÖSSE", REG_SZ, "2"), 0);  // ß does not fold to SS
@@ -91,7 +118,7 @@ TEST_F(SqliteStoreTest, ValueNamesIgnoreCaseAndKeepTheFirstSpelling) {
   EXPECT_EQ(store_.EnumValue(k, 2, name, type, data), ERROR_NO_MORE_ITEMS);
 }
 
-TEST_F(SqliteStoreTest, SubKeysEnumerateInCaseInsensitiveOrder) {
+TEST_P(StoreRulesTest, SubKeysEnumerateInCaseInsensitiveOrder) {
   for (const auto* n : {u"beta", u"Alpha", u"Öl", u"gamma", u"ALPHA2", u"Zeta", u"_x"}) {
     store_.CloseKey(Create(std::u16string(u"Root\\") + n));
   }
@@ -115,7 +142,7 @@ TEST_F(SqliteStoreTest, SubKeysEnumerateInCaseInsensitiveOrder) {
 // direction; whatever the order of the indexes, each gives the entry at
 // that place in fold order, and a change to the store between two calls
 // is seen at once.
-TEST_F(SqliteStoreTest, EnumerationByIndexInAnyOrder) {
+TEST_P(StoreRulesTest, EnumerationByIndexInAnyOrder) {
   const RegKey parent = Create(u"Walk");
   std::vector<std::u16string> keys, values;
   for (int i = 0; i < 60; ++i) {
@@ -161,13 +188,17 @@ TEST_F(SqliteStoreTest, EnumerationByIndexInAnyOrder) {
   std::string data;
   ASSERT_EQ(store_.EnumKey(walk, 10, 256, name), 0);
   ASSERT_EQ(store_.EnumValue(walk, 10, name, type, data), 0);
-  SqliteStore other;
+  const auto other_store = Fresh();
+  RegistryStore& other = *other_store;
   RegKey theirs = 0;
   ASSERT_EQ(other.CreateKey(HKEY_CURRENT_USER, u"Walk\\0first", 0, 63, theirs, nullptr), 0);
   ASSERT_EQ(other.SetValue(theirs, u"", REG_SZ, "x"), 0);
   RegKey their_parent = 0;
   ASSERT_EQ(other.OpenKey(HKEY_CURRENT_USER, u"Walk", KEY_SET_VALUE, their_parent), 0);
   ASSERT_EQ(other.SetValue(their_parent, u"0first", REG_SZ, "x"), 0);
+  AwaitOthersCommit([&] { return store_.EnumKey(walk, 0, 256, name) == 0 && name == u"0first"; });
+  ASSERT_EQ(store_.EnumKey(walk, 10, 256, name), 0);
+  ASSERT_EQ(store_.EnumValue(walk, 10, name, type, data), 0);
   ASSERT_EQ(store_.EnumKey(walk, 11, 256, name), 0);
   EXPECT_EQ(name, keys[10]);
   ASSERT_EQ(store_.EnumValue(walk, 11, name, type, data), 0);
@@ -176,7 +207,7 @@ TEST_F(SqliteStoreTest, EnumerationByIndexInAnyOrder) {
   EXPECT_EQ(name, u"0first");
 }
 
-TEST_F(SqliteStoreTest, DeleteKeyRules) {
+TEST_P(StoreRulesTest, DeleteKeyRules) {
   store_.CloseKey(Create(u"A\\B\\C"));
   const RegKey a = Create(u"A");
   ASSERT_EQ(store_.SetValue(a, u"v", REG_SZ, "x"), 0);
@@ -197,7 +228,7 @@ TEST_F(SqliteStoreTest, DeleteKeyRules) {
   EXPECT_EQ(store_.QueryValue(fresh, u"v", 1024, type, data), 2);  // values went with the key
 }
 
-TEST_F(SqliteStoreTest, NameLengthLimits) {
+TEST_P(StoreRulesTest, NameLengthLimits) {
   const std::u16string k255(255, u'k'), k256(256, u'k');
   const std::u16string v16383(16383, u'v'), v16384(16384, u'v');
   RegKey key = 0;
@@ -220,7 +251,7 @@ TEST_F(SqliteStoreTest, NameLengthLimits) {
   EXPECT_EQ(name, k255);
 }
 
-TEST_F(SqliteStoreTest, QueryBufferCountsCharactersForTextAndBytesOtherwise) {
+TEST_P(StoreRulesTest, QueryBufferCountsCharactersForTextAndBytesOtherwise) {
   const RegKey k = Create(u"Buf");
   const std::string ascii(1023, 'a');  // 1023 characters + terminator = 1024
   std::u16string umlauts(1023, u'ä');  // two UTF-8 bytes each, one for the caller
@@ -238,7 +269,7 @@ TEST_F(SqliteStoreTest, QueryBufferCountsCharactersForTextAndBytesOtherwise) {
   EXPECT_EQ(store_.QueryValue(k, u"bin", 1025, type, data), 0);
 }
 
-TEST_F(SqliteStoreTest, TextGetsExactlyOneTerminator) {
+TEST_P(StoreRulesTest, TextGetsExactlyOneTerminator) {
   const RegKey k = Create(u"T");
   struct Case {
     int32_t type;
@@ -261,21 +292,24 @@ TEST_F(SqliteStoreTest, TextGetsExactlyOneTerminator) {
   }
 }
 
-TEST_F(SqliteStoreTest, ReadsOfAMissingStoreCreateNothing) {
+TEST_P(StoreRulesTest, ReadsOfAMissingStoreCreateNothing) {
   RegKey key = 0;
   EXPECT_EQ(store_.OpenKey(HKEY_LOCAL_MACHINE, u"Software", KEY_QUERY_VALUE, key), 2);
   EXPECT_EQ(store_.OpenKey(HKEY_LOCAL_MACHINE, u"", KEY_QUERY_VALUE, key), 0);
   std::u16string name;
   EXPECT_EQ(store_.EnumKey(key, 0, 255, name), ERROR_NO_MORE_ITEMS);
   EXPECT_EQ(store_.DeleteKey(HKEY_LOCAL_MACHINE, u"X"), 2);
-  EXPECT_FALSE(std::ifstream(dir_.File("HKEY_LOCAL_MACHINE.db")).good());
+  if (local()) {
+    EXPECT_FALSE(std::ifstream(dir_.File("HKEY_LOCAL_MACHINE.db")).good());
+  }
   EXPECT_EQ(store_.OpenKey(HKEY_PERFORMANCE_DATA, u"", KEY_QUERY_VALUE, key), 1010);
   EXPECT_EQ(store_.CloseKey(12345), 1010);  // never handed out
 }
 
 // The per-user file is private; the machine-wide ones are for every user
 // to read, wherever the files lie.
-TEST_F(SqliteStoreTest, OneFilePerRootPrivateOnlyForTheUser) {
+TEST_P(StoreRulesTest, OneFilePerRootPrivateOnlyForTheUser) {
+  if (!local()) GTEST_SKIP() << "the local store's files and handles only";
   store_.CloseKey(Create(u"U", HKEY_CURRENT_USER));
   store_.CloseKey(Create(u"M", HKEY_LOCAL_MACHINE));
   RegKey key = 0;
@@ -287,7 +321,8 @@ TEST_F(SqliteStoreTest, OneFilePerRootPrivateOnlyForTheUser) {
   EXPECT_EQ(st.st_mode & 0777, 0644u);
 }
 
-TEST_F(SqliteStoreTest, FollowsAChangedStoreFolder) {
+TEST_P(StoreRulesTest, FollowsAChangedStoreFolder) {
+  if (!local()) GTEST_SKIP() << "the local store's files and handles only";
   store_.CloseKey(Create(u"First"));
   TempFolder other;
   ScopedEnv moved("NORVIK50_REGISTRY_DIR", other.path());
@@ -297,15 +332,17 @@ TEST_F(SqliteStoreTest, FollowsAChangedStoreFolder) {
   EXPECT_TRUE(std::ifstream(other.File("HKEY_CURRENT_USER.db")).good());
 }
 
-TEST_F(SqliteStoreTest, HandlesAreReleased) {
+TEST_P(StoreRulesTest, HandlesAreReleased) {
+  if (!local()) GTEST_SKIP() << "the local store's files and handles only";
   for (int i = 0; i < 5; ++i) store_.CloseKey(Create(u"H"));
-  EXPECT_EQ(store_.open_handles(), 0u);
+  EXPECT_EQ(static_cast<SqliteStore&>(store_).open_handles(), 0u);
 }
 
 // Two stores in one process stand for two programs sharing the files: each
 // sees what the other committed, without reopening anything.
-TEST_F(SqliteStoreTest, SeesChangesOfAnotherConnection) {
-  SqliteStore other;
+TEST_P(StoreRulesTest, SeesChangesOfAnotherConnection) {
+  const auto other_store = Fresh();
+  RegistryStore& other = *other_store;
   const RegKey mine = Create(u"Shared");
   int32_t type = 0;
   std::string data;
@@ -313,12 +350,15 @@ TEST_F(SqliteStoreTest, SeesChangesOfAnotherConnection) {
   RegKey theirs = 0;
   ASSERT_EQ(other.CreateKey(HKEY_CURRENT_USER, u"Shared", 0, 63, theirs, nullptr), 0);
   ASSERT_EQ(other.SetValue(theirs, u"v", REG_DWORD, std::string("\x07\0\0\0", 4)), 0);
+  AwaitOthersCommit([&] { return store_.QueryValue(mine, u"v", 1024, type, data) == 0; });
   ASSERT_EQ(store_.QueryValue(mine, u"v", 1024, type, data), 0);
   EXPECT_EQ(type, REG_DWORD);
   RegKey sub = 0;
   ASSERT_EQ(other.CreateKey(theirs, u"Child", 0, 63, sub, nullptr), 0);
+  AwaitOthersCommit([&] { return !Children(mine).empty(); });
   EXPECT_EQ(Children(mine), std::vector<std::u16string>{u"Child"});
   ASSERT_EQ(other.DeleteKey(theirs, u"Child"), 0);
+  AwaitOthersCommit([&] { return Children(mine).empty(); });
   EXPECT_TRUE(Children(mine).empty());
 }
 
@@ -326,9 +366,10 @@ TEST_F(SqliteStoreTest, SeesChangesOfAnotherConnection) {
 // open uses. A sub-key deleted and made again after the listing, by this
 // connection or another one, is the new key when it is opened. "A" is made
 // last, so SQLite hands its id to the next key made, a filler holding -1.
-TEST_F(SqliteStoreTest, AKeyOpenedAfterItsNameWasListedIsTheOneThereNow) {
-  SqliteStore other;
-  for (SqliteStore* remaker : {&store_, &other}) {
+TEST_P(StoreRulesTest, AKeyOpenedAfterItsNameWasListedIsTheOneThereNow) {
+  const auto other_store = Fresh();
+  RegistryStore& other = *other_store;
+  for (RegistryStore* remaker : {&store_, &other}) {
     const RegKey parent = Create(u"Listed");
     for (const char16_t* name : {u"B", u"A"})
       store_.CloseKey(Create(std::u16string(u"Listed\\") + name));
@@ -357,7 +398,7 @@ TEST_F(SqliteStoreTest, AKeyOpenedAfterItsNameWasListedIsTheOneThereNow) {
 // A tree with more keys than a connection keeps ids for is counted and
 // walked right, twice over (the second walk meets what the first one left
 // in the cache).
-TEST_F(SqliteStoreTest, TreesLargerThanTheIdCacheAreWalkedRight) {
+TEST_P(StoreRulesTest, TreesLargerThanTheIdCacheAreWalkedRight) {
   constexpr int kUpper = 50, kLeaves = 100;  // 5,051 keys with the top one
   for (int u = 0; u < kUpper; ++u) {
     for (int l = 0; l < kLeaves; ++l) {
@@ -370,6 +411,10 @@ TEST_F(SqliteStoreTest, TreesLargerThanTheIdCacheAreWalkedRight) {
   const SafeArray last = RegListSubKeys(store_, HKEY_CURRENT_USER, u"Tree\\u49");
   EXPECT_EQ(last.size(), static_cast<std::size_t>(kLeaves));
 }
+
+INSTANTIATE_TEST_SUITE_P(Stores, StoreRulesTest,
+                         ::testing::Values(StoreKind::kLocal, StoreKind::kServer),
+                         [](const auto& info) { return StoreKindName(info.param); });
 
 }  // namespace
 }  // namespace norvik50::settings

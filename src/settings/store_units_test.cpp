@@ -1,12 +1,15 @@
 // Several store operations as one unit: kept whole or taken back whole, on
-// one root or several, and unseen by other connections until kept.
+// one root or several, and unseen by other connections until kept; on the
+// local files and on a settings server.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
 #include "norvik50/encoding.h"
+#include "settings/pg_server_for_tests.h"
 #include "settings/sqlite_store.h"
 #include "settings/value_bytes.h"
 #include "testing/temp_folder.h"
@@ -18,14 +21,24 @@ constexpr int32_t kUser = HKEY_CURRENT_USER;
 constexpr int32_t kMachine = HKEY_LOCAL_MACHINE;
 constexpr int32_t kBoth[] = {kMachine, kUser};
 
-class StoreUnitsTest : public ::testing::Test {
+class StoreUnitsTest : public ::testing::TestWithParam<StoreKind> {
  protected:
   void SetUp() override {
+    if (!local()) {
+      NORVIK50_NEED_TEST_SERVER();
+      EmptyServer();
+    }
     // Both stores exist and hold "Old" = 1 in Software\Unit.
     for (const int32_t root : kBoth) ASSERT_EQ(Set(store_, root, u"Software\\Unit", 1), 0);
   }
+  bool local() const { return GetParam() == StoreKind::kLocal; }
+  // A connection to the store under test, as `role` on the server.
+  std::shared_ptr<RegistryStore> Connect(const std::string& role = "desk") {
+    if (local()) return std::make_shared<SqliteStore>();
+    return ServerStore(role);
+  }
 
-  static int32_t Set(SqliteStore& store, int32_t root, std::u16string_view path, uint32_t value,
+  static int32_t Set(RegistryStore& store, int32_t root, std::u16string_view path, uint32_t value,
                      std::u16string_view name = u"Old") {
     RegKey key = 0;
     int32_t code = store.CreateKey(root, path, 0, KEY_ALL_ACCESS, key, nullptr);
@@ -34,7 +47,7 @@ class StoreUnitsTest : public ::testing::Test {
     return code;
   }
   // The value as `store` reads it now; -1 when the key or value is missing.
-  static int64_t Get(SqliteStore& store, int32_t root, std::u16string_view path,
+  static int64_t Get(RegistryStore& store, int32_t root, std::u16string_view path,
                      std::u16string_view name = u"Old") {
     RegKey key = 0;
     if (store.OpenKey(root, path, KEY_QUERY_VALUE, key) != 0) return -1;
@@ -46,13 +59,29 @@ class StoreUnitsTest : public ::testing::Test {
     return static_cast<uint8_t>(data[0]) | static_cast<uint8_t>(data[1]) << 8;
   }
 
+  // What `reader` reads once the announcements of changes another
+  // connection committed have arrived (a server store learns of them so);
+  // waits until it reads `expected`, at most five seconds.
+  static int64_t Settled(RegistryStore& reader, int32_t root, std::u16string_view path,
+                         int64_t expected, std::u16string_view name = u"Old") {
+    auto* server = dynamic_cast<PgStore*>(&reader);
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    int64_t now = Get(reader, root, path, name);
+    while (server != nullptr && now != expected && std::chrono::steady_clock::now() < give_up) {
+      server->AwaitChanges(50);
+      now = Get(reader, root, path, name);
+    }
+    return now;
+  }
+
   testing::TempFolder dir_;
   testing::ScopedEnv env_{"NORVIK50_REGISTRY_DIR", dir_.path()};
-  SqliteStore store_;
-  SqliteStore other_;  // another program on the same files
+  std::shared_ptr<RegistryStore> owned_ = Connect(), other_owned_ = Connect();
+  RegistryStore& store_ = *owned_;
+  RegistryStore& other_ = *other_owned_;  // another program on the same store
 };
 
-TEST_F(StoreUnitsTest, KeepsEveryChangeOrNone) {
+TEST_P(StoreUnitsTest, KeepsEveryChangeOrNone) {
   struct Case {
     const char* what;
     int32_t body_returns;
@@ -66,6 +95,7 @@ TEST_F(StoreUnitsTest, KeepsEveryChangeOrNone) {
     for (const int32_t root : kBoth) {
       store_.DeleteKey(root, u"Software\\Unit\\New");
       ASSERT_EQ(Set(store_, root, u"Software\\Unit", 1), 0);
+      ASSERT_EQ(Settled(other_, root, u"Software\\Unit", 1), 1);
     }
     const int32_t code = store_.RunAtomically(kBoth, [&] {
       for (const int32_t root : kBoth) {
@@ -79,10 +109,11 @@ TEST_F(StoreUnitsTest, KeepsEveryChangeOrNone) {
       return c.body_returns;
     });
     EXPECT_EQ(code, c.result) << c.what;
-    for (SqliteStore* reader : {&store_, &other_}) {
+    for (RegistryStore* reader : {&store_, &other_}) {
       for (const int32_t root : kBoth) {
-        EXPECT_EQ(Get(*reader, root, u"Software\\Unit"), c.old_value) << c.what << " " << root;
-        EXPECT_EQ(Get(*reader, root, u"Software\\Unit\\New", u"New"), c.new_value)
+        EXPECT_EQ(Settled(*reader, root, u"Software\\Unit", c.old_value), c.old_value)
+            << c.what << " " << root;
+        EXPECT_EQ(Settled(*reader, root, u"Software\\Unit\\New", c.new_value, u"New"), c.new_value)
             << c.what << " " << root;
       }
     }
@@ -90,10 +121,14 @@ TEST_F(StoreUnitsTest, KeepsEveryChangeOrNone) {
 }
 
 // A root this user may not write is refused before anything is done.
-TEST_F(StoreUnitsTest, ARootThatCannotBeWrittenRefusesTheWholeUnit) {
+TEST_P(StoreUnitsTest, ARootThatCannotBeWrittenRefusesTheWholeUnit) {
   const std::string machine = dir_.File("HKEY_LOCAL_MACHINE.db");
-  ASSERT_EQ(::chmod(machine.c_str(), 0444), 0);
-  SqliteStore store;
+  if (local()) {
+    ASSERT_EQ(::chmod(machine.c_str(), 0444), 0);
+  }
+  // On the server: a role that may only read the machine-wide settings.
+  const auto owned = Connect("alice");
+  RegistryStore& store = *owned;
   bool ran = false;
   EXPECT_EQ(store.RunAtomically(kBoth,
                                 [&] {
@@ -105,14 +140,16 @@ TEST_F(StoreUnitsTest, ARootThatCannotBeWrittenRefusesTheWholeUnit) {
   EXPECT_EQ(Get(other_, kUser, u"Software\\Unit"), 1);
   const StoreProblem problem = store.TakeStoreProblem();
   EXPECT_EQ(problem.number, 5);
-  EXPECT_NE(ToUtf8(problem.description).find(machine + " cannot be written"), std::string::npos)
+  const std::string why =
+      local() ? machine + " cannot be written" : "role alice may not write HKEY_LOCAL_MACHINE";
+  EXPECT_NE(ToUtf8(problem.description).find(why), std::string::npos)
       << ToUtf8(problem.description);
-  ::chmod(machine.c_str(), 0644);
+  if (local()) ::chmod(machine.c_str(), 0644);
 }
 
 // An operation inside the unit that fails takes back only itself; the body
 // decides about the rest.
-TEST_F(StoreUnitsTest, AFailedOperationInsideTheUnitLeavesTheOthers) {
+TEST_P(StoreUnitsTest, AFailedOperationInsideTheUnitLeavesTheOthers) {
   std::u16string too_deep = u"Software";
   for (int i = 0; i < 600; ++i) too_deep += u"\\k";
   EXPECT_EQ(store_.RunAtomically(kBoth,
@@ -122,13 +159,13 @@ TEST_F(StoreUnitsTest, AFailedOperationInsideTheUnitLeavesTheOthers) {
                                    return 0;
                                  }),
             0);
-  EXPECT_EQ(Get(other_, kUser, u"Software\\Unit"), 2);
+  EXPECT_EQ(Settled(other_, kUser, u"Software\\Unit", 2), 2);
 }
 
 // Keys made in a unit that was taken back are gone, also for the handles and
 // key ids the connection learnt inside it; a unit inside a unit is part of
 // the outer one.
-TEST_F(StoreUnitsTest, WhatAUnitTakesBackIsGoneForItsOwnConnectionToo) {
+TEST_P(StoreUnitsTest, WhatAUnitTakesBackIsGoneForItsOwnConnectionToo) {
   RegKey made = 0;
   EXPECT_EQ(store_.RunAtomically(
                 kBoth,
@@ -151,6 +188,10 @@ TEST_F(StoreUnitsTest, WhatAUnitTakesBackIsGoneForItsOwnConnectionToo) {
   store_.CloseKey(made);
   EXPECT_EQ(Get(store_, kUser, u"Software\\Other"), 7);
 }
+
+INSTANTIATE_TEST_SUITE_P(Stores, StoreUnitsTest,
+                         ::testing::Values(StoreKind::kLocal, StoreKind::kServer),
+                         [](const auto& info) { return StoreKindName(info.param); });
 
 }  // namespace
 }  // namespace norvik50::settings

@@ -17,6 +17,7 @@ void AddLzwCommand(CLI::App& app);      // lzw_command.cpp
 void AddMembersCommand(CLI::App& app);  // members_command.cpp
 void AddRegCommand(CLI::App& app);      // reg_command.cpp
 void AddResCommand(CLI::App& app);      // res_command.cpp
+void AddStoreCommand(CLI::App& app);    // store_command.cpp
 
 // The Windows-style switches of `reg` (/v, /ve, /t, /d, /f, /s, /y, ...)
 // as the options the parser knows; every other argument, such as an

@@ -6,6 +6,7 @@
 //   norvik50 lzw deflate|inflate  the LZW codec on files or stdin/stdout
 //   norvik50 reg query|add|...    the settings store, .reg import and export
 //   norvik50 res list|string|get  a look into a Windows resource library
+//   norvik50 store [init CONN]    which store holds each root; prepare a server
 #include <CLI/CLI.hpp>
 #include <iostream>
 
@@ -26,6 +27,7 @@ int main(int argc, char** argv) {
   norvik50::cli::AddLzwCommand(app);
   norvik50::cli::AddRegCommand(app);
   norvik50::cli::AddResCommand(app);
+  norvik50::cli::AddStoreCommand(app);
   std::vector<std::string> args =
       norvik50::cli::TranslateRegSwitches(std::vector<std::string>(argv, argv + argc));
   if (const std::string unknown = norvik50::cli::UnknownCommand(app, args); !unknown.empty()) {
