@@ -74,22 +74,10 @@ std::vector<UnavailableMember> MakeList() {
     list.push_back({name, kControls, kControlsToCome});
   }
   for (std::string_view name : {"glbDrawSemiTransparentPicture",
-                                "tklApplicationTopMost",
                                 "tklClipCursor",
                                 "tklFindWindow",
-                                "tklGetFontList",
-                                "tklGetFrameSize",
-                                "tklGetInternalFormSize",
-                                "tklGetMenuHeight",
-                                "tklGetScreenHeight",
-                                "tklGetScreenWidth",
                                 "tklGetSemiTransparentPicture",
-                                "tklIsKeyDown",
-                                "tklIsMouseButtonDown",
-                                "tklOpenApplicationTopMost",
-                                "tklOpenTopMost",
                                 "tklRoundWindow",
-                                "tklTopMost",
                                 "tklWaitForClassFinished",
                                 "tklWaitForClassStarted",
                                 "tklWindowShadow"}) {
