@@ -33,7 +33,7 @@ TEST_F(FormsBatchTest, AWindowPositionGoesIntoTheStoreAndComesBack) {
   EXPECT_EQ(loaded["byref"]["0"], json::parse(R"({"vt":"Object","type":"Form","v":{
       "name":"frmCustomer","left":1500,"top":-300,"width":9000,"height":6000,"windowState":0,
       "caption":"","resId":"","controls":[],"listViews":[],
-      "menuBar":false,"topMost":false,"visible":false}})"));
+      "menuBar":false,"topMost":false,"visible":false,"cornerRadius":0,"shadow":false}})"));
   // Position only, under another key: nothing stored there, the form as it came.
   const json elsewhere = Ask(
       R"({"member":"tklLoadWindowPos","args":[{"vt":"Object","type":"Form","v":{"name":"frmCustomer","width":10,"height":10}},"Software\\Other",true]})");
@@ -77,7 +77,7 @@ TEST_F(FormsBatchTest, CaptionsComeFromTheLanguagesLibrary) {
                 {"name":"cmdNo","caption":"&Nein","resId":"no","tooltip":"","tooltipResId":""},
                 {"name":"labNote","caption":"Hinweis","resId":"1007","tooltip":"","tooltipResId":""}],
                 "listViews":[{"name":"lvw","columns":[{"header":"Menge","width":900,"headerResId":"1005"}]}],
-                "menuBar":false,"topMost":false,"visible":false})"},
+                "menuBar":false,"topMost":false,"visible":false,"cornerRadius":0,"shadow":false})"},
            {2, R"({"name":"frmCustomer","left":0,"top":0,"width":0,"height":0,"windowState":0,
                 "caption":"Edit customer","resId":"1000","controls":[
                 {"name":"cmdSave","caption":"&Save","resId":"1001",
@@ -85,7 +85,7 @@ TEST_F(FormsBatchTest, CaptionsComeFromTheLanguagesLibrary) {
                 {"name":"cmdNo","caption":"&No","resId":"no","tooltip":"","tooltipResId":""},
                 {"name":"labNote","caption":"Hinweis","resId":"1007","tooltip":"","tooltipResId":""}],
                 "listViews":[{"name":"lvw","columns":[{"header":"Quantity","width":900,"headerResId":"1005"}]}],
-                "menuBar":false,"topMost":false,"visible":false})"}}) {
+                "menuBar":false,"topMost":false,"visible":false,"cornerRadius":0,"shadow":false})"}}) {
     Ask(json{{"member", "tkrSetValue"},
              {"args", {-2147483647, "SOFTWARE\\VANTEX\\Global", "Language", language}}}
             .dump());

@@ -80,6 +80,13 @@ class NORVIK50_EXPORT Form : public HostObject {
   // without the frame, the caption and a menu bar. The default takes the
   // classic frame off the placement's size (never below 0).
   virtual TwipsSize InnerSize() const;
+  // Cuts the form's corners round with `radius_twips` (0: square again),
+  // and keeps them round when it is resized. False when the form cannot
+  // (the default).
+  virtual bool SetCornerRadius(int32_t radius_twips);
+  // Gives the form a soft shadow to its right and below it (`shadow`
+  // false: none). False when the form cannot (the default).
+  virtual bool SetShadow(bool shadow);
 };
 
 // The inner size of a form of `outer` size with the classic frame and,
@@ -114,14 +121,24 @@ class NORVIK50_EXPORT MemoryForm final : public Form {
     return true;
   }
   TwipsSize InnerSize() const override { return InnerSizeOf(placement.bounds, menu_bar); }
+  bool SetCornerRadius(int32_t radius_twips) override {
+    corner_radius = radius_twips;
+    return true;
+  }
+  bool SetShadow(bool on) override {
+    shadow = on;
+    return true;
+  }
 
   std::u16string name;
   WindowPlacement placement;
-  bool top_most = false;  // kept above other windows
-  bool visible = false;   // shown
-  bool menu_bar = false;  // has a menu bar (its inner size is smaller)
-  std::u16string caption;  // the title
-  std::u16string res_id;   // the title's resource
+  bool top_most = false;      // kept above other windows
+  bool visible = false;       // shown
+  bool menu_bar = false;      // has a menu bar (its inner size is smaller)
+  int32_t corner_radius = 0;  // twips; 0 for square corners
+  bool shadow = false;        // casts a drop shadow
+  std::u16string caption;     // the title
+  std::u16string res_id;      // the title's resource
   std::vector<Control> controls;
   std::vector<std::shared_ptr<MemoryListView>> list_views;
 };

@@ -487,6 +487,13 @@ class NORVIK50_EXPORT LIB {
   // application shows kept above other applications' windows too. False,
   // the other windows untouched, when oForm cannot be shown or kept on top.
   bool tklOpenApplicationTopMost(const std::shared_ptr<HostObject>& oForm);
+  // (Designed here.) Cuts oForm's corners round with lRadius twips, kept
+  // round when it is resized (0: square again). False when the form
+  // cannot; 5 for a negative radius.
+  bool tklRoundWindow(const std::shared_ptr<HostObject>& oForm, int32_t lRadius = 150);
+  // (Designed here.) Gives oForm a soft drop shadow to its right and below
+  // it (bShadow False: removes it). False when the form cannot.
+  bool tklWindowShadow(const std::shared_ptr<HostObject>& oForm, bool bShadow = true);
   // (Designed here.) Whether the key or mouse button with the Windows
   // virtual-key code lVirtualKey (1 ... 254) is held down now, as the
   // application's windows saw it (the user interface's IsKeyDown). False

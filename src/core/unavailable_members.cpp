@@ -77,10 +77,8 @@ std::vector<UnavailableMember> MakeList() {
                                 "tklClipCursor",
                                 "tklFindWindow",
                                 "tklGetSemiTransparentPicture",
-                                "tklRoundWindow",
                                 "tklWaitForClassFinished",
-                                "tklWaitForClassStarted",
-                                "tklWindowShadow"}) {
+                                "tklWaitForClassStarted"}) {
     list.push_back({name, kWindows, kWindowsToCome});
   }
   std::sort(list.begin(), list.end(), [](const UnavailableMember& a, const UnavailableMember& b) {

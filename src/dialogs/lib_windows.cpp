@@ -67,6 +67,16 @@ bool LIB::tklOpenApplicationTopMost(const std::shared_ptr<HostObject>& oForm) {
   return true;
 }
 
+bool LIB::tklRoundWindow(const std::shared_ptr<HostObject>& oForm, int32_t lRadius) {
+  Form& form = RequireForm(oForm);
+  if (lRadius < 0) Refuse(u"A corner radius is 0 or more twips.");
+  return form.SetCornerRadius(lRadius);
+}
+
+bool LIB::tklWindowShadow(const std::shared_ptr<HostObject>& oForm, bool bShadow) {
+  return RequireForm(oForm).SetShadow(bShadow);
+}
+
 bool LIB::tklIsKeyDown(int32_t lVirtualKey) {
   if (lVirtualKey < 1 || lVirtualKey > 254) {
     Refuse(u"A virtual-key code is a number from 1 to 254.");

@@ -175,6 +175,36 @@ TEST_F(WindowsTest, AnythingButAFormIsRefused) {
   }
 }
 
+TEST_F(WindowsTest, CornersAndShadowAreTheFormsToKeep) {
+  auto form = std::make_shared<MemoryForm>(u"frmSplash");
+  EXPECT_TRUE(lib_.tklRoundWindow(form));
+  EXPECT_EQ(form->corner_radius, 150);
+  EXPECT_TRUE(lib_.tklRoundWindow(form, 0));
+  EXPECT_EQ(form->corner_radius, 0);
+  EXPECT_THROW(lib_.tklRoundWindow(form, -15), Error);
+  EXPECT_EQ(form->corner_radius, 0);
+  EXPECT_TRUE(lib_.tklWindowShadow(form));
+  EXPECT_TRUE(form->shadow);
+  EXPECT_TRUE(lib_.tklWindowShadow(form, false));
+  EXPECT_FALSE(form->shadow);
+  auto plain = std::make_shared<PlainForm>();
+  EXPECT_FALSE(lib_.tklRoundWindow(plain, 300));
+  EXPECT_FALSE(lib_.tklWindowShadow(plain));
+  EXPECT_THROW(lib_.tklRoundWindow(nullptr), Error);
+  EXPECT_THROW(lib_.tklWindowShadow(nullptr), Error);
+
+  auto r = Invoke(lib_, "tklRoundWindow", {Variant(Object(form)), Variant(int32_t{300})});
+  EXPECT_EQ(r.result->as_boolean(), kTrue);
+  EXPECT_EQ(r.by_ref.count(0), 1u);
+  EXPECT_EQ(form->corner_radius, 300);
+  r = Invoke(lib_, "tklWindowShadow", {Variant(Object(form))});
+  EXPECT_EQ(r.by_ref.count(0), 1u);
+  EXPECT_TRUE(form->shadow);
+  for (const char* member : {"tklRoundWindow", "tklWindowShadow"}) {
+    EXPECT_TRUE(Members().Find(member, MemberKind::kMethod)->designed_here) << member;
+  }
+}
+
 TEST_F(WindowsTest, KeysAreAskedByTheirVirtualKeyCode) {
   EXPECT_FALSE(lib_.tklIsKeyDown(0x41));  // headless: no keyboard
   UseDesktop();

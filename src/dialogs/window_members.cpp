@@ -55,6 +55,20 @@ void RegisterWindowMembers(MemberTable& table) {
   table.Add(DesignedHere(
       Method("tklApplicationTopMost", {Opt("bTopMost", B, Variant(true))}, L,
              [](LIB& lib, CallArgs& a) { return Variant(lib.tklApplicationTopMost(a.flag(0))); })));
+  table.Add(DesignedHere(
+      Method("tklRoundWindow", {Ref("oForm", O), Opt("lRadius", L, Variant(int32_t{150}))}, B,
+             [](LIB& lib, CallArgs& a) {
+               const bool rounded = lib.tklRoundWindow(a[0].as_object(), a.i32(1));
+               a.MarkWritten(0);
+               return Variant(rounded);
+             })));
+  table.Add(
+      DesignedHere(Method("tklWindowShadow", {Ref("oForm", O), Opt("bShadow", B, Variant(true))}, B,
+                          [](LIB& lib, CallArgs& a) {
+                            const bool shadowed = lib.tklWindowShadow(a[0].as_object(), a.flag(1));
+                            a.MarkWritten(0);
+                            return Variant(shadowed);
+                          })));
   table.Add(
       DesignedHere(Method("tklIsKeyDown", {In("lVirtualKey", L)}, B, [](LIB& lib, CallArgs& a) {
         return Variant(lib.tklIsKeyDown(a.i32(0)));

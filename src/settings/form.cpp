@@ -23,6 +23,10 @@ bool Form::SetTopMost(bool) { return false; }
 
 bool Form::Show() { return false; }
 
+bool Form::SetCornerRadius(int32_t) { return false; }
+
+bool Form::SetShadow(bool) { return false; }
+
 TwipsSize Form::InnerSize() const { return InnerSizeOf(Placement().bounds, false); }
 
 TwipsSize InnerSizeOf(const TwipsRect& outer, bool menu_bar) {

@@ -125,9 +125,7 @@ class Deferred final : public UserInterface {
     return real_ ? real_->SetApplicationTopMost(top_most) : 0;
   }
   // Keys pressed before the toolkit started were seen by no window.
-  bool IsKeyDown(int32_t virtual_key) override {
-    return real_ && real_->IsKeyDown(virtual_key);
-  }
+  bool IsKeyDown(int32_t virtual_key) override { return real_ && real_->IsKeyDown(virtual_key); }
   std::vector<std::u16string> FontFamilies() override { return Real().FontFamilies(); }
 
  private:

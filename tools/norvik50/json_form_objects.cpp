@@ -14,9 +14,9 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
-constexpr std::array<std::string_view, 13> kFormFields = {
-    "name",  "left",     "top",       "width",   "height",  "windowState", "caption",
-    "resId", "controls", "listViews", "menuBar", "topMost", "visible"};
+constexpr std::array<std::string_view, 15> kFormFields = {
+    "name",     "left",      "top",     "width",   "height",  "windowState",  "caption", "resId",
+    "controls", "listViews", "menuBar", "topMost", "visible", "cornerRadius", "shadow"};
 constexpr std::array<std::string_view, 5> kControlFields = {"name", "caption", "resId", "tooltip",
                                                             "tooltipResId"};
 constexpr std::array<std::string_view, 2> kListViewFields = {"name", "columns"};
@@ -58,6 +58,8 @@ std::shared_ptr<MemoryForm> FormFrom(const json& payload) {
   form->menu_bar = FlagField(payload, "menuBar", false);
   form->top_most = FlagField(payload, "topMost", false);
   form->visible = FlagField(payload, "visible", false);
+  form->corner_radius = LongField(payload, "cornerRadius");
+  form->shadow = FlagField(payload, "shadow", false);
   if (const json* controls = ListField(payload, "controls", "Form")) {
     for (const json& control : *controls) {
       OnlyFields(control, "a Form control", kControlFields);
@@ -108,7 +110,9 @@ json FormToJson(const MemoryForm& form) {
           {"listViews", std::move(lists)},
           {"menuBar", form.menu_bar},
           {"topMost", form.top_most},
-          {"visible", form.visible}};
+          {"visible", form.visible},
+          {"cornerRadius", form.corner_radius},
+          {"shadow", form.shadow}};
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/qt_form_captions.h"
 #include "dialogs/qt/stays_on_top.h"
+#include "dialogs/qt/window_shape.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50 {
@@ -97,6 +98,18 @@ class QtFormControl final : public Form {
     window_->show();
     window_->raise();
     window_->activateWindow();
+    return true;
+  }
+
+  bool SetCornerRadius(int32_t radius_twips) override {
+    if (!window_) return false;
+    qt::SetRoundCorners(*window_, radius_twips / qt::kTwipsPerPixel);
+    return true;
+  }
+
+  bool SetShadow(bool shadow) override {
+    if (!window_) return false;
+    qt::SetDropShadow(*window_, shadow);
     return true;
   }
 

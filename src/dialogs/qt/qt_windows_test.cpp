@@ -6,15 +6,20 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QPainter>
+#include <QPointer>
 #include <QScreen>
 #include <QTest>
+#include <cstdlib>
 #include <memory>
 
 #include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/virtual_keys.h"
+#include "dialogs/qt/window_shape.h"
 #include "norvik50/error.h"
 #include "norvik50/lib.h"
 #include "norvik50/qt_dialogs.h"
@@ -137,6 +142,99 @@ TEST_F(QtWindowsTest, AWindowThatIsGoneIsNeitherShownNorKeptOnTop) {
   lib_.tklGetInternalFormSize(form, width, height);
   EXPECT_EQ(width, 0);
   EXPECT_EQ(height, 0);
+}
+
+TEST_F(QtWindowsTest, RoundCornersFollowTheWindowsSize) {
+  QWidget window;
+  window.resize(200, 100);
+  EXPECT_TRUE(lib_.tklRoundWindow(QtForm(&window), 20 * 15));
+  EXPECT_EQ(qt::RoundCornerRadius(window), 20);
+  const auto covers = [&](int x, int y) { return window.mask().contains(QPoint(x, y)); };
+  EXPECT_FALSE(covers(0, 0));  // the corner is cut
+  EXPECT_FALSE(covers(199, 99));
+  EXPECT_TRUE(covers(100, 50));  // the middle
+  EXPECT_TRUE(covers(20, 0));    // where the straight edge begins
+  EXPECT_TRUE(covers(0, 50));
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  window.resize(400, 300);
+  EXPECT_FALSE(covers(399, 299));  // the new corner is cut too
+  EXPECT_TRUE(covers(350, 150));   // and the larger window shows whole
+  EXPECT_TRUE(lib_.tklRoundWindow(QtForm(&window), 0));
+  EXPECT_TRUE(window.mask().isEmpty());
+  EXPECT_EQ(qt::RoundCornerRadius(window), 0);
+}
+
+TEST_F(QtWindowsTest, TheShadowFollowsItsWindow) {
+  QWidget window;
+  window.setWindowFlag(Qt::FramelessWindowHint);
+  window.setGeometry(100, 80, 200, 120);
+  EXPECT_TRUE(lib_.tklWindowShadow(QtForm(&window)));
+  QWidget* shadow = qt::DropShadowOf(window);
+  ASSERT_NE(shadow, nullptr);
+  EXPECT_FALSE(shadow->isVisible());  // the window is not shown yet
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  EXPECT_TRUE(shadow->isVisible());
+  const auto expected = [&] {
+    const QRect frame = window.frameGeometry();
+    return frame.adjusted(-qt::kShadowBlur + qt::kShadowOffset,
+                          -qt::kShadowBlur + qt::kShadowOffset, qt::kShadowBlur + qt::kShadowOffset,
+                          qt::kShadowBlur + qt::kShadowOffset);
+  };
+  EXPECT_EQ(shadow->geometry(), expected());
+  window.move(300, 200);
+  window.resize(260, 150);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(shadow->geometry(), expected());
+  EXPECT_FALSE(shadow->focusPolicy() != Qt::NoFocus && shadow->isActiveWindow());
+  window.hide();
+  EXPECT_FALSE(shadow->isVisible());
+  // Asked twice, one shadow; removed, it is gone.
+  EXPECT_TRUE(lib_.tklWindowShadow(QtForm(&window)));
+  EXPECT_EQ(qt::DropShadowOf(window), shadow);
+  QPointer<QWidget> watched(shadow);
+  EXPECT_TRUE(lib_.tklWindowShadow(QtForm(&window), false));
+  EXPECT_EQ(qt::DropShadowOf(window), nullptr);
+  EXPECT_TRUE(watched.isNull());
+}
+
+// The picture a person looks at: a rounded, shadowed window on a light
+// desktop, composed from the shadow window and the masked form as the
+// window system stacks them.
+TEST_F(QtWindowsTest, ARoundShadowedWindowLooksSo) {
+  QWidget window;
+  window.setWindowFlag(Qt::FramelessWindowHint);
+  window.setStyleSheet("background: #2b6cb0; color: white;");
+  QLabel label("Rounded and shadowed", &window);
+  label.move(40, 50);
+  window.setGeometry(60, 60, 260, 140);
+  ASSERT_TRUE(lib_.tklRoundWindow(QtForm(&window), 18 * 15));
+  ASSERT_TRUE(lib_.tklWindowShadow(QtForm(&window)));
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  QWidget* shadow = qt::DropShadowOf(window);
+  ASSERT_NE(shadow, nullptr);
+
+  QImage desktop(400, 280, QImage::Format_ARGB32);
+  desktop.fill(QColor(0xf0, 0xf0, 0xf0));
+  {
+    QPainter painter(&desktop);
+    const QPoint origin(20, 20);
+    painter.drawPixmap(shadow->geometry().topLeft() - origin, shadow->grab());
+    painter.setClipRegion(window.mask().translated(window.geometry().topLeft() - origin));
+    painter.drawPixmap(window.geometry().topLeft() - origin, window.grab());
+  }
+  if (const char* out = std::getenv("NORVIK50_WINDOW_PICTURE")) desktop.save(out);
+  const QPoint at = window.geometry().topLeft() - QPoint(20, 20);
+  const auto gray = [&](QPoint p) { return qGray(desktop.pixel(p)); };
+  // Inside: the window's colour; the cut corner shows the desktop; below
+  // and to the right the shadow darkens it, above and to the left not.
+  EXPECT_EQ(desktop.pixelColor(at + QPoint(130, 70)), QColor(0x2b, 0x6c, 0xb0));
+  EXPECT_GT(gray(at + QPoint(1, 1)), 200);
+  EXPECT_LT(gray(at + QPoint(130, 140 + 3)), gray(at + QPoint(130, -3)));
+  EXPECT_LT(gray(at + QPoint(260 + 3, 70)), gray(at + QPoint(-3, 70)));
+  EXPECT_GT(gray(at + QPoint(130, 140 + qt::kShadowBlur + qt::kShadowOffset + 2)), 235);
 }
 
 TEST_F(QtWindowsTest, VirtualKeyCodesNameQtKeys) {
