@@ -15,6 +15,7 @@ const MemberTable& Members() {
     RegisterSettingsMembers(t);
     RegisterResourceMembers(t);
     RegisterDialogMembers(t);
+    RegisterWindowMembers(t);
     return t;
   }();
   return table;

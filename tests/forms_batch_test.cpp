@@ -32,7 +32,8 @@ TEST_F(FormsBatchTest, AWindowPositionGoesIntoTheStoreAndComesBack) {
   // Minimised went in as normal.
   EXPECT_EQ(loaded["byref"]["0"], json::parse(R"({"vt":"Object","type":"Form","v":{
       "name":"frmCustomer","left":1500,"top":-300,"width":9000,"height":6000,"windowState":0,
-      "caption":"","resId":"","controls":[],"listViews":[]}})"));
+      "caption":"","resId":"","controls":[],"listViews":[],
+      "menuBar":false,"topMost":false,"visible":false,"cornerRadius":0,"shadow":false}})"));
   // Position only, under another key: nothing stored there, the form as it came.
   const json elsewhere = Ask(
       R"({"member":"tklLoadWindowPos","args":[{"vt":"Object","type":"Form","v":{"name":"frmCustomer","width":10,"height":10}},"Software\\Other",true]})");
@@ -75,14 +76,16 @@ TEST_F(FormsBatchTest, CaptionsComeFromTheLanguagesLibrary) {
                  "tooltip":"Speichert den Kunden & schließt","tooltipResId":"1002"},
                 {"name":"cmdNo","caption":"&Nein","resId":"no","tooltip":"","tooltipResId":""},
                 {"name":"labNote","caption":"Hinweis","resId":"1007","tooltip":"","tooltipResId":""}],
-                "listViews":[{"name":"lvw","columns":[{"header":"Menge","width":900,"headerResId":"1005"}]}]})"},
+                "listViews":[{"name":"lvw","columns":[{"header":"Menge","width":900,"headerResId":"1005"}]}],
+                "menuBar":false,"topMost":false,"visible":false,"cornerRadius":0,"shadow":false})"},
            {2, R"({"name":"frmCustomer","left":0,"top":0,"width":0,"height":0,"windowState":0,
                 "caption":"Edit customer","resId":"1000","controls":[
                 {"name":"cmdSave","caption":"&Save","resId":"1001",
                  "tooltip":"Saves the customer & closes","tooltipResId":"1002"},
                 {"name":"cmdNo","caption":"&No","resId":"no","tooltip":"","tooltipResId":""},
                 {"name":"labNote","caption":"Hinweis","resId":"1007","tooltip":"","tooltipResId":""}],
-                "listViews":[{"name":"lvw","columns":[{"header":"Quantity","width":900,"headerResId":"1005"}]}]})"}}) {
+                "listViews":[{"name":"lvw","columns":[{"header":"Quantity","width":900,"headerResId":"1005"}]}],
+                "menuBar":false,"topMost":false,"visible":false,"cornerRadius":0,"shadow":false})"}}) {
     Ask(json{{"member", "tkrSetValue"},
              {"args", {-2147483647, "SOFTWARE\\VANTEX\\Global", "Language", language}}}
             .dump());
@@ -126,6 +129,30 @@ TEST_F(FormsBatchTest, MalformedFormsAndListViewsAreRefused) {
       R"({"member":"tklSaveWindowPos","args":[{"vt":"Object","type":"ListView","v":{"name":"lvw"}}]})");
   EXPECT_EQ(list_as_form["error"]["number"], 5);
   EXPECT_EQ(list_as_form["error"]["description"], "The object is no form.");
+}
+
+TEST_F(FormsBatchTest, AFormComesBackShownAndOnTop) {
+  const json opened = Ask(
+      R"({"member":"tklOpenTopMost","args":[{"vt":"Object","type":"Form","v":{"name":"frmClock","width":3000,"height":2000,"menuBar":true}}]})");
+  ASSERT_EQ(opened["ok"], true) << opened.dump();
+  EXPECT_EQ(opened["result"]["v"], true);
+  EXPECT_EQ(opened["byref"]["0"]["v"]["topMost"], true);
+  EXPECT_EQ(opened["byref"]["0"]["v"]["visible"], true);
+  EXPECT_EQ(opened["byref"]["0"]["v"]["menuBar"], true);
+  const json released = Ask(
+      R"({"member":"tklTopMost","args":[{"vt":"Object","type":"Form","v":{"name":"frmClock","topMost":true,"visible":true}},false]})");
+  EXPECT_EQ(released["byref"]["0"]["v"]["topMost"], false);
+  EXPECT_EQ(released["byref"]["0"]["v"]["visible"], true);
+  // The inner size leaves out the frame and the menu bar the form has.
+  const json inner = Ask(
+      R"({"member":"tklGetInternalFormSize","args":[{"vt":"Object","type":"Form","v":{"width":6120,"height":4675,"menuBar":true}},0,0]})");
+  ASSERT_EQ(inner["ok"], true) << inner.dump();
+  EXPECT_EQ(inner["byref"]["1"]["v"], 6000);
+  EXPECT_EQ(inner["byref"]["2"]["v"], 4000);
+  // A flag that is no Boolean is refused.
+  const json wrong = Ask(
+      R"({"member":"tklTopMost","args":[{"vt":"Object","type":"Form","v":{"topMost":"yes"}}]})");
+  EXPECT_EQ(wrong["ok"], false) << wrong.dump();
 }
 
 }  // namespace

@@ -25,6 +25,12 @@
 
 namespace norvik50 {
 
+struct TwipsSize {
+  int32_t width = 0;
+  int32_t height = 0;
+  bool operator==(const TwipsSize&) const = default;
+};
+
 // A window's state, numbered as the host runtime numbers it.
 enum class WindowState : int32_t { kNormal = 0, kMinimized = 1, kMaximized = 2 };
 
@@ -63,7 +69,29 @@ class NORVIK50_EXPORT Form : public HostObject {
   // the title included, and sets each text it answers. Returns the number
   // of texts set.
   virtual int32_t FillCaptions(const CaptionLookup& lookup) = 0;
+  // Keeps the form above every other window, other applications' too, or
+  // (`top_most` false) lets it go behind them again. False when the form
+  // cannot (it is gone, or its window system does not allow it).
+  virtual bool SetTopMost(bool top_most);
+  // Shows the form and brings it to the front; false when it cannot be
+  // shown. A form that cannot show itself answers false (the default).
+  virtual bool Show();
+  // The room inside the form for its controls, in twips: the outer size
+  // without the frame, the caption and a menu bar. The default takes the
+  // classic frame off the placement's size (never below 0).
+  virtual TwipsSize InnerSize() const;
+  // Cuts the form's corners round with `radius_twips` (0: square again),
+  // and keeps them round when it is resized. False when the form cannot
+  // (the default).
+  virtual bool SetCornerRadius(int32_t radius_twips);
+  // Gives the form a soft shadow to its right and below it (`shadow`
+  // false: none). False when the form cannot (the default).
+  virtual bool SetShadow(bool shadow);
 };
+
+// The inner size of a form of `outer` size with the classic frame and,
+// with `menu_bar`, a classic menu bar; never below 0.
+NORVIK50_EXPORT TwipsSize InnerSizeOf(const TwipsRect& outer, bool menu_bar);
 
 // A form held in memory: it takes every placement as it is given. Its
 // texts are its title, its controls' captions and tooltips and its list
@@ -84,11 +112,33 @@ class NORVIK50_EXPORT MemoryForm final : public Form {
   WindowPlacement Placement() const override { return placement; }
   void SetPlacement(const WindowPlacement& to) override { placement = to; }
   int32_t FillCaptions(const CaptionLookup& lookup) override;
+  bool SetTopMost(bool on) override {
+    top_most = on;
+    return true;
+  }
+  bool Show() override {
+    visible = true;
+    return true;
+  }
+  TwipsSize InnerSize() const override { return InnerSizeOf(placement.bounds, menu_bar); }
+  bool SetCornerRadius(int32_t radius_twips) override {
+    corner_radius = radius_twips;
+    return true;
+  }
+  bool SetShadow(bool on) override {
+    shadow = on;
+    return true;
+  }
 
   std::u16string name;
   WindowPlacement placement;
-  std::u16string caption;  // the title
-  std::u16string res_id;   // the title's resource
+  bool top_most = false;      // kept above other windows
+  bool visible = false;       // shown
+  bool menu_bar = false;      // has a menu bar (its inner size is smaller)
+  int32_t corner_radius = 0;  // twips; 0 for square corners
+  bool shadow = false;        // casts a drop shadow
+  std::u16string caption;     // the title
+  std::u16string res_id;      // the title's resource
   std::vector<Control> controls;
   std::vector<std::shared_ptr<MemoryListView>> list_views;
 };

@@ -41,6 +41,14 @@ struct TwipsRect {
   bool operator==(const TwipsRect&) const = default;
 };
 
+// The classic window frame, which the library counts a form's sizes with
+// whatever frame the window system draws (the real one is not known
+// before a window is shown): a sizing border of 4 pixels on every side, a
+// caption of 18 and a menu bar of 19, at 15 twips per pixel.
+inline constexpr int32_t kClassicBorderTwips = 4 * 15;
+inline constexpr int32_t kClassicCaptionTwips = 18 * 15;
+inline constexpr int32_t kClassicMenuBarTwips = 19 * 15;
+
 // ---- Dialog requests ------------------------------------------------------------
 
 // One button of a message box: its name tag ("cmdOK", "cmdCancel", "yes",
@@ -277,6 +285,25 @@ class NORVIK50_EXPORT UserInterface {
   // twips, the primary screen first. Empty when the screens are not known
   // (the default): then a stored window position is taken as it is.
   virtual std::vector<TwipsRect> ScreenRects();
+  // The whole primary screen, panels included, in twips; all zero when no
+  // screen is known (the default).
+  virtual TwipsRect PrimaryScreen();
+  // The height of a form's menu bar in the toolkit's style, in twips. The
+  // default answers the classic 19 pixels, the height the library counts
+  // when there is no toolkit to measure.
+  virtual int32_t MenuBarHeight();
+  // Keeps every window the application shows now above the windows of
+  // other applications (`top_most` false: releases them). Returns how many
+  // windows it changed; the default has none (0).
+  virtual int32_t SetApplicationTopMost(bool top_most);
+  // Whether the key or mouse button with the Windows virtual-key code
+  // `virtual_key` (1 ... 254: 1 the left mouse button, 0x41 "A", 0x70 F1)
+  // is held down now, as the application's windows saw it. The default
+  // has no keyboard: false.
+  virtual bool IsKeyDown(int32_t virtual_key);
+  // The font families a form may use, in the toolkit's order; the default
+  // knows none.
+  virtual std::vector<std::u16string> FontFamilies();
 };
 
 // The headless implementation (the default).

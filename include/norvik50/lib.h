@@ -450,6 +450,64 @@ class NORVIK50_EXPORT LIB {
                         const std::shared_ptr<HostObject>& oListView,
                         std::u16string_view sRegSubKey = u"");
 
+  // ---- Windows and screens -----------------------------------------------
+  // Sizes in twips (15 per pixel). Forms are the objects of
+  // norvik50/form.h; any other object, or Nothing, raises 5. Without a
+  // display (the headless user interface) there is no screen: its sizes
+  // are 0, and the frame and menu bar are the classic ones.
+
+  // (Designed here.) The width of the whole primary screen, panels
+  // included; 0 when no screen is known.
+  int32_t tklGetScreenWidth();
+  // (Designed here.) The height of the whole primary screen, as
+  // tklGetScreenWidth.
+  int32_t tklGetScreenHeight();
+  // (Designed here.) What a form's frame adds to its inner size: lWidth the
+  // two side borders, lHeight the top and bottom borders and the caption.
+  // The library counts every form's size with this frame (the classic one:
+  // 120 and 390), whatever the window system draws.
+  void tklGetFrameSize(int32_t& lWidth, int32_t& lHeight);
+  // (Designed here.) The height of a form's menu bar in the toolkit's style.
+  int32_t tklGetMenuHeight();
+  // (Designed here.) The room inside oForm for its controls: its size
+  // without frame, caption and menu bar, in lWidth and lHeight.
+  void tklGetInternalFormSize(const std::shared_ptr<HostObject>& oForm, int32_t& lWidth,
+                              int32_t& lHeight);
+  // (Designed here.) Keeps oForm above every other window (bTopMost False:
+  // lets it go behind them again). False when the form cannot be kept so.
+  bool tklTopMost(const std::shared_ptr<HostObject>& oForm, bool bTopMost = true);
+  // (Designed here.) Shows oForm in front of every other window and keeps
+  // it there. False when it cannot be shown or kept on top.
+  bool tklOpenTopMost(const std::shared_ptr<HostObject>& oForm);
+  // (Designed here.) Keeps every window the application shows now above
+  // other applications' windows (bTopMost False: releases them); the
+  // number of windows changed (0 without a display).
+  int32_t tklApplicationTopMost(bool bTopMost = true);
+  // (Designed here.) tklOpenTopMost, then every other window the
+  // application shows kept above other applications' windows too. False,
+  // the other windows untouched, when oForm cannot be shown or kept on top.
+  bool tklOpenApplicationTopMost(const std::shared_ptr<HostObject>& oForm);
+  // (Designed here.) Cuts oForm's corners round with lRadius twips, kept
+  // round when it is resized (0: square again). False when the form
+  // cannot; 5 for a negative radius.
+  bool tklRoundWindow(const std::shared_ptr<HostObject>& oForm, int32_t lRadius = 150);
+  // (Designed here.) Gives oForm a soft drop shadow to its right and below
+  // it (bShadow False: removes it). False when the form cannot.
+  bool tklWindowShadow(const std::shared_ptr<HostObject>& oForm, bool bShadow = true);
+  // (Designed here.) Whether the key or mouse button with the Windows
+  // virtual-key code lVirtualKey (1 ... 254) is held down now, as the
+  // application's windows saw it (the user interface's IsKeyDown). False
+  // without a display and for a code with no key on Linux; 5 outside 1 ...
+  // 254.
+  bool tklIsKeyDown(int32_t lVirtualKey);
+  // (Designed here.) Whether a mouse button of lButton is held down: 1 the
+  // left, 2 the right, 4 the middle one, or a sum of them (any of them
+  // down). 5 for 0 or another bit.
+  bool tklIsMouseButtonDown(int32_t lButton = 1);
+  // (Designed here.) The font families a form may use, zero-based, in the
+  // toolkit's order; an empty array (0 to -1) without a display.
+  SafeArray tklGetFontList();
+
   // ---- Languages and resources ------------------------------------------
   // A non-empty sRegKey becomes the library's base key first. Documents,
   // nodes, lists and tab strips are the objects of norvik50/xml.h and

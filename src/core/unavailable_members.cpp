@@ -74,25 +74,11 @@ std::vector<UnavailableMember> MakeList() {
     list.push_back({name, kControls, kControlsToCome});
   }
   for (std::string_view name : {"glbDrawSemiTransparentPicture",
-                                "tklApplicationTopMost",
                                 "tklClipCursor",
                                 "tklFindWindow",
-                                "tklGetFontList",
-                                "tklGetFrameSize",
-                                "tklGetInternalFormSize",
-                                "tklGetMenuHeight",
-                                "tklGetScreenHeight",
-                                "tklGetScreenWidth",
                                 "tklGetSemiTransparentPicture",
-                                "tklIsKeyDown",
-                                "tklIsMouseButtonDown",
-                                "tklOpenApplicationTopMost",
-                                "tklOpenTopMost",
-                                "tklRoundWindow",
-                                "tklTopMost",
                                 "tklWaitForClassFinished",
-                                "tklWaitForClassStarted",
-                                "tklWindowShadow"}) {
+                                "tklWaitForClassStarted"}) {
     list.push_back({name, kWindows, kWindowsToCome});
   }
   std::sort(list.begin(), list.end(), [](const UnavailableMember& a, const UnavailableMember& b) {

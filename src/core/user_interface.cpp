@@ -61,6 +61,16 @@ void UserInterface::ProcessEvents() {}
 
 std::vector<TwipsRect> UserInterface::ScreenRects() { return {}; }
 
+TwipsRect UserInterface::PrimaryScreen() { return {}; }
+
+int32_t UserInterface::MenuBarHeight() { return kClassicMenuBarTwips; }
+
+int32_t UserInterface::SetApplicationTopMost(bool) { return 0; }
+
+bool UserInterface::IsKeyDown(int32_t) { return false; }
+
+std::vector<std::u16string> UserInterface::FontFamilies() { return {}; }
+
 std::shared_ptr<UserInterface> HeadlessUserInterface() {
   static const auto headless = std::make_shared<HeadlessUi>();
   return headless;

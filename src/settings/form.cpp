@@ -1,5 +1,7 @@
 #include "norvik50/form.h"
 
+#include <algorithm>
+
 namespace norvik50 {
 namespace {
 
@@ -16,6 +18,25 @@ bool Fill(const CaptionLookup& lookup, CaptionPlace place, std::u16string_view r
 }  // namespace
 
 Form::~Form() = default;
+
+bool Form::SetTopMost(bool) { return false; }
+
+bool Form::Show() { return false; }
+
+bool Form::SetCornerRadius(int32_t) { return false; }
+
+bool Form::SetShadow(bool) { return false; }
+
+TwipsSize Form::InnerSize() const { return InnerSizeOf(Placement().bounds, false); }
+
+TwipsSize InnerSizeOf(const TwipsRect& outer, bool menu_bar) {
+  // Wide arithmetic: a placement from a batch may hold any Long.
+  const int64_t width = int64_t{outer.width} - 2 * kClassicBorderTwips;
+  const int64_t height = int64_t{outer.height} - 2 * kClassicBorderTwips - kClassicCaptionTwips -
+                         (menu_bar ? kClassicMenuBarTwips : 0);
+  return {static_cast<int32_t>(std::max<int64_t>(width, 0)),
+          static_cast<int32_t>(std::max<int64_t>(height, 0))};
+}
 
 int32_t MemoryForm::FillCaptions(const CaptionLookup& lookup) {
   int32_t set = Fill(lookup, CaptionPlace::kTitle, res_id, caption) ? 1 : 0;

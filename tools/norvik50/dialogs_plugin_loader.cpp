@@ -118,6 +118,15 @@ class Deferred final : public UserInterface {
   // A stored window position is checked against the real desktop, so the
   // screens are worth starting the toolkit for.
   std::vector<TwipsRect> ScreenRects() override { return Real().ScreenRects(); }
+  TwipsRect PrimaryScreen() override { return Real().PrimaryScreen(); }
+  int32_t MenuBarHeight() override { return Real().MenuBarHeight(); }
+  // Before the toolkit started, the application has no window to keep on top.
+  int32_t SetApplicationTopMost(bool top_most) override {
+    return real_ ? real_->SetApplicationTopMost(top_most) : 0;
+  }
+  // Keys pressed before the toolkit started were seen by no window.
+  bool IsKeyDown(int32_t virtual_key) override { return real_ && real_->IsKeyDown(virtual_key); }
+  std::vector<std::u16string> FontFamilies() override { return Real().FontFamilies(); }
 
  private:
   UserInterface& Real() {

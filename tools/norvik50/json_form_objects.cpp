@@ -14,9 +14,9 @@ namespace {
 
 using json = nlohmann::ordered_json;
 
-constexpr std::array<std::string_view, 10> kFormFields = {
-    "name",        "left",    "top",   "width",    "height",
-    "windowState", "caption", "resId", "controls", "listViews"};
+constexpr std::array<std::string_view, 15> kFormFields = {
+    "name",     "left",      "top",     "width",   "height",  "windowState",  "caption", "resId",
+    "controls", "listViews", "menuBar", "topMost", "visible", "cornerRadius", "shadow"};
 constexpr std::array<std::string_view, 5> kControlFields = {"name", "caption", "resId", "tooltip",
                                                             "tooltipResId"};
 constexpr std::array<std::string_view, 2> kListViewFields = {"name", "columns"};
@@ -55,6 +55,11 @@ std::shared_ptr<MemoryForm> FormFrom(const json& payload) {
   form->placement.state = static_cast<WindowState>(state);
   form->caption = TextField(payload, "caption");
   form->res_id = TextField(payload, "resId");
+  form->menu_bar = FlagField(payload, "menuBar", false);
+  form->top_most = FlagField(payload, "topMost", false);
+  form->visible = FlagField(payload, "visible", false);
+  form->corner_radius = LongField(payload, "cornerRadius");
+  form->shadow = FlagField(payload, "shadow", false);
   if (const json* controls = ListField(payload, "controls", "Form")) {
     for (const json& control : *controls) {
       OnlyFields(control, "a Form control", kControlFields);
@@ -102,7 +107,12 @@ json FormToJson(const MemoryForm& form) {
           {"caption", Utf16ToWireText(form.caption)},
           {"resId", Utf16ToWireText(form.res_id)},
           {"controls", std::move(controls)},
-          {"listViews", std::move(lists)}};
+          {"listViews", std::move(lists)},
+          {"menuBar", form.menu_bar},
+          {"topMost", form.top_most},
+          {"visible", form.visible},
+          {"cornerRadius", form.corner_radius},
+          {"shadow", form.shadow}};
 }
 
 }  // namespace

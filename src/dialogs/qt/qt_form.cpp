@@ -1,14 +1,18 @@
 // A host's Qt window behind the library's Form: its name, where it stands
 // (in twips) and the texts that name their resources.
+#include <QMainWindow>
 #include <QMargins>
 #include <QPoint>
 #include <QPointer>
 #include <QRect>
 #include <QWidget>
+#include <algorithm>
 
 #include "dialogs/qt/control_name.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/qt_form_captions.h"
+#include "dialogs/qt/stays_on_top.h"
+#include "dialogs/qt/window_shape.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50 {
@@ -81,6 +85,46 @@ class QtFormControl final : public Form {
 
   int32_t FillCaptions(const CaptionLookup& lookup) override {
     return window_ ? qt::FillCaptions(*window_, lookup) : 0;
+  }
+
+  bool SetTopMost(bool top_most) override {
+    if (!window_) return false;
+    qt::SetStaysOnTop(*window_, top_most);
+    return true;
+  }
+
+  bool Show() override {
+    if (!window_) return false;
+    window_->show();
+    window_->raise();
+    window_->activateWindow();
+    return true;
+  }
+
+  bool SetCornerRadius(int32_t radius_twips) override {
+    if (!window_) return false;
+    qt::SetRoundCorners(*window_, radius_twips / qt::kTwipsPerPixel);
+    return true;
+  }
+
+  bool SetShadow(bool shadow) override {
+    if (!window_) return false;
+    qt::SetDropShadow(*window_, shadow);
+    return true;
+  }
+
+  TwipsSize InnerSize() const override {
+    if (!window_) return {};
+    QSize inner = window_->size();
+    // A main window's menu bar lies inside its client area.
+    if (const auto* main = qobject_cast<const QMainWindow*>(window_.data())) {
+      const QWidget* menu = main->menuWidget();
+      if (menu != nullptr && menu->isVisibleTo(main)) {
+        inner.rheight() -= menu->sizeHint().height();
+      }
+    }
+    return {std::max(inner.width(), 0) * qt::kTwipsPerPixel,
+            std::max(inner.height(), 0) * qt::kTwipsPerPixel};
   }
 
  private:

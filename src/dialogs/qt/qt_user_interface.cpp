@@ -2,6 +2,8 @@
 // through the dialog driver and answers what the form holds.
 #include <QApplication>
 #include <QCoreApplication>
+#include <QFontDatabase>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -16,10 +18,12 @@
 #include "dialogs/qt/dialog_language.h"
 #include "dialogs/qt/file_dialog.h"
 #include "dialogs/qt/input_form.h"
+#include "dialogs/qt/key_state.h"
 #include "dialogs/qt/message_form.h"
 #include "dialogs/qt/platform_probe.h"
 #include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
+#include "dialogs/qt/stays_on_top.h"
 #include "dialogs/qt/system_box.h"
 #include "dialogs/qt/zoom_form.h"
 #include "norvik50/qt_dialogs.h"
@@ -38,7 +42,9 @@ TwipsRect Twips(const QRect& pixels) {
 
 class QtUi final : public UserInterface {
  public:
-  explicit QtUi(QWidget* owner) : owner_(owner) {}
+  // Keys are followed from the start when the host made its application
+  // first, as hosts do.
+  explicit QtUi(QWidget* owner) : owner_(owner) { qt::FollowKeys(); }
   // Held in a static, this may run after the application is gone: its
   // window went with the application then (UnloadAtApplicationEnd).
   ~QtUi() override {
@@ -186,6 +192,48 @@ class QtUi final : public UserInterface {
       if (screen != primary) rects.push_back(Twips(screen->availableGeometry()));
     }
     return rects;
+  }
+
+  TwipsRect PrimaryScreen() override {
+    qt::EnsureApplication();
+    const QScreen* primary = QGuiApplication::primaryScreen();
+    return primary != nullptr ? Twips(primary->geometry()) : TwipsRect{};
+  }
+
+  int32_t MenuBarHeight() override {
+    qt::EnsureApplication();
+    // Measured on a bar with one menu: an empty bar has no height in
+    // some styles.
+    QMenuBar bar;
+    bar.addMenu(QStringLiteral("&File"));
+    return bar.sizeHint().height() * qt::kTwipsPerPixel;
+  }
+
+  int32_t SetApplicationTopMost(bool top_most) override {
+    if (!qt::ApplicationUsable()) return 0;
+    int32_t changed = 0;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (!window->isVisible() || !window->isWindow()) continue;
+      qt::SetStaysOnTop(*window, top_most);
+      ++changed;
+    }
+    return changed;
+  }
+
+  bool IsKeyDown(int32_t virtual_key) override {
+    return qt::ApplicationUsable() && qt::IsVirtualKeyDown(virtual_key);
+  }
+
+  std::vector<std::u16string> FontFamilies() override {
+    qt::EnsureApplication();
+    std::vector<std::u16string> families;
+    for (const QString& family : QFontDatabase::families()) {
+      // Private families are the platform's own (the system UI font's
+      // hidden faces): no form names them.
+      if (QFontDatabase::isPrivateFamily(family)) continue;
+      families.push_back(family.toStdU16String());
+    }
+    return families;
   }
 
  private:

@@ -20,7 +20,9 @@ namespace norvik50::cli {
 // Raised whenever the table, or the UserInterface it hands out, changes
 // shape: a command line never calls through a table it does not know.
 // 2: UserInterface::ScreenRects.
-inline constexpr int kDialogsPluginVersion = 2;
+// 3: PrimaryScreen, MenuBarHeight, SetApplicationTopMost, IsKeyDown,
+//    FontFamilies.
+inline constexpr int kDialogsPluginVersion = 3;
 
 struct DialogsPlugin {
   int version;
