@@ -48,13 +48,13 @@ MemoryListView::Row RowFrom(const json& payload) {
 std::shared_ptr<MemoryListView> ListViewFrom(const json& payload) {
   OnlyFields(payload, "ListView", kListViewFields);
   auto list = std::make_shared<MemoryListView>(TextField(payload, "name"));
-  const json* columns = ListField(payload, "columns", "ListView");
-  if (columns == nullptr) return list;
-  for (const json& column : *columns) {
-    OnlyFields(column, "a ListView column", kColumnFields);
-    list->columns.push_back({TextField(column, "header"), 0, TextField(column, "headerResId")});
-    // Kept as a list view keeps a width it is given.
-    list->SetColumnWidth(list->ColumnCount() - 1, LongField(column, "width"));
+  if (const json* columns = ListField(payload, "columns", "ListView")) {
+    for (const json& column : *columns) {
+      OnlyFields(column, "a ListView column", kColumnFields);
+      list->columns.push_back({TextField(column, "header"), 0, TextField(column, "headerResId")});
+      // Kept as a list view keeps a width it is given.
+      list->SetColumnWidth(list->ColumnCount() - 1, LongField(column, "width"));
+    }
   }
   if (const json* rows = ListField(payload, "rows", "ListView")) {
     for (const json& row : *rows) list->rows.push_back(RowFrom(row));
