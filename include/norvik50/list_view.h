@@ -54,15 +54,21 @@ class NORVIK50_EXPORT ListView : public HostObject {
   // sub-items ("" where a row has none). These raise subscript out of
   // range (9) for a row or column the list view does not have.
   virtual std::u16string ItemText(int32_t row, int32_t column) const = 0;
-  // ItemText into `out`, reusing its storage: helpers that walk every row
-  // (the typed search, sorting) call this.
-  virtual void ItemTextInto(int32_t row, int32_t column, std::u16string& out) const {
-    out = ItemText(row, column);
+  // ItemText without a copy where the control keeps the text: a view of
+  // the control's own text, or of `scratch` filled with it. Valid until the
+  // control changes or `scratch` is reused. The helpers that walk every
+  // row (the typed search, sorting) read rows this way.
+  virtual std::u16string_view ItemTextView(int32_t row, int32_t column,
+                                           std::u16string& scratch) const {
+    scratch = ItemText(row, column);
+    return scratch;
   }
   virtual bool Checked(int32_t row) const = 0;
   virtual void SetChecked(int32_t row, bool checked) = 0;
   virtual bool Selected(int32_t row) const = 0;
   virtual void SetSelected(int32_t row, bool selected) = 0;
+  // Makes `row` the only selected row, as a click on it does.
+  virtual void SelectOnly(int32_t row);
   // Rearranges the rows: row i becomes the one that was row order[i].
   // `order` is a permutation of 0 .. RowCount() - 1; rows keep their
   // texts and states.
@@ -107,11 +113,13 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
   void SetColumnCount(int32_t count) override;
   int32_t RowCount() const override { return static_cast<int32_t>(rows.size()); }
   std::u16string ItemText(int32_t row, int32_t column) const override;
-  void ItemTextInto(int32_t row, int32_t column, std::u16string& out) const override;
+  std::u16string_view ItemTextView(int32_t row, int32_t column,
+                                   std::u16string& scratch) const override;
   bool Checked(int32_t row) const override { return RowAt(row).checked; }
   void SetChecked(int32_t row, bool checked) override { RowAt(row).checked = checked; }
   bool Selected(int32_t row) const override { return RowAt(row).selected; }
   void SetSelected(int32_t row, bool selected) override { RowAt(row).selected = selected; }
+  void SelectOnly(int32_t row) override;
   void ReorderRows(const std::vector<int32_t>& order) override;
   ListViewSort Sort() const override { return sort; }
   void SetSort(ListViewSort new_sort) override { sort = new_sort; }

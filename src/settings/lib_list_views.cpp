@@ -219,12 +219,7 @@ int32_t LIB::tklSearchListItem(const std::shared_ptr<HostObject>& oListView,
   if (lStart < 0 || lStart > list.RowCount()) OutOfRange();
   const int32_t start = lStart == 0 ? std::max(FirstSelected(list), 0) : lStart - 1;
   const int32_t found = settings::SearchRow(list, sTyped, start, column);
-  if (found >= 0 && bSelect) {
-    for (int32_t row = 0, count = list.RowCount(); row < count; ++row) {
-      if (row != found && list.Selected(row)) list.SetSelected(row, false);
-    }
-    list.SetSelected(found, true);
-  }
+  if (found >= 0 && bSelect) list.SelectOnly(found);
   return found + 1;
 }
 

@@ -16,6 +16,13 @@ namespace {
 
 ListView::~ListView() = default;
 
+void ListView::SelectOnly(int32_t row) {
+  SetSelected(row, true);
+  for (int32_t other = 0, count = RowCount(); other < count; ++other) {
+    if (other != row && Selected(other)) SetSelected(other, false);
+  }
+}
+
 void ListView::CheckRowOrder(const std::vector<int32_t>& order, int32_t row_count) {
   std::vector<bool> seen(static_cast<std::size_t>(std::max(row_count, 0)));
   bool valid = order.size() == seen.size();
@@ -69,20 +76,22 @@ void MemoryListView::SetColumnCount(int32_t count) {
 }
 
 std::u16string MemoryListView::ItemText(int32_t row, int32_t column) const {
-  std::u16string text;
-  ItemTextInto(row, column, text);
-  return text;
+  std::u16string scratch;
+  return std::u16string(ItemTextView(row, column, scratch));
 }
 
-void MemoryListView::ItemTextInto(int32_t row, int32_t column, std::u16string& out) const {
+std::u16string_view MemoryListView::ItemTextView(int32_t row, int32_t column,
+                                                 std::u16string& /*scratch*/) const {
   const Row& r = RowAt(row);
   At(column);
   const auto i = static_cast<std::size_t>(column);
-  if (i < r.texts.size()) {
-    out.assign(r.texts[i]);
-  } else {
-    out.clear();
-  }
+  return i < r.texts.size() ? std::u16string_view(r.texts[i]) : std::u16string_view();
+}
+
+void MemoryListView::SelectOnly(int32_t row) {
+  RowAt(row);
+  for (Row& r : rows) r.selected = false;
+  rows[static_cast<std::size_t>(row)].selected = true;
 }
 
 void MemoryListView::ReorderRows(const std::vector<int32_t>& order) {

@@ -25,7 +25,8 @@ char16_t FoldUnit(char16_t c) {
 bool StartsWithFolded(std::u16string_view text, std::u16string_view folded_prefix) {
   if (text.size() < folded_prefix.size()) return false;
   for (std::size_t i = 0; i < folded_prefix.size(); ++i) {
-    if (FoldUnit(text[i]) != folded_prefix[i]) return false;
+    // Most units are already in folded form: equal as they are.
+    if (text[i] != folded_prefix[i] && FoldUnit(text[i]) != folded_prefix[i]) return false;
   }
   return true;
 }
@@ -37,8 +38,9 @@ bool EqualFolded(std::u16string_view a, std::u16string_view folded_b) {
 std::vector<std::u16string> ColumnTexts(const ListView& list, int32_t column) {
   const int32_t rows = list.RowCount();
   std::vector<std::u16string> texts(static_cast<std::size_t>(rows));
+  std::u16string scratch;
   for (int32_t row = 0; row < rows; ++row) {
-    list.ItemTextInto(row, column, texts[static_cast<std::size_t>(row)]);
+    texts[static_cast<std::size_t>(row)] = list.ItemTextView(row, column, scratch);
   }
   return texts;
 }
@@ -144,8 +146,7 @@ int32_t FindRow(const ListView& list, std::u16string_view text, int32_t column) 
   const std::u16string folded = FoldText(text);
   std::u16string cell;
   for (int32_t row = 0, count = list.RowCount(); row < count; ++row) {
-    list.ItemTextInto(row, column, cell);
-    if (EqualFolded(cell, folded)) return row;
+    if (EqualFolded(list.ItemTextView(row, column, cell), folded)) return row;
   }
   return -1;
 }
@@ -178,10 +179,12 @@ int32_t SearchRow(const ListView& list, std::u16string_view typed, int32_t start
   start = std::clamp(start, 0, count - 1);
   std::u16string cell;
   const auto first_from = [&](std::u16string_view folded, int32_t from) {
-    for (int32_t i = 0; i < count; ++i) {
-      const int32_t row = (from + i) % count;
-      list.ItemTextInto(row, column, cell);
-      if (StartsWithFolded(cell, folded)) return row;
+    // From `from` to the end, then from the top: no division per row.
+    for (int32_t row = from; row < count; ++row) {
+      if (StartsWithFolded(list.ItemTextView(row, column, cell), folded)) return row;
+    }
+    for (int32_t row = 0; row < from; ++row) {
+      if (StartsWithFolded(list.ItemTextView(row, column, cell), folded)) return row;
     }
     return -1;
   };
@@ -209,8 +212,7 @@ std::u16string ListViewAsText(const ListView& list, bool with_headers, bool sele
     if (selected_only && !list.Selected(row)) continue;
     for (int32_t column = 0; column < columns; ++column) {
       if (column > 0) out += u'\t';
-      list.ItemTextInto(row, column, cell);
-      AppendCell(out, cell);
+      AppendCell(out, list.ItemTextView(row, column, cell));
     }
     end_row();
   }

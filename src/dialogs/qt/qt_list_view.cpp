@@ -77,6 +77,22 @@ class HeaderListView final : public ListView {
   std::u16string ItemText(int32_t row, int32_t column) const override {
     return ToU16(Cell(row, column).data(Qt::DisplayRole).toString());
   }
+  // A QTreeWidget's item is asked directly: no model index and variant on
+  // the way, which is what a search through every row spends most on.
+  std::u16string_view ItemTextView(int32_t row, int32_t column,
+                                   std::u16string& scratch) const override {
+    QString text;
+    if (auto* tree = qobject_cast<QTreeWidget*>(view_.data())) {
+      Check(column);
+      if (row < 0 || row >= tree->topLevelItemCount()) OutOfRange();
+      text = tree->topLevelItem(row)->text(column);
+    } else {
+      text = Cell(row, column).data(Qt::DisplayRole).toString();
+    }
+    scratch.assign(reinterpret_cast<const char16_t*>(text.utf16()),
+                   static_cast<std::size_t>(text.size()));
+    return scratch;
+  }
   bool Checked(int32_t row) const override {
     return Cell(row, 0).data(Qt::CheckStateRole).toInt() == Qt::Checked;
   }
@@ -94,6 +110,15 @@ class HeaderListView final : public ListView {
       selection->select(cell,
                         (selected ? QItemSelectionModel::Select : QItemSelectionModel::Deselect) |
                             QItemSelectionModel::Rows);
+    }
+  }
+  // One call on the selection model, which also makes the row current
+  // (where the keyboard goes on), as a click does.
+  void SelectOnly(int32_t row) override {
+    const QModelIndex cell = Cell(row, 0);
+    if (QItemSelectionModel* selection = view_->selectionModel()) {
+      selection->setCurrentIndex(cell,
+                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     }
   }
   // A QTreeWidget or a QStandardItemModel moves its items; another model
