@@ -54,7 +54,8 @@ TEST_F(FormsBatchTest, ColumnWidthsGoIntoTheStoreAndComeBack) {
   EXPECT_EQ(loaded["result"]["v"], true);
   EXPECT_EQ(loaded["byref"]["1"], json::parse(R"({"vt":"Object","type":"ListView","v":{
       "name":"lvwItems","columns":[{"header":"Nr","width":900,"headerResId":""},
-      {"header":"Text","width":3000,"headerResId":""},{"header":"New","width":700,"headerResId":""}]}})"));
+      {"header":"Text","width":3000,"headerResId":""},{"header":"New","width":700,"headerResId":""}],
+      "rows":[],"sortColumn":0,"sortOrder":0}})"));
 }
 
 TEST_F(FormsBatchTest, CaptionsComeFromTheLanguagesLibrary) {
@@ -76,7 +77,8 @@ TEST_F(FormsBatchTest, CaptionsComeFromTheLanguagesLibrary) {
                  "tooltip":"Speichert den Kunden & schließt","tooltipResId":"1002"},
                 {"name":"cmdNo","caption":"&Nein","resId":"no","tooltip":"","tooltipResId":""},
                 {"name":"labNote","caption":"Hinweis","resId":"1007","tooltip":"","tooltipResId":""}],
-                "listViews":[{"name":"lvw","columns":[{"header":"Menge","width":900,"headerResId":"1005"}]}],
+                "listViews":[{"name":"lvw","columns":[{"header":"Menge","width":900,"headerResId":"1005"}],
+                 "rows":[],"sortColumn":0,"sortOrder":0}],
                 "menuBar":false,"topMost":false,"visible":false,"cornerRadius":0,"shadow":false})"},
            {2, R"({"name":"frmCustomer","left":0,"top":0,"width":0,"height":0,"windowState":0,
                 "caption":"Edit customer","resId":"1000","controls":[
@@ -84,7 +86,8 @@ TEST_F(FormsBatchTest, CaptionsComeFromTheLanguagesLibrary) {
                  "tooltip":"Saves the customer & closes","tooltipResId":"1002"},
                 {"name":"cmdNo","caption":"&No","resId":"no","tooltip":"","tooltipResId":""},
                 {"name":"labNote","caption":"Hinweis","resId":"1007","tooltip":"","tooltipResId":""}],
-                "listViews":[{"name":"lvw","columns":[{"header":"Quantity","width":900,"headerResId":"1005"}]}],
+                "listViews":[{"name":"lvw","columns":[{"header":"Quantity","width":900,"headerResId":"1005"}],
+                 "rows":[],"sortColumn":0,"sortOrder":0}],
                 "menuBar":false,"topMost":false,"visible":false,"cornerRadius":0,"shadow":false})"}}) {
     Ask(json{{"member", "tkrSetValue"},
              {"args", {-2147483647, "SOFTWARE\\VANTEX\\Global", "Language", language}}}

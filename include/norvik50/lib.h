@@ -508,6 +508,85 @@ class NORVIK50_EXPORT LIB {
   // toolkit's order; an empty array (0 to -1) without a display.
   SafeArray tklGetFontList();
 
+  // ---- List views -------------------------------------------------------
+  // oListView is a norvik50/list_view.h ListView (another object raises
+  // invalid call, 5). Rows (lIndex) and columns (lColumn) count from 1,
+  // column 1 being the item and the others its sub-items; a row or column
+  // the list view does not have raises subscript out of range (9).
+  //
+  // (Designed here.) Gives the list view one column per header of sHeaders,
+  // split at sSeparator; columns beyond them go. Answers the column count.
+  int32_t tklSetListViewHeaders(const std::shared_ptr<HostObject>& oListView,
+                                std::u16string_view sHeaders, std::u16string_view sSeparator = u"|");
+  // (Designed here.) The column whose header is sHeader (without case); 0
+  // when none.
+  int32_t tklGetListViewCol(const std::shared_ptr<HostObject>& oListView,
+                            std::u16string_view sHeader);
+  // (Designed here.) The text of row lIndex in column lColumn.
+  std::u16string tklListItemText(const std::shared_ptr<HostObject>& oListView, int32_t lIndex,
+                                 int32_t lColumn = 1);
+  // (Designed here.) The first row whose text in lColumn is sText (without
+  // case); 0 when none.
+  int32_t tklListItemIndex(const std::shared_ptr<HostObject>& oListView, std::u16string_view sText,
+                           int32_t lColumn = 1);
+  // (Designed here.) Checks (or with bChecked False clears) every row;
+  // answers the number of rows.
+  int32_t tklListCheckAllItems(const std::shared_ptr<HostObject>& oListView, bool bChecked = true);
+  // (Designed here.) The number of checked rows; their indexes, ascending,
+  // into lIndexes (a Long array from 0, empty when none) when given.
+  int32_t tklListCheckedItems(const std::shared_ptr<HostObject>& oListView,
+                              SafeArray* lIndexes = nullptr);
+  // (Designed here.) Whether row lIndex is checked, after checking or
+  // clearing it when bChecked is given.
+  bool tklListItemChecked(const std::shared_ptr<HostObject>& oListView, int32_t lIndex,
+                          std::optional<bool> bChecked = std::nullopt);
+  // (Designed here.) The number of selected rows; their indexes into
+  // lIndexes when given, as tklListCheckedItems.
+  int32_t tklListSelectedItems(const std::shared_ptr<HostObject>& oListView,
+                               SafeArray* lIndexes = nullptr);
+  // (Designed here.) Selects (bSelected False: deselects) the rows vIndexes
+  // names: one index or an array of them. With bDeselectOthers every other
+  // row loses its selection. A bad index raises 9 before any row changes.
+  // Answers the number of selected rows.
+  int32_t tklListSelectItems(const std::shared_ptr<HostObject>& oListView, const Variant& vIndexes,
+                             bool bSelected = true, bool bDeselectOthers = false);
+  // (Designed here.) Whether row lIndex is selected, after selecting or
+  // deselecting it when bSelected is given.
+  bool tklListItemSelected(const std::shared_ptr<HostObject>& oListView, int32_t lIndex,
+                           std::optional<bool> bSelected = std::nullopt);
+  // (Designed here.) The number of selected rows.
+  int32_t tklSelItemCount(const std::shared_ptr<HostObject>& oListView);
+  // (Designed here.) The text in lColumn of the first selected row ("" when
+  // none); its index (0 when none) into lIndex when given.
+  std::u16string tklSelectedItem(const std::shared_ptr<HostObject>& oListView, int32_t lColumn = 1,
+                                 int32_t* lIndex = nullptr);
+  // (Designed here.) Whether any row is selected.
+  bool tklHasSelectedItem(const std::shared_ptr<HostObject>& oListView);
+  // (Designed here.) Whether the row vItem names is selected: a number is
+  // the row's index, a text the first row with that item text (without
+  // case). False, not an error, when there is no such row.
+  bool tklIsSelected(const std::shared_ptr<HostObject>& oListView, const Variant& vItem);
+  // (Designed here.) Sorts the rows by lColumn, ascending, or descending
+  // when already sorted ascending by it (a column header's second click).
+  // iSortType: 0 as the column's cells read (numbers, else dates, else
+  // text), 1 text, 2 numbers, 3 dates, in the current locale. Answers the
+  // order now shown: 0 ascending, 1 descending.
+  int16_t tklSortListView(const std::shared_ptr<HostObject>& oListView, int32_t lColumn,
+                          int16_t iSortType = 0);
+  // (Designed here.) The incremental search of a person typing into the
+  // list: the first row from lStart on (0: the selected row, else the
+  // first; wrapping round) whose text in lColumn begins with sTyped without
+  // case; one character typed again cycles through the rows beginning with
+  // it. With bSelect the found row becomes the only selected one. Answers
+  // the row, 0 when none.
+  int32_t tklSearchListItem(const std::shared_ptr<HostObject>& oListView, std::u16string_view sTyped,
+                            int32_t lStart = 0, int32_t lColumn = 1, bool bSelect = true);
+  // (Designed here.) The rows (bSelectedOnly: the selected ones), after a
+  // line of headers with bHeaders, as tab-separated text, each row ended by
+  // CR LF: what a spreadsheet pastes.
+  std::u16string tklCopyListView(const std::shared_ptr<HostObject>& oListView, bool bHeaders = true,
+                                 bool bSelectedOnly = false);
+
   // ---- Languages and resources ------------------------------------------
   // A non-empty sRegKey becomes the library's base key first. Documents,
   // nodes, lists and tab strips are the objects of norvik50/xml.h and

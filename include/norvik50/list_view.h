@@ -1,12 +1,14 @@
 // A host's list view (a report-style list with columns) as the library's
-// members drive it. Today that is its columns: each with a header text and
-// a width in twips, kept by tklSaveColWidths / tklLoadColWidths and
-// captioned by tklLoadFormCaptions. The Qt adapters come with the dialogs
-// (norvik50/qt_dialogs.h: QTreeView, QTreeWidget, QTableView);
-// MemoryListView serves hosts without a toolkit, tests and the batch.
+// members drive it: its columns, each with a header text and a width in
+// twips (kept by tklSaveColWidths / tklLoadColWidths, captioned by
+// tklLoadFormCaptions), and its rows, each with the item's text, the texts
+// of its sub-items and a checked and a selected state, and the column it
+// is sorted by (the list view helpers tklSortListView, tklListItemText ...). The Qt adapters come
+// with the dialogs (norvik50/qt_dialogs.h: QTreeView, QTreeWidget, QTableView); MemoryListView
+// serves hosts without a toolkit, tests and the batch.
 //
-// Columns are numbered from 0 here; what the members store counts them
-// from 1, as a host's column headers are counted.
+// Columns and rows are numbered from 0 here; the members count both from
+// 1, as a host's column headers and list items are counted.
 //
 // Thread safety: none; a control belongs to the thread that uses it.
 #ifndef NORVIK50_LIST_VIEW_H_
@@ -22,6 +24,13 @@
 
 namespace norvik50 {
 
+// The column a list view is sorted by and in which direction.
+struct ListViewSort {
+  int32_t column = -1;  // -1: not sorted
+  bool descending = false;
+  bool operator==(const ListViewSort&) const = default;
+};
+
 class NORVIK50_EXPORT ListView : public HostObject {
  public:
   ~ListView() override;
@@ -35,6 +44,44 @@ class NORVIK50_EXPORT ListView : public HostObject {
   virtual int32_t ColumnWidth(int32_t column) const = 0;
   // A width below 0 is taken as 0 (a column the user cannot see).
   virtual void SetColumnWidth(int32_t column, int32_t width_twips) = 0;
+  // Adds columns (empty header, the width the control gives a new one) or
+  // removes the last ones until there are `count`. Raises invalid call (5)
+  // when the control cannot have that many.
+  virtual void SetColumnCount(int32_t count) = 0;
+
+  virtual int32_t RowCount() const = 0;
+  // The text of `row` in `column`: column 0 is the item, the others its
+  // sub-items ("" where a row has none). These raise subscript out of
+  // range (9) for a row or column the list view does not have.
+  virtual std::u16string ItemText(int32_t row, int32_t column) const = 0;
+  // ItemText without a copy where the control keeps the text: a view of
+  // the control's own text, or of `scratch` filled with it. Valid until the
+  // control changes or `scratch` is reused. The helpers that walk every
+  // row (the typed search, sorting) read rows this way.
+  virtual std::u16string_view ItemTextView(int32_t row, int32_t column,
+                                           std::u16string& scratch) const {
+    scratch = ItemText(row, column);
+    return scratch;
+  }
+  virtual bool Checked(int32_t row) const = 0;
+  virtual void SetChecked(int32_t row, bool checked) = 0;
+  virtual bool Selected(int32_t row) const = 0;
+  virtual void SetSelected(int32_t row, bool selected) = 0;
+  // Makes `row` the only selected row, as a click on it does.
+  virtual void SelectOnly(int32_t row);
+  // Rearranges the rows: row i becomes the one that was row order[i].
+  // `order` is a permutation of 0 .. RowCount() - 1; rows keep their
+  // texts and states.
+  virtual void ReorderRows(const std::vector<int32_t>& order) = 0;
+  virtual ListViewSort Sort() const = 0;
+  // Records (and shows, where the control has a sort indicator) the
+  // column the rows are sorted by; the rows themselves are not touched.
+  virtual void SetSort(ListViewSort sort) = 0;
+
+ protected:
+  // Raises invalid call (5) unless `order` names each of `row_count` rows
+  // exactly once: a control reordered by a bad order would lose rows.
+  static void CheckRowOrder(const std::vector<int32_t>& order, int32_t row_count);
 };
 
 // A list view held in memory.
@@ -48,6 +95,14 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
     std::u16string header_res_id;
     bool operator==(const Column&) const = default;
   };
+  struct Row {
+    // The item's text, then its sub-items' (fewer than the columns is
+    // fine: the missing ones read "").
+    std::vector<std::u16string> texts;
+    bool checked = false;
+    bool selected = false;
+    bool operator==(const Row&) const = default;
+  };
   explicit MemoryListView(std::u16string name = u"") : name(std::move(name)) {}
   std::u16string Name() const override { return name; }
   int32_t ColumnCount() const override { return static_cast<int32_t>(columns.size()); }
@@ -55,13 +110,30 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
   void SetColumnHeader(int32_t column, std::u16string_view text) override;
   int32_t ColumnWidth(int32_t column) const override;
   void SetColumnWidth(int32_t column, int32_t width_twips) override;
+  void SetColumnCount(int32_t count) override;
+  int32_t RowCount() const override { return static_cast<int32_t>(rows.size()); }
+  std::u16string ItemText(int32_t row, int32_t column) const override;
+  std::u16string_view ItemTextView(int32_t row, int32_t column,
+                                   std::u16string& scratch) const override;
+  bool Checked(int32_t row) const override { return RowAt(row).checked; }
+  void SetChecked(int32_t row, bool checked) override { RowAt(row).checked = checked; }
+  bool Selected(int32_t row) const override { return RowAt(row).selected; }
+  void SetSelected(int32_t row, bool selected) override { RowAt(row).selected = selected; }
+  void SelectOnly(int32_t row) override;
+  void ReorderRows(const std::vector<int32_t>& order) override;
+  ListViewSort Sort() const override { return sort; }
+  void SetSort(ListViewSort new_sort) override { sort = new_sort; }
 
   std::u16string name;
   std::vector<Column> columns;
+  std::vector<Row> rows;
+  ListViewSort sort;
 
  private:
   const Column& At(int32_t column) const;
   Column& At(int32_t column);
+  const Row& RowAt(int32_t row) const;
+  Row& RowAt(int32_t row);
 };
 
 }  // namespace norvik50

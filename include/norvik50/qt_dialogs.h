@@ -132,8 +132,12 @@ NORVIK50_EXPORT std::shared_ptr<Form> QtForm(QWidget* window);
 // its columns are the model's, numbered as the model numbers them however
 // the user reordered them; headers are the model's horizontal header
 // texts (a model that keeps none ignores new ones), widths those of the
-// header's sections in twips (0 for a hidden column). The name is the
-// object name, else the class name. Not owned, as the form.
+// header's sections in twips (0 for a hidden column). Rows are the
+// model's top-level rows: texts its display texts, checked its first
+// column's check state, selected the view's selection; the sort column is
+// the header's sort indicator. Rows are reordered for a QTreeWidget and a
+// QStandardItemModel; another model refuses (5). The name is the object
+// name, else the class name. Not owned, as the form.
 NORVIK50_EXPORT std::shared_ptr<ListView> QtListView(QTreeView* view);
 NORVIK50_EXPORT std::shared_ptr<ListView> QtListView(QTableView* view);
 

@@ -6,14 +6,49 @@
 #include "norvik50/error.h"
 
 namespace norvik50 {
+namespace {
+
+[[noreturn]] void OutOfRange() {
+  throw Error(kErrSubscript, u"Invalid property array index", std::u16string(kErrorSource));
+}
+
+}  // namespace
 
 ListView::~ListView() = default;
 
-const MemoryListView::Column& MemoryListView::At(int32_t column) const {
-  if (column < 0 || static_cast<std::size_t>(column) >= columns.size()) {
-    throw Error(kErrSubscript, u"Invalid property array index", std::u16string(kErrorSource));
+void ListView::SelectOnly(int32_t row) {
+  SetSelected(row, true);
+  for (int32_t other = 0, count = RowCount(); other < count; ++other) {
+    if (other != row && Selected(other)) SetSelected(other, false);
   }
+}
+
+void ListView::CheckRowOrder(const std::vector<int32_t>& order, int32_t row_count) {
+  std::vector<bool> seen(static_cast<std::size_t>(std::max(row_count, 0)));
+  bool valid = order.size() == seen.size();
+  for (std::size_t i = 0; valid && i < order.size(); ++i) {
+    const int32_t from = order[i];
+    valid = from >= 0 && from < row_count && !seen[static_cast<std::size_t>(from)];
+    if (valid) seen[static_cast<std::size_t>(from)] = true;
+  }
+  if (!valid) {
+    throw Error(kErrInvalidCall, u"The new order must name every row once.",
+                std::u16string(kErrorSource));
+  }
+}
+
+const MemoryListView::Column& MemoryListView::At(int32_t column) const {
+  if (column < 0 || static_cast<std::size_t>(column) >= columns.size()) OutOfRange();
   return columns[static_cast<std::size_t>(column)];
+}
+
+const MemoryListView::Row& MemoryListView::RowAt(int32_t row) const {
+  if (row < 0 || static_cast<std::size_t>(row) >= rows.size()) OutOfRange();
+  return rows[static_cast<std::size_t>(row)];
+}
+
+MemoryListView::Row& MemoryListView::RowAt(int32_t row) {
+  return const_cast<Row&>(std::as_const(*this).RowAt(row));
 }
 
 MemoryListView::Column& MemoryListView::At(int32_t column) {
@@ -30,6 +65,41 @@ int32_t MemoryListView::ColumnWidth(int32_t column) const { return At(column).wi
 
 void MemoryListView::SetColumnWidth(int32_t column, int32_t width_twips) {
   At(column).width_twips = std::max(width_twips, 0);
+}
+
+void MemoryListView::SetColumnCount(int32_t count) {
+  if (count < 0) {
+    throw Error(kErrInvalidCall, u"A list view cannot have fewer than 0 columns.",
+                std::u16string(kErrorSource));
+  }
+  columns.resize(static_cast<std::size_t>(count));
+}
+
+std::u16string MemoryListView::ItemText(int32_t row, int32_t column) const {
+  std::u16string scratch;
+  return std::u16string(ItemTextView(row, column, scratch));
+}
+
+std::u16string_view MemoryListView::ItemTextView(int32_t row, int32_t column,
+                                                 std::u16string& /*scratch*/) const {
+  const Row& r = RowAt(row);
+  At(column);
+  const auto i = static_cast<std::size_t>(column);
+  return i < r.texts.size() ? std::u16string_view(r.texts[i]) : std::u16string_view();
+}
+
+void MemoryListView::SelectOnly(int32_t row) {
+  RowAt(row);
+  for (Row& r : rows) r.selected = false;
+  rows[static_cast<std::size_t>(row)].selected = true;
+}
+
+void MemoryListView::ReorderRows(const std::vector<int32_t>& order) {
+  CheckRowOrder(order, RowCount());
+  std::vector<Row> reordered;
+  reordered.reserve(rows.size());
+  for (int32_t from : order) reordered.push_back(std::move(RowAt(from)));
+  rows = std::move(reordered);
 }
 
 }  // namespace norvik50

@@ -11,6 +11,8 @@ namespace {
 void RegisterWindowPositionMembers(MemberTable& table);
 }  // namespace
 
+void RegisterListViewMembers(MemberTable& table);  // src/settings/list_view_members.cpp
+
 void RegisterSettingsMembers(MemberTable& table) {
   using namespace members;
 
@@ -76,6 +78,7 @@ void RegisterSettingsMembers(MemberTable& table) {
                      return Variant();
                    }));
   RegisterWindowPositionMembers(table);
+  RegisterListViewMembers(table);
 }
 
 namespace {

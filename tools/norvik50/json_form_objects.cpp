@@ -19,8 +19,10 @@ constexpr std::array<std::string_view, 15> kFormFields = {
     "controls", "listViews", "menuBar", "topMost", "visible", "cornerRadius", "shadow"};
 constexpr std::array<std::string_view, 5> kControlFields = {"name", "caption", "resId", "tooltip",
                                                             "tooltipResId"};
-constexpr std::array<std::string_view, 2> kListViewFields = {"name", "columns"};
+constexpr std::array<std::string_view, 5> kListViewFields = {"name", "columns", "rows",
+                                                             "sortColumn", "sortOrder"};
 constexpr std::array<std::string_view, 3> kColumnFields = {"header", "width", "headerResId"};
+constexpr std::array<std::string_view, 3> kRowFields = {"texts", "checked", "selected"};
 
 const json* ListField(const json& payload, const char* name, const std::string& owner) {
   const auto it = payload.find(name);
@@ -29,17 +31,44 @@ const json* ListField(const json& payload, const char* name, const std::string& 
   return &*it;
 }
 
+MemoryListView::Row RowFrom(const json& payload) {
+  OnlyFields(payload, "a ListView row", kRowFields);
+  MemoryListView::Row row;
+  if (const json* texts = ListField(payload, "texts", "a ListView row")) {
+    for (const json& text : *texts) {
+      if (!text.is_string()) throw JsonValueError("\"texts\" must hold strings");
+      row.texts.push_back(WireTextToUtf16(text.get_ref<const std::string&>()));
+    }
+  }
+  row.checked = FlagField(payload, "checked", false);
+  row.selected = FlagField(payload, "selected", false);
+  return row;
+}
+
 std::shared_ptr<MemoryListView> ListViewFrom(const json& payload) {
   OnlyFields(payload, "ListView", kListViewFields);
   auto list = std::make_shared<MemoryListView>(TextField(payload, "name"));
-  const json* columns = ListField(payload, "columns", "ListView");
-  if (columns == nullptr) return list;
-  for (const json& column : *columns) {
-    OnlyFields(column, "a ListView column", kColumnFields);
-    list->columns.push_back({TextField(column, "header"), 0, TextField(column, "headerResId")});
-    // Kept as a list view keeps a width it is given.
-    list->SetColumnWidth(list->ColumnCount() - 1, LongField(column, "width"));
+  if (const json* columns = ListField(payload, "columns", "ListView")) {
+    for (const json& column : *columns) {
+      OnlyFields(column, "a ListView column", kColumnFields);
+      list->columns.push_back({TextField(column, "header"), 0, TextField(column, "headerResId")});
+      // Kept as a list view keeps a width it is given.
+      list->SetColumnWidth(list->ColumnCount() - 1, LongField(column, "width"));
+    }
   }
+  if (const json* rows = ListField(payload, "rows", "ListView")) {
+    for (const json& row : *rows) list->rows.push_back(RowFrom(row));
+  }
+  // The host's numbers: columns from 1, 0 for a list view not sorted.
+  const int32_t sort_column = LongField(payload, "sortColumn");
+  const int32_t sort_order = LongField(payload, "sortOrder");
+  if (sort_column < 0 || sort_column > list->ColumnCount()) {
+    throw JsonValueError("\"sortColumn\" must be 0 (not sorted) or one of the columns");
+  }
+  if (sort_order < 0 || sort_order > 1) {
+    throw JsonValueError("\"sortOrder\" must be 0 (ascending) or 1 (descending)");
+  }
+  list->sort = {sort_column - 1, sort_order == 1};
   return list;
 }
 
@@ -81,7 +110,18 @@ json ListViewToJson(const MemoryListView& list) {
                        {"width", column.width_twips},
                        {"headerResId", Utf16ToWireText(column.header_res_id)}});
   }
-  return {{"name", Utf16ToWireText(list.name)}, {"columns", std::move(columns)}};
+  json rows = json::array();
+  for (const MemoryListView::Row& row : list.rows) {
+    json texts = json::array();
+    for (const std::u16string& text : row.texts) texts.push_back(Utf16ToWireText(text));
+    rows.push_back(
+        {{"texts", std::move(texts)}, {"checked", row.checked}, {"selected", row.selected}});
+  }
+  return {{"name", Utf16ToWireText(list.name)},
+          {"columns", std::move(columns)},
+          {"rows", std::move(rows)},
+          {"sortColumn", list.sort.column + 1},
+          {"sortOrder", list.sort.descending ? 1 : 0}};
 }
 
 json FormToJson(const MemoryForm& form) {
