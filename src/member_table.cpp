@@ -15,6 +15,7 @@ const MemberTable& Members() {
     RegisterSettingsMembers(t);
     RegisterResourceMembers(t);
     RegisterDialogMembers(t);
+    RegisterListBoxMembers(t);
     return t;
   }();
   return table;

@@ -15,6 +15,7 @@ void RegisterNumericMembers(MemberTable& table);   // src/numeric/numeric_member
 void RegisterSettingsMembers(MemberTable& table);  // src/settings/settings_members.cpp
 void RegisterResourceMembers(MemberTable& table);  // src/resources/resource_members.cpp
 void RegisterDialogMembers(MemberTable& table);    // src/dialogs/dialog_members.cpp
+void RegisterListBoxMembers(MemberTable& table);   // src/dialogs/list_box_members.cpp
 
 }  // namespace norvik50
 
