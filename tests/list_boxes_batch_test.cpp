@@ -53,6 +53,14 @@ TEST_F(ListBoxesBatchTest, TheChosenRowComesBackInTheAnswer) {
       json::parse(R"([{"text":"a","itemData":1},{"text":"b","itemData":2,"selected":true}])"));
 }
 
+TEST_F(ListBoxesBatchTest, IsControlTellsControlsFromOtherValues) {
+  EXPECT_EQ(Ask(std::string(R"({"member":"tklIsControl","args":[)") + kFlags + "]}")["result"],
+            json::parse(R"({"vt":"Boolean","v":true})"));
+  EXPECT_EQ(Ask(R"({"member":"tklIsControl","args":["txtName"]})")["result"]["v"], false);
+  EXPECT_EQ(Ask(R"({"member":"tklIsControl","args":[{"vt":"Object","v":null}]})")["result"]["v"],
+            false);
+}
+
 TEST_F(ListBoxesBatchTest, OptionGroups) {
   EXPECT_EQ(Ask(R"({"member":"tklGetOptionIndex","args":[{"vt":"Object","type":"OptionGroup","v":)"
                 R"({"buttons":["Netto","Brutto"],"checked":1}}]})")["result"],

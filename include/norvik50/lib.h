@@ -555,6 +555,11 @@ class NORVIK50_EXPORT LIB {
   // oGrid: iAlignment 0 left, 1 right, 2 centre; 5 for another.
   void tklAlignText(const std::shared_ptr<HostObject>& oGrid, int16_t iAlignment,
                     int16_t iCol = -1);
+  // (Designed here.) True when vObject stands for a control of a form (a
+  // text field, list, tab strip, option group, frame set, grid, list view
+  // or anything else that takes the focus); False for a form, any other
+  // object, Nothing and a value that is no object. Never fails.
+  bool tklIsControl(const Variant& vObject);
 
   // ---- Dialogs ----------------------------------------------------------
   // Shown through the installed user interface (norvik50/host.h); the

@@ -53,7 +53,6 @@ std::vector<UnavailableMember> MakeList() {
                                 "tklGetContainer",
                                 "tklGetListViewCol",
                                 "tklHasSelectedItem",
-                                "tklIsControl",
                                 "tklIsFormOpen",
                                 "tklIsSelected",
                                 "tklListCheckAllItems",

@@ -53,6 +53,9 @@ void RegisterListBoxMembers(MemberTable& table) {
         a.MarkWritten(0);
         return Variant();
       })));
+  table.Add(DesignedHere(Method("tklIsControl", {In("vObject", V)}, B, [](LIB& lib, CallArgs& a) {
+    return Variant(lib.tklIsControl(a[0]));
+  })));
 }
 
 }  // namespace norvik50
