@@ -16,6 +16,7 @@ const MemberTable& Members() {
     RegisterResourceMembers(t);
     RegisterDialogMembers(t);
     RegisterWindowMembers(t);
+    RegisterListBoxMembers(t);
     return t;
   }();
   return table;

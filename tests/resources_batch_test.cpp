@@ -32,7 +32,8 @@ TEST_F(ResourcesBatchTest, AFilledListComesBackInTheAnswer) {
   const json tabs = Ask(std::string(R"({"member":"tklXMLFillTabStrip","args":[)") + kDocument +
                         R"(,{"vt":"Object","type":"TabStrip","v":[]},"c"]})");
   EXPECT_EQ(tabs["byref"]["1"]["v"],
-            json::parse(R"([{"key":"T4","caption":"Red|#F00"},{"key":"T0","caption":"Green"}])"));
+            json::parse(R"([{"key":"T4","caption":"Red|#F00","selected":true},)"
+                        R"({"key":"T0","caption":"Green"}])"));
 }
 
 TEST_F(ResourcesBatchTest, DocumentsAndNodesAsArguments) {

@@ -657,6 +657,47 @@ class NORVIK50_EXPORT LIB {
   void tklXMLFillTabStrip(const std::shared_ptr<HostObject>& oDOMDoc,
                           const std::shared_ptr<HostObject>& oTab, std::u16string_view sName);
 
+  // ---- List boxes, option groups, tabs and grids -------------------------
+  // On the host's controls (norvik50/host_controls.h). An object of the
+  // wrong kind raises 5; a row index that names no row raises 9.
+
+  // (Designed here.) The item data of row lIndex (0-based), or of the
+  // first chosen row for -1; -1 when lIndex is -1 and no row is chosen.
+  int32_t tklListBoxData(const std::shared_ptr<HostObject>& oList, int32_t lIndex = -1);
+  // (Designed here.) The sum of the item data of the chosen rows (of all
+  // rows with bAllItems): the flags a list of bit values stands for.
+  // Raises 6 when the sum leaves a Long.
+  int32_t tklListBoxItemSum(const std::shared_ptr<HostObject>& oList, bool bAllItems = false);
+  // (Designed here.) Chooses (releases, with bSelect False) the first row
+  // whose item data is the number vFind, or whose text is the text vFind
+  // without regard to case. The row's index; -1, with the list untouched,
+  // when none matches. 13 for a vFind that is neither.
+  int32_t tklSelectListBoxItem(const std::shared_ptr<HostObject>& oList, const Variant& vFind,
+                               bool bSelect = true);
+  // (Designed here.) The number of the checked button of the option
+  // group; -1 when none is checked.
+  int16_t tklGetOptionIndex(const std::shared_ptr<HostObject>& oGroup);
+  // (Designed here.) Shows the frame of oTab's tab in front and hides the
+  // other frames of oFrames (the frames in tab order). The frame shown, -1
+  // when no tab is in front (every frame hidden); 9 when the tab in front
+  // has no frame.
+  int16_t tklOnTabClick(const std::shared_ptr<HostObject>& oTab,
+                        const std::shared_ptr<HostObject>& oFrames);
+  // (Designed here.) Makes column iCol (-1: the last) of oGrid fill what
+  // the other columns leave of the grid's visible width, at least
+  // lMinWidth twips. The column's new width in twips.
+  int32_t tklResizeGridCol(const std::shared_ptr<HostObject>& oGrid, int16_t iCol = -1,
+                           int32_t lMinWidth = 0);
+  // (Designed here.) Aligns the text of column iCol (-1: every column) of
+  // oGrid: iAlignment 0 left, 1 right, 2 centre; 5 for another.
+  void tklAlignText(const std::shared_ptr<HostObject>& oGrid, int16_t iAlignment,
+                    int16_t iCol = -1);
+  // (Designed here.) True when vObject stands for a control of a form (a
+  // text field, list, tab strip, option group, frame set, grid, list view
+  // or anything else that takes the focus); False for a form, any other
+  // object, Nothing and a value that is no object. Never fails.
+  bool tklIsControl(const Variant& vObject);
+
   // ---- Dialogs ----------------------------------------------------------
   // Shown through the installed user interface (norvik50/host.h); the
   // headless one shows nothing and answers as a dialog that failed. Answer

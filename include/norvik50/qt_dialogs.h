@@ -27,6 +27,7 @@
 #include "norvik50/text_control.h"
 
 class QWidget;
+class QButtonGroup;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -87,11 +88,14 @@ NORVIK50_EXPORT std::shared_ptr<TextControl> QtTextControl(QTreeWidgetItem* node
 // A label in the host's status bar as the status panel of tklSelectField.
 NORVIK50_EXPORT std::shared_ptr<StatusPanel> QtStatusPanel(QLabel* label);
 
-// A list box or combo box for the list-filling members. Each row keeps its
-// item data under Qt::UserRole; NewIndex is the row where the last added
-// text landed (a sorted list puts it in its place). tklSetFocus gives the
-// widget the focus (the object is also a Focusable). Not owned: once the
-// widget is destroyed, the list takes no rows and has none.
+// A list box or combo box for the list-filling members and the list-box
+// helpers. Each row keeps its item data under Qt::UserRole; NewIndex is the
+// row where the last added text landed (a sorted list puts it in its
+// place). A list row with a check box (a Qt::CheckStateRole value) is chosen
+// when checked, any other when selected; a combo box's choice is its
+// current row. tklSetFocus gives the widget the focus (the object is also
+// a Focusable). Not owned: once the widget is destroyed, the list takes no
+// rows and has none.
 NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QListWidget* list);
 NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QComboBox* combo);
 
@@ -102,6 +106,24 @@ NORVIK50_EXPORT std::shared_ptr<ListControl> QtListControl(QComboBox* combo);
 // host added to the host. tklSetFocus focuses the bar or tab widget. Not
 // owned, as the lists.
 NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabBar* bar);
+// A button group as the option group of tklGetOptionIndex: a button's
+// number is the id the host gave it (addButton(button, id), id >= 0), else
+// its place in the order the buttons were added. Not owned, as the lists.
+NORVIK50_EXPORT std::shared_ptr<OptionGroup> QtOptionGroup(QButtonGroup* group);
+
+// The frames of a tab strip's tabs for tklOnTabClick: the child widgets of
+// `container` in the order they were made (the order of a designer form's
+// file), frame i for tab i. A QStackedWidget's pages are its frames, and
+// showing one makes it the current page. Not owned, as the lists; the
+// frames are counted anew at each call, so a frame added later counts.
+NORVIK50_EXPORT std::shared_ptr<TabFrames> QtTabFrames(QWidget* container);
+
+// A table view or table widget as the grid of tklResizeGridCol and
+// tklAlignText: widths in twips (15 a pixel), the visible width that of its
+// viewport, a hidden column 0 wide. Alignment goes to every cell of the
+// column and its header as Qt::TextAlignmentRole (vertically centred).
+// Not owned, as the lists.
+NORVIK50_EXPORT std::shared_ptr<Grid> QtGrid(QTableView* table);
 NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
 
 // A host's widget as the object of tklShowWait: its MousePointer is the

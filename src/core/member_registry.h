@@ -16,6 +16,7 @@ void RegisterSettingsMembers(MemberTable& table);  // src/settings/settings_memb
 void RegisterResourceMembers(MemberTable& table);  // src/resources/resource_members.cpp
 void RegisterDialogMembers(MemberTable& table);    // src/dialogs/dialog_members.cpp
 void RegisterWindowMembers(MemberTable& table);    // src/dialogs/window_members.cpp
+void RegisterListBoxMembers(MemberTable& table);   // src/dialogs/list_box_members.cpp
 
 }  // namespace norvik50
 

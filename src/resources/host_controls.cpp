@@ -14,6 +14,29 @@ namespace {
 ListControl::~ListControl() = default;
 TabCollection::~TabCollection() = default;
 TabStrip::~TabStrip() = default;
+OptionGroup::~OptionGroup() = default;
+TabFrames::~TabFrames() = default;
+Grid::~Grid() = default;
+
+void MemoryTabFrames::SetVisible(int32_t index, bool visible) {
+  if (index < 0 || static_cast<std::size_t>(index) >= frames.size()) NoSuchRow();
+  frames[index].visible = visible;
+}
+
+int32_t MemoryGrid::ColumnWidth(int32_t column) const {
+  if (column < 0 || static_cast<std::size_t>(column) >= columns.size()) NoSuchRow();
+  return columns[column].width;
+}
+
+void MemoryGrid::SetColumnWidth(int32_t column, int32_t width_twips) {
+  if (column < 0 || static_cast<std::size_t>(column) >= columns.size()) NoSuchRow();
+  columns[column].width = width_twips;
+}
+
+void MemoryGrid::SetColumnAlignment(int32_t column, TextAlignment alignment) {
+  if (column < 0 || static_cast<std::size_t>(column) >= columns.size()) NoSuchRow();
+  columns[column].alignment = alignment;
+}
 
 void MemoryList::Clear() {
   rows_.clear();
@@ -25,14 +48,28 @@ void MemoryList::AddItem(std::u16string_view text) {
   new_index_ = static_cast<int32_t>(rows_.size()) - 1;
 }
 
-int32_t MemoryList::ItemData(int32_t index) const {
+const MemoryList::Row& MemoryList::At(int32_t index) const {
   if (index < 0 || static_cast<std::size_t>(index) >= rows_.size()) NoSuchRow();
-  return rows_[index].item_data;
+  return rows_[index];
 }
 
+int32_t MemoryList::ItemData(int32_t index) const { return At(index).item_data; }
+
 void MemoryList::SetItemData(int32_t index, int32_t data) {
-  if (index < 0 || static_cast<std::size_t>(index) >= rows_.size()) NoSuchRow();
+  At(index);
   rows_[index].item_data = data;
+}
+
+std::u16string MemoryList::ItemText(int32_t index) const { return At(index).text; }
+
+bool MemoryList::Selected(int32_t index) const { return At(index).selected; }
+
+void MemoryList::SetSelected(int32_t index, bool selected) {
+  At(index);
+  if (selected && !multi_select_) {
+    for (Row& row : rows_) row.selected = false;
+  }
+  rows_[index].selected = selected;
 }
 
 void MemoryTabStrip::Add(std::optional<int32_t> index, std::u16string_view key,

@@ -36,6 +36,48 @@ std::shared_ptr<XmlDocument> DocumentFrom(const json& payload) {
   return document;
 }
 
+// A List is its rows, or {"multiSelect": true, "rows": [...]} for a list
+// that takes several choices.
+std::shared_ptr<MemoryList> ListFrom(const json& payload) {
+  const json* rows = &payload;
+  bool multi = false;
+  if (payload.is_object()) {
+    for (const auto& [name, value] : payload.items()) {
+      if (name != "rows" && name != "multiSelect") {
+        throw JsonValueError("List has no field \"" + name + "\"");
+      }
+    }
+    const auto flag = payload.find("multiSelect");
+    if (flag != payload.end()) {
+      if (!flag->is_boolean()) throw JsonValueError("\"multiSelect\" must be true or false");
+      multi = flag->get<bool>();
+    }
+    const auto found = payload.find("rows");
+    rows = found == payload.end() ? nullptr : &*found;
+  }
+  auto list = std::make_shared<MemoryList>(multi);
+  if (rows == nullptr) return list;
+  for (const json& row : Rows(*rows, "List")) {
+    if (!row.is_object())
+      throw JsonValueError("a List row must be {\"text\":...,\"itemData\":...}");
+    list->AddItem(Field(row, "text"));
+    const auto data = row.find("itemData");
+    if (data != row.end()) {
+      if (!data->is_number_integer() || *data < INT32_MIN || *data > INT32_MAX) {
+        throw JsonValueError("\"itemData\" must be a whole number within a Long");
+      }
+      list->SetItemData(list->NewIndex(), data->get<int32_t>());
+    }
+    const auto selected = row.find("selected");
+    if (selected != row.end()) {
+      if (!selected->is_boolean()) throw JsonValueError("\"selected\" must be true or false");
+      // In a single-choice list a later chosen row wins, as a click would.
+      if (selected->get<bool>()) list->SetSelected(list->NewIndex(), true);
+    }
+  }
+  return list;
+}
+
 }  // namespace
 
 std::optional<Variant> ResourceObjectFromJson(const std::string& type, const json& payload) {
@@ -48,22 +90,7 @@ std::optional<Variant> ResourceObjectFromJson(const std::string& type, const jso
     auto node = document->SelectSingleNode(u"/*");
     return Variant(std::shared_ptr<HostObject>(std::move(node)));
   }
-  if (type == "List") {
-    auto list = std::make_shared<MemoryList>();
-    for (const json& row : Rows(payload, "List")) {
-      if (!row.is_object())
-        throw JsonValueError("a List row must be {\"text\":...,\"itemData\":...}");
-      list->AddItem(Field(row, "text"));
-      const auto data = row.find("itemData");
-      if (data != row.end()) {
-        if (!data->is_number_integer() || *data < INT32_MIN || *data > INT32_MAX) {
-          throw JsonValueError("\"itemData\" must be a whole number within a Long");
-        }
-        list->SetItemData(list->NewIndex(), data->get<int32_t>());
-      }
-    }
-    return Variant(std::shared_ptr<HostObject>(std::move(list)));
-  }
+  if (type == "List") return Variant(std::shared_ptr<HostObject>(ListFrom(payload)));
   if (type == "TabStrip") {
     auto strip = std::make_shared<MemoryTabStrip>();
     for (const json& tab : Rows(payload, "TabStrip")) {
@@ -72,6 +99,11 @@ std::optional<Variant> ResourceObjectFromJson(const std::string& type, const jso
         strip->Tabs().Add(std::nullopt, Field(tab, "key"), Field(tab, "caption"));
       } catch (const Error&) {
         throw JsonValueError("two tabs with one key");
+      }
+      const auto selected = tab.find("selected");
+      if (selected != tab.end()) {
+        if (!selected->is_boolean()) throw JsonValueError("\"selected\" must be true or false");
+        if (selected->get<bool>()) strip->selected = static_cast<int32_t>(strip->tabs().size()) - 1;
       }
     }
     return Variant(std::shared_ptr<HostObject>(std::move(strip)));
@@ -92,15 +124,22 @@ std::optional<json> ResourceObjectToJson(const HostObject& object) {
   if (const auto* list = dynamic_cast<const MemoryList*>(&object)) {
     json rows = json::array();
     for (const MemoryList::Row& row : list->rows()) {
-      rows.push_back({{"text", Utf16ToWireText(row.text)}, {"itemData", row.item_data}});
+      json out = {{"text", Utf16ToWireText(row.text)}, {"itemData", row.item_data}};
+      if (row.selected) out["selected"] = true;
+      rows.push_back(std::move(out));
+    }
+    if (list->MultiSelect()) {
+      json v = {{"multiSelect", true}, {"rows", std::move(rows)}};
+      return json{{"vt", "Object"}, {"type", "List"}, {"v", std::move(v)}};
     }
     return json{{"vt", "Object"}, {"type", "List"}, {"v", std::move(rows)}};
   }
   if (const auto* strip = dynamic_cast<const MemoryTabStrip*>(&object)) {
     json tabs = json::array();
     for (const MemoryTabStrip::Tab& tab : strip->tabs()) {
-      tabs.push_back(
-          {{"key", Utf16ToWireText(tab.key)}, {"caption", Utf16ToWireText(tab.caption)}});
+      json out = {{"key", Utf16ToWireText(tab.key)}, {"caption", Utf16ToWireText(tab.caption)}};
+      if (static_cast<int32_t>(tabs.size()) == strip->SelectedIndex()) out["selected"] = true;
+      tabs.push_back(std::move(out));
     }
     return json{{"vt", "Object"}, {"type", "TabStrip"}, {"v", std::move(tabs)}};
   }

@@ -1,5 +1,7 @@
-// The host's Qt list boxes, combo boxes, tab bars and tab widgets behind
-// the library's ListControl and TabStrip, for the list-filling members.
+// The host's Qt list boxes, combo boxes, tab bars, tab widgets and button
+// groups behind the library's ListControl, TabStrip and OptionGroup.
+#include <QAbstractButton>
+#include <QButtonGroup>
 #include <QComboBox>
 #include <QListWidget>
 #include <QPointer>
@@ -44,6 +46,7 @@ class RowList : public ListControl, public Focusable {
     CheckRow(index);
     SetData(index, data);
   }
+  int32_t Count() const override { return widget_ ? widget_->count() : 0; }
 
  protected:
   virtual QVariant Data(int32_t index) const = 0;
@@ -67,7 +70,47 @@ class ListWidgetList final : public RowList<QListWidget> {
     new_index_ = widget_->row(row);
   }
 
+  std::u16string ItemText(int32_t index) const override {
+    CheckRow(index);
+    return widget_->item(index)->text().toStdU16String();
+  }
+  bool Selected(int32_t index) const override {
+    CheckRow(index);
+    const QListWidgetItem* row = widget_->item(index);
+    return HasCheckBox(*row) ? row->checkState() == Qt::Checked : row->isSelected();
+  }
+  void SetSelected(int32_t index, bool selected) override {
+    CheckRow(index);
+    QListWidgetItem* row = widget_->item(index);
+    if (HasCheckBox(*row)) {
+      row->setCheckState(selected ? Qt::Checked : Qt::Unchecked);
+      return;
+    }
+    if (selected && !MultiSelect()) {
+      // The row becomes the current one too, as a click would make it, so
+      // that the host's currentRowChanged handlers run.
+      widget_->setCurrentItem(row, QItemSelectionModel::ClearAndSelect);
+      return;
+    }
+    row->setSelected(selected);
+  }
+  // A list whose rows have check boxes takes any number of them; otherwise
+  // its selection mode decides.
+  bool MultiSelect() const override {
+    if (!widget_) return false;
+    if (widget_->count() > 0 && HasCheckBox(*widget_->item(0))) return true;
+    const auto mode = widget_->selectionMode();
+    return mode == QAbstractItemView::MultiSelection ||
+           mode == QAbstractItemView::ExtendedSelection ||
+           mode == QAbstractItemView::ContiguousSelection;
+  }
+
  private:
+  // A row shows a check box once it has a check state: every row is
+  // user-checkable by default, so the flag alone tells nothing.
+  static bool HasCheckBox(const QListWidgetItem& row) {
+    return row.data(Qt::CheckStateRole).isValid();
+  }
   QVariant Data(int32_t index) const override { return widget_->item(index)->data(Qt::UserRole); }
   void SetData(int32_t index, int32_t data) override {
     widget_->item(index)->setData(Qt::UserRole, data);
@@ -82,6 +125,25 @@ class ComboList final : public RowList<QComboBox> {
     new_index_ = widget_->count();
     widget_->insertItem(new_index_, ToQ(text));
   }
+
+  std::u16string ItemText(int32_t index) const override {
+    CheckRow(index);
+    return widget_->itemText(index).toStdU16String();
+  }
+  // A combo box's choice is its current row.
+  bool Selected(int32_t index) const override {
+    CheckRow(index);
+    return widget_->currentIndex() == index;
+  }
+  void SetSelected(int32_t index, bool selected) override {
+    CheckRow(index);
+    if (selected) {
+      widget_->setCurrentIndex(index);
+    } else if (widget_->currentIndex() == index) {
+      widget_->setCurrentIndex(-1);
+    }
+  }
+  bool MultiSelect() const override { return false; }
 
  private:
   QVariant Data(int32_t index) const override { return widget_->itemData(index, Qt::UserRole); }
@@ -113,6 +175,7 @@ class BarTabs final : public TabStrip, public Focusable, private TabCollection {
  public:
   explicit BarTabs(QTabBar* bar) : bar_(bar) {}
   TabCollection& Tabs() override { return *this; }
+  int32_t SelectedIndex() const override { return bar_ ? bar_->currentIndex() : -1; }
   void SetFocus() override {
     if (bar_) bar_->setFocus();
   }
@@ -140,6 +203,7 @@ class WidgetTabs final : public TabStrip, public Focusable, private TabCollectio
  public:
   explicit WidgetTabs(QTabWidget* tabs) : tabs_(tabs) {}
   TabCollection& Tabs() override { return *this; }
+  int32_t SelectedIndex() const override { return tabs_ ? tabs_->currentIndex() : -1; }
   void SetFocus() override {
     if (tabs_) tabs_->setFocus();
   }
@@ -166,8 +230,33 @@ class WidgetTabs final : public TabStrip, public Focusable, private TabCollectio
   QPointer<QTabWidget> tabs_;
 };
 
+// Ids a host gave with QButtonGroup::addButton(button, id) are the
+// buttons' numbers; a group left to number itself (Qt's automatic ids are
+// negative) counts its buttons in the order they were added.
+class ButtonGroupOptions final : public OptionGroup {
+ public:
+  explicit ButtonGroupOptions(QButtonGroup* group) : group_(group) {}
+  int32_t Count() const override {
+    return group_ ? static_cast<int32_t>(group_->buttons().size()) : 0;
+  }
+  int32_t CheckedIndex() const override {
+    if (!group_) return -1;
+    QAbstractButton* checked = group_->checkedButton();
+    if (!checked) return -1;
+    const int id = group_->id(checked);
+    if (id >= 0) return id;
+    return static_cast<int32_t>(group_->buttons().indexOf(checked));
+  }
+
+ private:
+  QPointer<QButtonGroup> group_;
+};
+
 }  // namespace
 
+std::shared_ptr<OptionGroup> QtOptionGroup(QButtonGroup* group) {
+  return std::make_shared<ButtonGroupOptions>(group);
+}
 std::shared_ptr<ListControl> QtListControl(QListWidget* list) {
   return std::make_shared<ListWidgetList>(list);
 }
