@@ -41,6 +41,16 @@ struct TwipsRect {
   bool operator==(const TwipsRect&) const = default;
 };
 
+// A top-level window of any program on the desktop, as the window system
+// lists it. On X11 the class is the window's WM_CLASS, whose two parts
+// name the program's instance ("xterm") and its class ("XTerm").
+struct TopLevelWindow {
+  int64_t id = 0;  // the window system's id (an X11 window id)
+  std::u16string instance;
+  std::u16string class_name;
+  std::u16string title;
+};
+
 // The classic window frame, which the library counts a form's sizes with
 // whatever frame the window system draws (the real one is not known
 // before a window is shown): a sizing border of 4 pixels on every side, a
@@ -304,6 +314,15 @@ class NORVIK50_EXPORT UserInterface {
   // The font families a form may use, in the toolkit's order; the default
   // knows none.
   virtual std::vector<std::u16string> FontFamilies();
+  // The top-level windows of every program on the desktop now, the
+  // top-most first; nullopt when the window system does not let one
+  // program see the windows of others (the default, Wayland, offscreen).
+  virtual std::optional<std::vector<TopLevelWindow>> TopLevelWindows();
+  // Keeps the pointer inside `area` (screen coordinates, in twips, moving
+  // it there first) until it is called again; nullopt releases it. False
+  // when the pointer cannot be confined here (the default: no pointer,
+  // though releasing it succeeds).
+  virtual bool ConfinePointer(const std::optional<TwipsRect>& area);
 };
 
 // The headless implementation (the default).

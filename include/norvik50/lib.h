@@ -507,6 +507,26 @@ class NORVIK50_EXPORT LIB {
   // (Designed here.) The font families a form may use, zero-based, in the
   // toolkit's order; an empty array (0 to -1) without a display.
   SafeArray tklGetFontList();
+  // (Designed here.) The top-most window on the desktop, of any program,
+  // whose class (on X11 either part of WM_CLASS) is sClass and whose title
+  // is sTitle, both without regard to case; an empty argument matches
+  // every window. Its window id, 0 when there is none. 5 when both are
+  // empty; 438 where other programs' windows cannot be seen.
+  int32_t tklFindWindow(std::u16string_view sClass, std::u16string_view sTitle = u"");
+  // (Designed here.) Waits, processing the host's events, until a window
+  // of sClass is on the desktop; True when one is, False when lMilliSeconds
+  // passed first (0 or less: one look). 5 for an empty class or a limit
+  // above an hour; 438 as tklFindWindow.
+  bool tklWaitForClassStarted(std::u16string_view sClass, int32_t lMilliSeconds = 10000);
+  // (Designed here.) As tklWaitForClassStarted, until no window of sClass
+  // is left.
+  bool tklWaitForClassFinished(std::u16string_view sClass, int32_t lMilliSeconds = 10000);
+  // (Designed here.) Keeps the pointer inside the rectangle (screen
+  // coordinates, twips) until this object is destroyed, the application
+  // stops being active or the member is called again; a width or height of
+  // 0 releases it. False when the pointer cannot be confined here. 5 for a
+  // negative width or height.
+  bool tklClipCursor(int32_t lLeft = 0, int32_t lTop = 0, int32_t lWidth = 0, int32_t lHeight = 0);
 
   // ---- List views -------------------------------------------------------
   // oListView is a norvik50/list_view.h ListView (another object raises

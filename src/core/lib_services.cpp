@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "core/library_state.h"
+#include "core/pointer_clip.h"
 #include "core/property_bag.h"  // LIB owns one; its destructor needs the type
 #include "norvik50/encoding.h"
 #include "norvik50/host.h"
@@ -29,6 +30,8 @@ LIB::LIB() {
 }
 
 LIB::~LIB() {
+  // The pointer this object confined goes free with it.
+  ReleasePointerClipOf(*this);
   // An unnamed call appends to whatever log this object last named.
   tklLogAction(HostApplicationName() + u" terminated.", u"");
 }

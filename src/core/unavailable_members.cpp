@@ -56,11 +56,7 @@ std::vector<UnavailableMember> MakeList() {
     list.push_back({name, kControls, kControlsToCome});
   }
   for (std::string_view name : {"glbDrawSemiTransparentPicture",
-                                "tklClipCursor",
-                                "tklFindWindow",
-                                "tklGetSemiTransparentPicture",
-                                "tklWaitForClassFinished",
-                                "tklWaitForClassStarted"}) {
+                                "tklGetSemiTransparentPicture"}) {
     list.push_back({name, kWindows, kWindowsToCome});
   }
   std::sort(list.begin(), list.end(), [](const UnavailableMember& a, const UnavailableMember& b) {

@@ -71,6 +71,14 @@ bool UserInterface::IsKeyDown(int32_t) { return false; }
 
 std::vector<std::u16string> UserInterface::FontFamilies() { return {}; }
 
+std::optional<std::vector<TopLevelWindow>> UserInterface::TopLevelWindows() {
+  return std::nullopt;
+}
+
+bool UserInterface::ConfinePointer(const std::optional<TwipsRect>& area) {
+  return !area.has_value();
+}
+
 std::shared_ptr<UserInterface> HeadlessUserInterface() {
   static const auto headless = std::make_shared<HeadlessUi>();
   return headless;

@@ -78,6 +78,25 @@ void RegisterWindowMembers(MemberTable& table) {
              [](LIB& lib, CallArgs& a) { return Variant(lib.tklIsMouseButtonDown(a.i32(0))); })));
   table.Add(DesignedHere(Method(
       "tklGetFontList", {}, A, [](LIB& lib, CallArgs&) { return Variant(lib.tklGetFontList()); })));
+  table.Add(DesignedHere(Method(
+      "tklFindWindow", {In("sClass", S), Opt("sTitle", S, Variant(u""))}, L,
+      [](LIB& lib, CallArgs& a) { return Variant(lib.tklFindWindow(a.str(0), a.str(1))); })));
+  for (const char* name : {"tklWaitForClassStarted", "tklWaitForClassFinished"}) {
+    const bool started = std::string_view(name) == "tklWaitForClassStarted";
+    table.Add(DesignedHere(
+        Method(name, {In("sClass", S), Opt("lMilliSeconds", L, Variant(int32_t{10000}))}, B,
+               [started](LIB& lib, CallArgs& a) {
+                 return Variant(started ? lib.tklWaitForClassStarted(a.str(0), a.i32(1))
+                                        : lib.tklWaitForClassFinished(a.str(0), a.i32(1)));
+               })));
+  }
+  table.Add(DesignedHere(
+      Method("tklClipCursor",
+             {Opt("lLeft", L, Variant(int32_t{0})), Opt("lTop", L, Variant(int32_t{0})),
+              Opt("lWidth", L, Variant(int32_t{0})), Opt("lHeight", L, Variant(int32_t{0}))},
+             B, [](LIB& lib, CallArgs& a) {
+               return Variant(lib.tklClipCursor(a.i32(0), a.i32(1), a.i32(2), a.i32(3)));
+             })));
 }
 
 }  // namespace norvik50

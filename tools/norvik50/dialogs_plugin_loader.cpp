@@ -127,6 +127,14 @@ class Deferred final : public UserInterface {
   // Keys pressed before the toolkit started were seen by no window.
   bool IsKeyDown(int32_t virtual_key) override { return real_ && real_->IsKeyDown(virtual_key); }
   std::vector<std::u16string> FontFamilies() override { return Real().FontFamilies(); }
+  std::optional<std::vector<TopLevelWindow>> TopLevelWindows() override {
+    return Real().TopLevelWindows();
+  }
+  // Nothing was confined before the toolkit started, so releasing needs none.
+  bool ConfinePointer(const std::optional<TwipsRect>& area) override {
+    if (!area) return real_ ? real_->ConfinePointer(area) : true;
+    return Real().ConfinePointer(area);
+  }
 
  private:
   UserInterface& Real() {

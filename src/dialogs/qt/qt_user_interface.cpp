@@ -25,6 +25,7 @@
 #include "dialogs/qt/qt_application.h"
 #include "dialogs/qt/stays_on_top.h"
 #include "dialogs/qt/system_box.h"
+#include "dialogs/qt/x11_desktop.h"
 #include "dialogs/qt/zoom_form.h"
 #include "norvik50/qt_dialogs.h"
 
@@ -236,7 +237,53 @@ class QtUi final : public UserInterface {
     return families;
   }
 
+  std::optional<std::vector<TopLevelWindow>> TopLevelWindows() override {
+    qt::X11Desktop* desktop = Desktop();
+    if (desktop == nullptr) return std::nullopt;
+    return desktop->TopLevelWindows();
+  }
+
+  bool ConfinePointer(const std::optional<TwipsRect>& area) override {
+    if (!area) {
+      if (desktop_) desktop_->Release();
+      return true;
+    }
+    qt::X11Desktop* desktop = Desktop();
+    if (desktop == nullptr || !desktop->Confine(qt::PixelsOf(*area))) return false;
+    ReleaseWhenApplicationLetsGo();
+    return true;
+  }
+
  private:
+  // The X11 desktop of other programs' windows; null on every other
+  // platform (Wayland keeps them from each other, offscreen has none).
+  qt::X11Desktop* Desktop() {
+    qt::EnsureApplication();
+    if (QGuiApplication::platformName() != QStringLiteral("xcb")) return nullptr;
+    if (!desktop_) desktop_ = qt::X11Desktop::Connect();
+    return desktop_.get();
+  }
+
+  // The pointer is the user's again once the application is no longer the
+  // one they work in: another application became active, its last window
+  // closed, or the application ends.
+  void ReleaseWhenApplicationLetsGo() {
+    QGuiApplication* app = qGuiApp;
+    if (app == nullptr || followed_ == app) return;
+    followed_ = app;
+    const std::weak_ptr<qt::X11Desktop> desktop = desktop_;
+    const auto release = [desktop] {
+      if (const auto held = desktop.lock()) held->Release();
+    };
+    QObject::connect(app, &QGuiApplication::applicationStateChanged, app,
+                     [release](Qt::ApplicationState state) {
+                       if (state != Qt::ApplicationActive) release();
+                     });
+    QObject::connect(app, &QGuiApplication::lastWindowClosed, app, release);
+    QObject::connect(app, &QCoreApplication::aboutToQuit, app, release);
+    QObject::connect(app, &QObject::destroyed, release);
+  }
+
   void Apply(const MessageWindowState& state) {
     const bool was_visible = progress_->isVisible();
     progress_->Apply(state);
@@ -251,6 +298,8 @@ class QtUi final : public UserInterface {
 
   QPointer<QWidget> owner_;
   QPointer<qt::ProgressForm> progress_;
+  std::shared_ptr<qt::X11Desktop> desktop_;
+  QPointer<QGuiApplication> followed_;
 };
 
 }  // namespace
