@@ -48,17 +48,14 @@ std::vector<UnavailableMember> MakeList() {
       {"tklCheckMouseMove", kControls, kMouseCapture},
   };
   for (std::string_view name : {"tklCheckF2Key",
-                                "tklCopyImageIntoListView",
                                 "tklGetContainer",
                                 "tklIsFormOpen",
                                 "tklSetListViewStyle",
                                 "tklShowListViewTooltip"}) {
     list.push_back({name, kControls, kControlsToCome});
   }
-  for (std::string_view name : {"glbDrawSemiTransparentPicture",
-                                "tklClipCursor",
+  for (std::string_view name : {"tklClipCursor",
                                 "tklFindWindow",
-                                "tklGetSemiTransparentPicture",
                                 "tklWaitForClassFinished",
                                 "tklWaitForClassStarted"}) {
     list.push_back({name, kWindows, kWindowsToCome});
