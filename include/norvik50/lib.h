@@ -856,6 +856,37 @@ class NORVIK50_EXPORT LIB {
   // passes that value on the next day.
   void tklWait(int32_t lMilliSeconds, bool bIsActive = true);
 
+  // ---- Pictures ---------------------------------------------------------
+  // Pictures are the objects of norvik50/picture.h: a Picture, or a canvas
+  // a host hands in (a Qt picture box or form background, which answers
+  // what it shows now). Another object, or Nothing where a picture is
+  // needed, raises 5. Opacities are percentages 0 ... 100 and colours the
+  // runtime's RGB Longs (red in the low byte); others raise 5.
+
+  // (Designed here.) A new Picture: a copy of what oPicture shows with each
+  // pixel's alpha scaled to lOpacity percent. Pixels of the colour
+  // vTransparentColor (when given) become fully transparent; with
+  // vBackColor the copy is drawn over that colour and comes out opaque.
+  std::shared_ptr<HostObject> tklGetSemiTransparentPicture(
+      const std::shared_ptr<HostObject>& oPicture, int32_t lOpacity = 50,
+      const Variant& vTransparentColor = Variant(), const Variant& vBackColor = Variant());
+  // (Designed here.) Draws oPicture onto oTarget (a Picture, a picture box
+  // or a form's background) with its top left at lLeft, lTop and lOpacity
+  // percent, stretched to lWidth x lHeight when those are above 0. All
+  // positions and sizes in twips (15 a pixel, rounded down). False when
+  // the target can no longer be drawn on (its control is gone); 5 for a
+  // negative size.
+  bool glbDrawSemiTransparentPicture(const std::shared_ptr<HostObject>& oTarget,
+                                     const std::shared_ptr<HostObject>& oPicture, int32_t lLeft = 0,
+                                     int32_t lTop = 0, int32_t lOpacity = 50, int32_t lWidth = 0,
+                                     int32_t lHeight = 0);
+  // (Designed here.) Makes oPicture the icon of row lRow (from 1) of the
+  // list view oListView, or of every row for lRow 0; Nothing removes the
+  // icon. Answers the number of rows changed. 9 for a row the list view
+  // does not have; 5 for a list view that shows no icons.
+  int32_t tklCopyImageIntoListView(const std::shared_ptr<HostObject>& oListView,
+                                   const std::shared_ptr<HostObject>& oPicture, int32_t lRow = 0);
+
   // ---- State shared with the member families ----------------------------
 
   // The object's current log file name ("nvk50err" after creation).

@@ -15,11 +15,13 @@
 #define NORVIK50_LIST_VIEW_H_
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "norvik50/export.h"
+#include "norvik50/picture.h"
 #include "norvik50/variant.h"
 
 namespace norvik50 {
@@ -78,6 +80,16 @@ class NORVIK50_EXPORT ListView : public HostObject {
   // column the rows are sorted by; the rows themselves are not touched.
   virtual void SetSort(ListViewSort sort) = 0;
 
+  // ---- Row icons (tklCopyImageIntoListView) ----
+  // The icon shown before the item of `row`; nullptr when it has none (and
+  // always in a list view that shows no icons, the default). 9 for a row
+  // the list view does not have.
+  virtual std::shared_ptr<const Picture> RowIcon(int32_t row) const;
+  // Shows `icon` before the item of `row` (nullptr: no icon). 9 for a row
+  // the list view does not have; the default shows no icons and raises
+  // invalid call (5).
+  virtual void SetRowIcon(int32_t row, std::shared_ptr<const Picture> icon);
+
  protected:
   // Raises invalid call (5) unless `order` names each of `row_count` rows
   // exactly once: a control reordered by a bad order would lose rows.
@@ -101,6 +113,8 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
     std::vector<std::u16string> texts;
     bool checked = false;
     bool selected = false;
+    // Shared: the same icon on many rows is kept once.
+    std::shared_ptr<const Picture> icon;
     bool operator==(const Row&) const = default;
   };
   explicit MemoryListView(std::u16string name = u"") : name(std::move(name)) {}
@@ -123,6 +137,10 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
   void ReorderRows(const std::vector<int32_t>& order) override;
   ListViewSort Sort() const override { return sort; }
   void SetSort(ListViewSort new_sort) override { sort = new_sort; }
+  std::shared_ptr<const Picture> RowIcon(int32_t row) const override { return RowAt(row).icon; }
+  void SetRowIcon(int32_t row, std::shared_ptr<const Picture> icon) override {
+    RowAt(row).icon = std::move(icon);
+  }
 
   std::u16string name;
   std::vector<Column> columns;

@@ -24,11 +24,13 @@
 #include "norvik50/host_controls.h"
 #include "norvik50/list_view.h"
 #include "norvik50/mouse_pointer.h"
+#include "norvik50/picture.h"
 #include "norvik50/text_control.h"
 
 class QWidget;
 class QButtonGroup;
 class QComboBox;
+class QImage;
 class QLabel;
 class QLineEdit;
 class QListWidget;
@@ -162,6 +164,27 @@ NORVIK50_EXPORT std::shared_ptr<Form> QtForm(QWidget* window);
 // name, else the class name. Not owned, as the form.
 NORVIK50_EXPORT std::shared_ptr<ListView> QtListView(QTreeView* view);
 NORVIK50_EXPORT std::shared_ptr<ListView> QtListView(QTableView* view);
+
+// A picture and a QImage turned into each other, pixel for pixel (a
+// QImage in another format is converted to ARGB32 first). A null image
+// gives the empty picture; an image larger than a Picture takes raises 5.
+// A host reads and writes image files with QImage and hands the library
+// the Picture.
+NORVIK50_EXPORT QImage ToQImage(const Picture& picture);
+NORVIK50_EXPORT Picture PictureFromQImage(const QImage& image);
+
+// A label showing a picture as a picture box: its pixmap is what it shows,
+// and drawing on it (QPainter, with the opacity as the painter's) changes
+// the pixmap; a label without one gets a transparent pixmap of its size
+// first. Not owned: once the label is destroyed, it shows nothing and
+// cannot be drawn on.
+NORVIK50_EXPORT std::shared_ptr<PictureCanvas> QtPictureBox(QLabel* label);
+// A window's background as a canvas: what it shows is its background
+// colour at its size now, with what was drawn on it before; drawing on it
+// sets the result as the window's background picture (its palette's
+// background brush, filled automatically), which stays when the window is
+// repainted. Not owned, as the picture box.
+NORVIK50_EXPORT std::shared_ptr<PictureCanvas> QtFormBackground(QWidget* window);
 
 // Renders every dialog form in German and English to PNG files in
 // `folder` (created when missing). Returns the number of files written.

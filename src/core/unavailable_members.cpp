@@ -9,13 +9,10 @@ namespace norvik50 {
 namespace {
 
 constexpr std::string_view kControls = "Control helpers";
-constexpr std::string_view kWindows = "Window and screen helpers";
 
 constexpr std::u16string_view kControlsToCome =
     u"not available in this version: the control helpers for Qt list views, list boxes, "
     u"grids and tab strips are still to come";
-constexpr std::u16string_view kWindowsToCome =
-    u"not available in this version: the window and screen helpers on Qt are still to come";
 
 // The two mouse helpers share their reason.
 constexpr std::u16string_view kMouseCapture =
@@ -48,16 +45,11 @@ std::vector<UnavailableMember> MakeList() {
       {"tklCheckMouseMove", kControls, kMouseCapture},
   };
   for (std::string_view name : {"tklCheckF2Key",
-                                "tklCopyImageIntoListView",
                                 "tklGetContainer",
                                 "tklIsFormOpen",
                                 "tklSetListViewStyle",
                                 "tklShowListViewTooltip"}) {
     list.push_back({name, kControls, kControlsToCome});
-  }
-  for (std::string_view name : {"glbDrawSemiTransparentPicture",
-                                "tklGetSemiTransparentPicture"}) {
-    list.push_back({name, kWindows, kWindowsToCome});
   }
   std::sort(list.begin(), list.end(), [](const UnavailableMember& a, const UnavailableMember& b) {
     return LessWithoutCase(a.name, b.name);

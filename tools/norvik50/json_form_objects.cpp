@@ -5,6 +5,7 @@
 
 #include "json_fields.h"
 #include "json_line.h"
+#include "json_picture_objects.h"
 #include "json_value.h"
 #include "norvik50/form.h"
 #include "norvik50/list_view.h"
@@ -22,7 +23,7 @@ constexpr std::array<std::string_view, 5> kControlFields = {"name", "caption", "
 constexpr std::array<std::string_view, 5> kListViewFields = {"name", "columns", "rows",
                                                              "sortColumn", "sortOrder"};
 constexpr std::array<std::string_view, 3> kColumnFields = {"header", "width", "headerResId"};
-constexpr std::array<std::string_view, 3> kRowFields = {"texts", "checked", "selected"};
+constexpr std::array<std::string_view, 4> kRowFields = {"texts", "checked", "selected", "icon"};
 
 const json* ListField(const json& payload, const char* name, const std::string& owner) {
   const auto it = payload.find(name);
@@ -42,6 +43,9 @@ MemoryListView::Row RowFrom(const json& payload) {
   }
   row.checked = FlagField(payload, "checked", false);
   row.selected = FlagField(payload, "selected", false);
+  // The row's icon: a Picture payload; absent or null for none.
+  const auto icon = payload.find("icon");
+  if (icon != payload.end() && !icon->is_null()) row.icon = PictureFromJson(*icon);
   return row;
 }
 
@@ -114,8 +118,12 @@ json ListViewToJson(const MemoryListView& list) {
   for (const MemoryListView::Row& row : list.rows) {
     json texts = json::array();
     for (const std::u16string& text : row.texts) texts.push_back(Utf16ToWireText(text));
-    rows.push_back(
-        {{"texts", std::move(texts)}, {"checked", row.checked}, {"selected", row.selected}});
+    json answer = {
+        {"texts", std::move(texts)}, {"checked", row.checked}, {"selected", row.selected}};
+    // Written only for rows with an icon, so that list views without any
+    // read as before.
+    if (row.icon) answer["icon"] = PictureToJson(*row.icon);
+    rows.push_back(std::move(answer));
   }
   return {{"name", Utf16ToWireText(list.name)},
           {"columns", std::move(columns)},

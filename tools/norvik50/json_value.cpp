@@ -9,6 +9,7 @@
 #include "json_dialog_objects.h"
 #include "json_form_objects.h"
 #include "json_line.h"
+#include "json_picture_objects.h"
 #include "json_resource_objects.h"
 #include "norvik50/collection.h"
 #include "norvik50/encoding.h"
@@ -157,11 +158,12 @@ Variant Typed(const json& value, int depth) {
     if (auto object = ControlObjectFromJson(type, v)) return *object;
     if (auto object = DialogObjectFromJson(type, v)) return *object;
     if (auto object = FormObjectFromJson(type, v)) return *object;
+    if (auto object = PictureObjectFromJson(type, v)) return *object;
     if (type != "Collection" || !v.is_array()) {
       throw JsonValueError(
           "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List, "
           "TabStrip, TextBox, ComboBox, ListBox, ListItem, Node, QSCombo, DCCombo, StatusPanel, "
-          "MousePointer, OptionGroup, TabFrames, Grid, Form or ListView");
+          "MousePointer, OptionGroup, TabFrames, Grid, Form, ListView or Picture");
     }
     auto collection = std::make_shared<Collection>();
     for (const json& item : v) collection->Add(FromJson(item, depth + 1));
@@ -275,6 +277,7 @@ json VariantToJson(const Variant& value) {
       if (auto typed = ControlObjectToJson(*object)) return *typed;
       if (auto typed = DialogObjectToJson(*object)) return *typed;
       if (auto typed = FormObjectToJson(*object)) return *typed;
+      if (auto typed = PictureObjectToJson(*object)) return *typed;
       return {{"vt", "Object"}, {"type", "HostObject"}, {"v", json::object()}};
     }
     case VarType::kArray: {

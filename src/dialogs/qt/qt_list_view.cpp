@@ -4,7 +4,10 @@
 // selection, and the header's sort indicator.
 #include <QAbstractItemModel>
 #include <QHeaderView>
+#include <QIcon>
+#include <QImage>
 #include <QItemSelectionModel>
+#include <QPixmap>
 #include <QPointer>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
@@ -149,6 +152,36 @@ class HeaderListView final : public ListView {
                              sort.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
   }
 
+  // ---- Row icons ----
+  // The first column's decoration; a model that keeps none (a read-only
+  // model) refuses.
+  std::shared_ptr<const Picture> RowIcon(int32_t row) const override {
+    const QVariant decoration = Cell(row, 0).data(Qt::DecorationRole);
+    QImage image;
+    if (decoration.canConvert<QIcon>()) {
+      const QIcon icon = decoration.value<QIcon>();
+      const QList<QSize> sizes = icon.availableSizes();
+      if (!sizes.isEmpty()) image = icon.pixmap(sizes.first()).toImage();
+    } else if (decoration.canConvert<QImage>()) {
+      image = decoration.value<QImage>();
+    }
+    if (image.isNull()) return nullptr;
+    return std::make_shared<const Picture>(PictureFromQImage(image));
+  }
+  void SetRowIcon(int32_t row, std::shared_ptr<const Picture> icon) override {
+    const QModelIndex cell = Cell(row, 0);
+    // One icon for many rows is converted once: Qt shares it among them.
+    if (icon != last_icon_) {
+      last_icon_ = icon;
+      last_qicon_ = icon ? QIcon(QPixmap::fromImage(ToQImage(*icon))) : QIcon();
+    }
+    const QVariant value = icon ? QVariant(last_qicon_) : QVariant();
+    if (!view_->model()->setData(cell, value, Qt::DecorationRole)) {
+      throw Error(kErrInvalidCall, u"The list view's model keeps no icons.",
+                  std::u16string(kErrorSource));
+    }
+  }
+
  private:
   static std::u16string ToU16(const QString& text) { return text.toStdU16String(); }
 
@@ -194,6 +227,8 @@ class HeaderListView final : public ListView {
   }
 
   QPointer<View> view_;
+  std::shared_ptr<const Picture> last_icon_;
+  QIcon last_qicon_;
 };
 
 }  // namespace
