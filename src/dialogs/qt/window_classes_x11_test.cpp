@@ -40,10 +40,7 @@ class ProbeWindow {
                    {QStringLiteral("norvik-probe"), QStringLiteral("NorvikProbe"), title,
                     QString::number(milliseconds)});
   }
-  ~ProbeWindow() {
-    process_.kill();
-    process_.waitForFinished(2000);
-  }
+  ~ProbeWindow() { Kill(); }
   // The window's id once it is mapped; 0 when the program did not map it.
   int32_t WaitMapped() {
     if (!process_.waitForReadyRead(5000)) return 0;
