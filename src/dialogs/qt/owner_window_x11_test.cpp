@@ -36,7 +36,9 @@ ProgressForm* ProgressWindow() {
 class X11OwnerTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_EQ(QGuiApplication::platformName(), QStringLiteral("xcb"));
+    if (QGuiApplication::platformName() != QStringLiteral("xcb")) {
+      GTEST_SKIP() << "needs an X display on the xcb platform (ctest runs these under xvfb-run)";
+    }
     InstallQtDialogs();
     host_.setWindowTitle(QStringLiteral("host"));
     host_.resize(400, 300);
@@ -124,6 +126,9 @@ TEST_F(X11OwnerTest, FileDialogWithAnIdNamingNoWindowOpensAndCancels) {
 
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
+  // Without an X display Qt would end the process before any test could
+  // say why; on the offscreen platform every test skips with the reason.
+  if (qEnvironmentVariableIsEmpty("DISPLAY")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication app(argc, argv);
   return RUN_ALL_TESTS();
 }
