@@ -113,7 +113,8 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
     std::vector<std::u16string> texts;
     bool checked = false;
     bool selected = false;
-    // Shared: the same icon on many rows is kept once.
+    // Shared: the same icon on many rows is kept once. Rows compare their
+    // icons by identity (the same shared picture), not pixel by pixel.
     std::shared_ptr<const Picture> icon;
     bool operator==(const Row&) const = default;
   };

@@ -2,6 +2,7 @@
 // are kept as exact integers (alpha x percent, out of 25500) until the one
 // rounding at the end, so that 50 % of an opaque white over black is 128
 // everywhere and never 127 on one path and 128 on another.
+#include <array>
 #include <string>
 
 #include "norvik50/error.h"
@@ -27,18 +28,6 @@ void CheckOpacity(int32_t opacity_percent) {
   }
 }
 
-// `argb` drawn with the weight `weight` (out of kFull) over the opaque
-// colour `back_rgb`: an opaque pixel.
-uint32_t OverOpaque(uint32_t argb, int64_t weight, uint32_t back_rgb) {
-  uint32_t out = 0xFF000000u;
-  for (int shift : {16, 8, 0}) {
-    const int64_t mixed = int64_t{Channel(argb, shift)} * weight +
-                          int64_t{Channel(back_rgb, shift)} * (kFull - weight);
-    out |= RoundedQuotient(mixed, kFull) << shift;
-  }
-  return out;
-}
-
 }  // namespace
 
 uint32_t BlendPixel(uint32_t dst, uint32_t src, int32_t opacity_percent) {
@@ -61,18 +50,46 @@ uint32_t BlendPixel(uint32_t dst, uint32_t src, int32_t opacity_percent) {
   return out;
 }
 
+// The pixels of a semi-transparent copy depend on a pixel's alpha and
+// colour only, so whatever can be is worked out once per alpha value: a
+// full-size picture then costs a table look-up and, over a background, a
+// multiply and a division by a constant per channel.
 Picture SemiTransparentCopy(const Picture& source, const Translucency& how) {
   CheckOpacity(how.opacity_percent);
+  // 0xFFFFFFFF matches no 24-bit colour: no pixel is keyed out.
+  const uint32_t key = how.key_rgb ? (*how.key_rgb & 0xFFFFFFu) : 0xFFFFFFFFu;
   std::vector<uint32_t> pixels = source.Pixels();
-  for (uint32_t& pixel : pixels) {
-    const bool keyed = how.key_rgb && (pixel & 0xFFFFFFu) == (*how.key_rgb & 0xFFFFFFu);
-    const int64_t weight = keyed ? 0 : int64_t{Alpha(pixel)} * how.opacity_percent;
-    if (how.back_rgb) {
-      pixel = OverOpaque(pixel, weight, *how.back_rgb);
-    } else {
-      // Only the alpha changes: the colour stays, so that a later draw
-      // mixes the picture's own colour.
-      pixel = (pixel & 0xFFFFFFu) | (RoundedQuotient(weight, 100) << 24);
+  if (!how.back_rgb) {
+    // Only the alpha changes: the colour stays, so that a later draw
+    // mixes the picture's own colour.
+    std::array<uint32_t, 256> alpha{};
+    for (uint32_t a = 0; a < 256; ++a) {
+      alpha[a] = RoundedQuotient(int64_t{a} * how.opacity_percent, 100) << 24;
+    }
+    for (uint32_t& pixel : pixels) {
+      const uint32_t rgb = pixel & 0xFFFFFFu;
+      pixel = rgb | (rgb == key ? 0u : alpha[Alpha(pixel)]);
+    }
+  } else {
+    // Each channel is (c x w + back x (kFull - w)) / kFull, rounded half
+    // up, with the weight w = alpha x opacity; a keyed pixel weighs 0,
+    // which is the row of alpha 0. Sums stay below 2^23.
+    constexpr auto kDivisor = static_cast<uint32_t>(kFull);
+    std::array<uint32_t, 256> weight{};
+    std::array<std::array<uint32_t, 256>, 3> back{};
+    const int shifts[3] = {16, 8, 0};
+    for (uint32_t a = 0; a < 256; ++a) {
+      weight[a] = a * static_cast<uint32_t>(how.opacity_percent);
+      for (int ch = 0; ch < 3; ++ch) {
+        back[ch][a] = Channel(*how.back_rgb, shifts[ch]) * (kDivisor - weight[a]) + kDivisor / 2;
+      }
+    }
+    for (uint32_t& pixel : pixels) {
+      const uint32_t a = (pixel & 0xFFFFFFu) == key ? 0u : Alpha(pixel);
+      const uint32_t w = weight[a];
+      pixel = 0xFF000000u | ((Channel(pixel, 16) * w + back[0][a]) / kDivisor) << 16 |
+              ((Channel(pixel, 8) * w + back[1][a]) / kDivisor) << 8 |
+              (Channel(pixel, 0) * w + back[2][a]) / kDivisor;
     }
   }
   return Picture(source.Width(), source.Height(), std::move(pixels));

@@ -145,7 +145,7 @@ TEST(PictureTest, ACopyOverABackgroundIsTheSameAsDrawingOnThatColour) {
   // Two ways to the same pixels: every alpha and opacity of one channel
   // pattern must agree exactly.
   std::vector<uint32_t> pixels;
-  for (uint32_t a = 0; a < 256; a += 5) pixels.push_back((a << 24) | 0x00C86432u);
+  for (uint32_t a = 0; a < 256; ++a) pixels.push_back((a << 24) | 0x00C86432u);
   const Picture source(static_cast<int32_t>(pixels.size()), 1, pixels);
   for (int32_t opacity : {0, 1, 33, 50, 99, 100}) {
     Translucency how;

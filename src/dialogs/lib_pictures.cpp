@@ -45,7 +45,11 @@ int32_t Pixels(int32_t twips) {
 std::shared_ptr<HostObject> LIB::tklGetSemiTransparentPicture(
     const std::shared_ptr<HostObject>& oPicture, int32_t lOpacity, const Variant& vTransparentColor,
     const Variant& vBackColor) {
-  const Picture source = RequireCanvas(oPicture, u"oPicture").Snapshot();
+  const PictureCanvas& canvas = RequireCanvas(oPicture, u"oPicture");
+  // A picture is read where it is; another canvas is asked what it shows.
+  const auto* picture = dynamic_cast<const Picture*>(&canvas);
+  const Picture shown = picture != nullptr ? Picture() : canvas.Snapshot();
+  const Picture& source = picture != nullptr ? *picture : shown;
   Translucency how;
   how.opacity_percent = lOpacity;
   how.key_rgb = OptionalColor(vTransparentColor);
