@@ -78,6 +78,16 @@ class NORVIK50_EXPORT ListView : public HostObject {
   // column the rows are sorted by; the rows themselves are not touched.
   virtual void SetSort(ListViewSort sort) = 0;
 
+  // ---- Reading a whole column fast (the typed search) -------------------
+  // The first row in [from, to) whose text in `column` begins with
+  // `folded_prefix`, a text folded as the library folds case (each unit
+  // on its own, as for its case-insensitive searches); -1 when none.
+  // Raises subscript out of range (9) for a column the list view does not
+  // have. This one reads the rows through ItemTextView; a control that can
+  // do better (a copy of the column kept until its rows change) does.
+  virtual int32_t FirstRowWithPrefix(int32_t column, std::u16string_view folded_prefix,
+                                     int32_t from, int32_t to) const;
+
  protected:
   // Raises invalid call (5) unless `order` names each of `row_count` rows
   // exactly once: a control reordered by a bad order would lose rows.
@@ -123,6 +133,9 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
   void ReorderRows(const std::vector<int32_t>& order) override;
   ListViewSort Sort() const override { return sort; }
   void SetSort(ListViewSort new_sort) override { sort = new_sort; }
+  // Straight over `rows`, without a call per row.
+  int32_t FirstRowWithPrefix(int32_t column, std::u16string_view folded_prefix, int32_t from,
+                             int32_t to) const override;
 
   std::u16string name;
   std::vector<Column> columns;

@@ -12,6 +12,7 @@
 #include <QTreeView>
 #include <QTreeWidget>
 
+#include "dialogs/qt/column_text_cache.h"
 #include "dialogs/qt/control_name.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "norvik50/error.h"
@@ -147,6 +148,18 @@ class HeaderListView final : public ListView {
     const QSignalBlocker quiet(header);
     header->setSortIndicator(sort.column,
                              sort.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+  }
+  // On the model's copy of the column, made on the first search and
+  // kept until the model reports a change of its rows or texts.
+  int32_t FirstRowWithPrefix(int32_t column, std::u16string_view folded_prefix, int32_t from,
+                             int32_t to) const override {
+    Check(column);
+    const qt::PackedTexts& texts =
+        qt::ColumnTextCache::Of(*view_->model())
+            .Column(column, RowCount(), [&](int32_t row, std::u16string& scratch) {
+              return ItemTextView(row, column, scratch);
+            });
+    return texts.FirstWithPrefix(folded_prefix, from, to);
   }
 
  private:
