@@ -50,9 +50,7 @@ std::vector<UnavailableMember> MakeList() {
   for (std::string_view name : {"tklCheckF2Key",
                                 "tklCopyImageIntoListView",
                                 "tklGetContainer",
-                                "tklIsFormOpen",
-                                "tklSetListViewStyle",
-                                "tklShowListViewTooltip"}) {
+                                "tklIsFormOpen"}) {
     list.push_back({name, kControls, kControlsToCome});
   }
   for (std::string_view name : {"glbDrawSemiTransparentPicture",

@@ -100,6 +100,24 @@ std::u16string_view MemoryListView::ItemTextView(int32_t row, int32_t column,
   return i < r.texts.size() ? std::u16string_view(r.texts[i]) : std::u16string_view();
 }
 
+std::u16string MemoryListView::ItemToolTip(int32_t row, int32_t column) const {
+  const Row& r = RowAt(row);
+  At(column);
+  const auto at = static_cast<std::size_t>(column);
+  return at < r.tooltips.size() ? r.tooltips[at] : std::u16string();
+}
+
+void MemoryListView::SetItemToolTip(int32_t row, int32_t column, std::u16string_view text) {
+  Row& r = RowAt(row);
+  At(column);
+  const auto at = static_cast<std::size_t>(column);
+  if (r.tooltips.size() <= at) {
+    if (text.empty()) return;  // none, as before
+    r.tooltips.resize(at + 1);
+  }
+  r.tooltips[at] = text;
+}
+
 void MemoryListView::SelectOnly(int32_t row) {
   RowAt(row);
   for (Row& r : rows) r.selected = false;

@@ -1,5 +1,6 @@
 #include "json_form_objects.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -19,10 +20,10 @@ constexpr std::array<std::string_view, 15> kFormFields = {
     "controls", "listViews", "menuBar", "topMost", "visible", "cornerRadius", "shadow"};
 constexpr std::array<std::string_view, 5> kControlFields = {"name", "caption", "resId", "tooltip",
                                                             "tooltipResId"};
-constexpr std::array<std::string_view, 5> kListViewFields = {"name", "columns", "rows",
-                                                             "sortColumn", "sortOrder"};
+constexpr std::array<std::string_view, 6> kListViewFields = {"name",       "columns",   "rows",
+                                                             "sortColumn", "sortOrder", "style"};
 constexpr std::array<std::string_view, 3> kColumnFields = {"header", "width", "headerResId"};
-constexpr std::array<std::string_view, 3> kRowFields = {"texts", "checked", "selected"};
+constexpr std::array<std::string_view, 4> kRowFields = {"texts", "checked", "selected", "tooltips"};
 
 const json* ListField(const json& payload, const char* name, const std::string& owner) {
   const auto it = payload.find(name);
@@ -31,15 +32,29 @@ const json* ListField(const json& payload, const char* name, const std::string& 
   return &*it;
 }
 
+std::vector<std::u16string> TextsField(const json& payload, const char* name) {
+  std::vector<std::u16string> texts;
+  if (const json* list = ListField(payload, name, "a ListView row")) {
+    for (const json& text : *list) {
+      if (!text.is_string())
+        throw JsonValueError(std::string("\"") + name + "\" must hold strings");
+      texts.push_back(WireTextToUtf16(text.get_ref<const std::string&>()));
+    }
+  }
+  return texts;
+}
+
+json TextsToJson(const std::vector<std::u16string>& texts) {
+  json list = json::array();
+  for (const std::u16string& text : texts) list.push_back(Utf16ToWireText(text));
+  return list;
+}
+
 MemoryListView::Row RowFrom(const json& payload) {
   OnlyFields(payload, "a ListView row", kRowFields);
   MemoryListView::Row row;
-  if (const json* texts = ListField(payload, "texts", "a ListView row")) {
-    for (const json& text : *texts) {
-      if (!text.is_string()) throw JsonValueError("\"texts\" must hold strings");
-      row.texts.push_back(WireTextToUtf16(text.get_ref<const std::string&>()));
-    }
-  }
+  row.texts = TextsField(payload, "texts");
+  row.tooltips = TextsField(payload, "tooltips");
   row.checked = FlagField(payload, "checked", false);
   row.selected = FlagField(payload, "selected", false);
   return row;
@@ -69,6 +84,10 @@ std::shared_ptr<MemoryListView> ListViewFrom(const json& payload) {
     throw JsonValueError("\"sortOrder\" must be 0 (ascending) or 1 (descending)");
   }
   list->sort = {sort_column - 1, sort_order == 1};
+  list->style = LongField(payload, "style");
+  if ((list->style & ~kListViewAllStyles) != 0) {
+    throw JsonValueError("\"style\" must be made of the bits 1, 2, 4, 8, 16, 32, 64 and 128");
+  }
   return list;
 }
 
@@ -112,16 +131,23 @@ json ListViewToJson(const MemoryListView& list) {
   }
   json rows = json::array();
   for (const MemoryListView::Row& row : list.rows) {
-    json texts = json::array();
-    for (const std::u16string& text : row.texts) texts.push_back(Utf16ToWireText(text));
-    rows.push_back(
-        {{"texts", std::move(texts)}, {"checked", row.checked}, {"selected", row.selected}});
+    json out = {
+        {"texts", TextsToJson(row.texts)}, {"checked", row.checked}, {"selected", row.selected}};
+    // Only where there is one: a list view without tooltips answers as
+    // it did before they were kept.
+    if (std::any_of(row.tooltips.begin(), row.tooltips.end(),
+                    [](const std::u16string& tip) { return !tip.empty(); })) {
+      out["tooltips"] = TextsToJson(row.tooltips);
+    }
+    rows.push_back(std::move(out));
   }
-  return {{"name", Utf16ToWireText(list.name)},
-          {"columns", std::move(columns)},
-          {"rows", std::move(rows)},
-          {"sortColumn", list.sort.column + 1},
-          {"sortOrder", list.sort.descending ? 1 : 0}};
+  json out = {{"name", Utf16ToWireText(list.name)},
+              {"columns", std::move(columns)},
+              {"rows", std::move(rows)},
+              {"sortColumn", list.sort.column + 1},
+              {"sortOrder", list.sort.descending ? 1 : 0}};
+  if (list.style != 0) out["style"] = list.style;
+  return out;
 }
 
 json FormToJson(const MemoryForm& form) {
