@@ -92,6 +92,37 @@ TEST_F(ListViewsBatchTest, ChangedStateComesBackInByref) {
   EXPECT_EQ(listed["byref"]["1"]["v"][0], json::parse(R"({"vt":"Long","v":2})"));
 }
 
+TEST_F(ListViewsBatchTest, StyleAndTooltipsComeBackInByrefAndGoInAgain) {
+  const json styled = Ask(R"({"member":"tklSetListViewStyle","args":[)" + kList + ",5]}");
+  ASSERT_EQ(styled["ok"], true) << styled.dump();
+  EXPECT_EQ(styled["result"], json::parse(R"({"vt":"Long","v":5})"));
+  EXPECT_EQ(styled["byref"]["0"]["v"]["style"], 5);
+
+  // The list view as it came back: grid lines off, the rest kept.
+  const json cleared = Ask(
+      json{{"member", "tklSetListViewStyle"}, {"args", {styled["byref"]["0"], 6, false}}}.dump());
+  EXPECT_EQ(cleared["result"]["v"], 1);
+
+  const json tipped = Ask(R"({"member":"tklShowListViewTooltip","args":[)" + kList +
+                          R"(,2,2,"net, without VAT"]})");
+  ASSERT_EQ(tipped["ok"], true) << tipped.dump();
+  EXPECT_EQ(tipped["result"], json::parse(R"({"vt":"String","v":"net, without VAT"})"));
+  const json& rows = tipped["byref"]["0"]["v"]["rows"];
+  EXPECT_EQ(rows[1]["tooltips"], json::parse(R"(["","net, without VAT"])"));
+  EXPECT_FALSE(rows[0].contains("tooltips")) << "a row without tooltips answers as before";
+
+  const json read = Ask(
+      json{{"member", "tklShowListViewTooltip"}, {"args", {tipped["byref"]["0"], 2, 2}}}.dump());
+  EXPECT_EQ(read["result"]["v"], "net, without VAT");
+  const json other_cell =
+      Ask(json{{"member", "tklShowListViewTooltip"}, {"args", {tipped["byref"]["0"], 2}}}.dump());
+  EXPECT_EQ(other_cell["result"]["v"], "");
+
+  const json bad_bit = Ask(R"({"member":"tklSetListViewStyle","args":[)" + kList + ",256]}");
+  EXPECT_EQ(bad_bit["ok"], false);
+  EXPECT_EQ(bad_bit["error"]["number"], 5);
+}
+
 TEST_F(ListViewsBatchTest, MalformedRowsAreRefused) {
   for (const char* object : {
            R"({"vt":"Object","type":"ListView","v":{"rows":{}}})",
@@ -100,6 +131,9 @@ TEST_F(ListViewsBatchTest, MalformedRowsAreRefused) {
            R"({"vt":"Object","type":"ListView","v":{"rows":[{"checked":1}]}})",
            R"({"vt":"Object","type":"ListView","v":{"sortColumn":1}})",
            R"({"vt":"Object","type":"ListView","v":{"sortOrder":2}})",
+           R"({"vt":"Object","type":"ListView","v":{"style":256}})",
+           R"({"vt":"Object","type":"ListView","v":{"rows":[{"tooltips":"a"}]}})",
+           R"({"vt":"Object","type":"ListView","v":{"rows":[{"tooltips":[true]}]}})",
        }) {
     const json answer = Ask(std::string(R"({"member":"tklSelItemCount","args":[)") + object + "]}");
     EXPECT_EQ(answer["ok"], false) << object;

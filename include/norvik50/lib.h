@@ -606,6 +606,19 @@ class NORVIK50_EXPORT LIB {
   // CR LF: what a spreadsheet pastes.
   std::u16string tklCopyListView(const std::shared_ptr<HostObject>& oListView, bool bHeaders = true,
                                  bool bSelectedOnly = false);
+  // (Designed here.) Turns the style bits of lStyle (ListViewStyle of
+  // norvik50/list_view.h: 1 full-row select, 2 grid lines, 4 check boxes,
+  // 8 header drag and drop, 16 hot tracking, 32 no headers, 64 single
+  // selection, 128 full text of cut-off cells as tooltip) on, or off with
+  // bOn False; lStyle 0 changes nothing. Answers the bits now in effect.
+  // Another bit raises 5.
+  int32_t tklSetListViewStyle(const std::shared_ptr<HostObject>& oListView, int32_t lStyle,
+                              bool bOn = true);
+  // (Designed here.) The tooltip the list view shows for row lIndex in
+  // lColumn, after setting it to sText when given ("" takes it away).
+  std::u16string tklShowListViewTooltip(const std::shared_ptr<HostObject>& oListView,
+                                        int32_t lIndex, int32_t lColumn = 1,
+                                        std::optional<std::u16string> sText = std::nullopt);
 
   // ---- Languages and resources ------------------------------------------
   // A non-empty sRegKey becomes the library's base key first. Documents,

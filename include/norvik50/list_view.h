@@ -26,6 +26,22 @@
 
 namespace norvik50 {
 
+// ---- Look and tooltips ----------------------------------------------------
+// The look of a list view as bits of one Long (tklSetListViewStyle). A
+// control that cannot show a bit keeps it all the same, so that it reads
+// back as it was set.
+enum ListViewStyle : int32_t {
+  kListViewFullRowSelect = 1,   // a click selects the whole row, not one cell
+  kListViewGridLines = 2,       // lines between rows and columns
+  kListViewCheckBoxes = 4,      // a check box before each row's item
+  kListViewHeaderDragDrop = 8,  // columns rearranged by dragging their headers
+  kListViewHotTracking = 16,    // the row under the pointer is highlighted
+  kListViewNoHeaders = 32,      // no row of column headers
+  kListViewSingleSelect = 64,   // at most one row selected
+  kListViewCutTextTips = 128,   // a cell cut off shows its full text as tooltip
+  kListViewAllStyles = 255,
+};
+
 // The column a list view is sorted by and in which direction.
 struct ListViewSort {
   int32_t column = -1;  // -1: not sorted
@@ -90,6 +106,28 @@ class NORVIK50_EXPORT ListView : public HostObject {
   // invalid call (5).
   virtual void SetRowIcon(int32_t row, std::shared_ptr<const Picture> icon);
 
+  // ---- Reading a whole column fast (the typed search) -------------------
+  // The first row in [from, to) whose text in `column` begins with
+  // `folded_prefix`, a text folded as the library folds case (each unit
+  // on its own, as for its case-insensitive searches); -1 when none.
+  // Raises subscript out of range (9) for a column the list view does not
+  // have. This one reads the rows through ItemTextView; a control that can
+  // do better (a copy of the column kept until its rows change) does.
+  virtual int32_t FirstRowWithPrefix(int32_t column, std::u16string_view folded_prefix,
+                                     int32_t from, int32_t to) const;
+
+  // ---- Look and tooltips ------------------------------------------------
+  // The ListViewStyle bits in effect.
+  virtual int32_t Style() const = 0;
+  // Shows the list view with the ListViewStyle bits of `style` (the
+  // caller checked them); bits a control cannot show are kept.
+  virtual void SetStyle(int32_t style) = 0;
+  // The tooltip of `row`'s text in `column` (the item's or a sub-item's),
+  // "" for none. Raise subscript out of range (9) as ItemText does.
+  virtual std::u16string ItemToolTip(int32_t row, int32_t column) const = 0;
+  // "" takes the tooltip away.
+  virtual void SetItemToolTip(int32_t row, int32_t column, std::u16string_view text) = 0;
+
  protected:
   // Raises invalid call (5) unless `order` names each of `row_count` rows
   // exactly once: a control reordered by a bad order would lose rows.
@@ -116,6 +154,9 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
     // Shared: the same icon on many rows is kept once. Rows compare their
     // icons by identity (the same shared picture), not pixel by pixel.
     std::shared_ptr<const Picture> icon;
+    // The tooltips of the item and its sub-items, as `texts` ("" or
+    // missing: none).
+    std::vector<std::u16string> tooltips;
     bool operator==(const Row&) const = default;
   };
   explicit MemoryListView(std::u16string name = u"") : name(std::move(name)) {}
@@ -142,11 +183,19 @@ class NORVIK50_EXPORT MemoryListView final : public ListView {
   void SetRowIcon(int32_t row, std::shared_ptr<const Picture> icon) override {
     RowAt(row).icon = std::move(icon);
   }
+  // Straight over `rows`, without a call per row.
+  int32_t FirstRowWithPrefix(int32_t column, std::u16string_view folded_prefix, int32_t from,
+                             int32_t to) const override;
+  int32_t Style() const override { return style; }
+  void SetStyle(int32_t new_style) override { style = new_style; }
+  std::u16string ItemToolTip(int32_t row, int32_t column) const override;
+  void SetItemToolTip(int32_t row, int32_t column, std::u16string_view text) override;
 
   std::u16string name;
   std::vector<Column> columns;
   std::vector<Row> rows;
   ListViewSort sort;
+  int32_t style = 0;  // ListViewStyle bits
 
  private:
   const Column& At(int32_t column) const;

@@ -46,9 +46,7 @@ std::vector<UnavailableMember> MakeList() {
   };
   for (std::string_view name : {"tklCheckF2Key",
                                 "tklGetContainer",
-                                "tklIsFormOpen",
-                                "tklSetListViewStyle",
-                                "tklShowListViewTooltip"}) {
+                                "tklIsFormOpen"}) {
     list.push_back({name, kControls, kControlsToCome});
   }
   std::sort(list.begin(), list.end(), [](const UnavailableMember& a, const UnavailableMember& b) {

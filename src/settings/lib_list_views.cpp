@@ -228,4 +228,26 @@ std::u16string LIB::tklCopyListView(const std::shared_ptr<HostObject>& oListView
   return settings::ListViewAsText(ListViewOf(oListView), bHeaders, bSelectedOnly);
 }
 
+int32_t LIB::tklSetListViewStyle(const std::shared_ptr<HostObject>& oListView, int32_t lStyle,
+                                 bool bOn) {
+  ListView& list = ListViewOf(oListView);
+  if ((lStyle & ~kListViewAllStyles) != 0) {
+    InvalidCall(u"A list view style is made of the bits 1, 2, 4, 8, 16, 32, 64 and 128.");
+  }
+  const int32_t before = list.Style();
+  const int32_t after = bOn ? (before | lStyle) : (before & ~lStyle);
+  if (after != before) list.SetStyle(after);
+  return list.Style();
+}
+
+std::u16string LIB::tklShowListViewTooltip(const std::shared_ptr<HostObject>& oListView,
+                                           int32_t lIndex, int32_t lColumn,
+                                           std::optional<std::u16string> sText) {
+  ListView& list = ListViewOf(oListView);
+  const int32_t row = RowOf(list, lIndex);
+  const int32_t column = ColumnOf(list, lColumn);
+  if (sText) list.SetItemToolTip(row, column, *sText);
+  return list.ItemToolTip(row, column);
+}
+
 }  // namespace norvik50

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "norvik50/error.h"
+#include "text/fold.h"
 
 namespace norvik50 {
 namespace {
@@ -21,6 +22,17 @@ void ListView::SelectOnly(int32_t row) {
   for (int32_t other = 0, count = RowCount(); other < count; ++other) {
     if (other != row && Selected(other)) SetSelected(other, false);
   }
+}
+
+int32_t ListView::FirstRowWithPrefix(int32_t column, std::u16string_view folded_prefix,
+                                     int32_t from, int32_t to) const {
+  if (column < 0 || column >= ColumnCount()) OutOfRange();
+  const FoldedPrefix prefix(folded_prefix);
+  std::u16string cell;
+  for (int32_t row = std::max(from, 0), end = std::min(to, RowCount()); row < end; ++row) {
+    if (prefix.Starts(ItemTextView(row, column, cell))) return row;
+  }
+  return -1;
 }
 
 void ListView::CheckRowOrder(const std::vector<int32_t>& order, int32_t row_count) {
@@ -88,10 +100,55 @@ std::u16string_view MemoryListView::ItemTextView(int32_t row, int32_t column,
   return i < r.texts.size() ? std::u16string_view(r.texts[i]) : std::u16string_view();
 }
 
+std::u16string MemoryListView::ItemToolTip(int32_t row, int32_t column) const {
+  const Row& r = RowAt(row);
+  At(column);
+  const auto at = static_cast<std::size_t>(column);
+  return at < r.tooltips.size() ? r.tooltips[at] : std::u16string();
+}
+
+void MemoryListView::SetItemToolTip(int32_t row, int32_t column, std::u16string_view text) {
+  Row& r = RowAt(row);
+  At(column);
+  const auto at = static_cast<std::size_t>(column);
+  if (r.tooltips.size() <= at) {
+    if (text.empty()) return;  // none, as before
+    r.tooltips.resize(at + 1);
+  }
+  r.tooltips[at] = text;
+}
+
 void MemoryListView::SelectOnly(int32_t row) {
   RowAt(row);
   for (Row& r : rows) r.selected = false;
   rows[static_cast<std::size_t>(row)].selected = true;
+}
+
+int32_t MemoryListView::FirstRowWithPrefix(int32_t column, std::u16string_view folded_prefix,
+                                           int32_t from, int32_t to) const {
+  At(column);
+  const auto at = static_cast<std::size_t>(column);
+  const FoldedPrefix prefix(folded_prefix);
+  const auto text_of = [&](std::size_t row) {
+    const std::vector<std::u16string>& texts = rows[row].texts;
+    // A row without this sub-item reads "", which only "" begins.
+    return at < texts.size() ? std::u16string_view(texts[at]) : std::u16string_view();
+  };
+  // Each row's text sits behind two pointers of its own, so the walk waits
+  // on memory more than it compares: the texts some rows ahead are asked
+  // for early, a stage at a time (the cell, then its units).
+  constexpr std::size_t kCellAhead = 32;
+  constexpr std::size_t kTextAhead = 16;
+  const auto end = static_cast<std::size_t>(std::clamp(to, 0, RowCount()));
+  for (auto row = static_cast<std::size_t>(std::max(from, 0)); row < end; ++row) {
+    if (row + kCellAhead < end) {
+      const std::vector<std::u16string>& ahead = rows[row + kCellAhead].texts;
+      if (at < ahead.size()) __builtin_prefetch(&ahead[at]);
+    }
+    if (row + kTextAhead < end) __builtin_prefetch(text_of(row + kTextAhead).data());
+    if (prefix.Starts(text_of(row))) return static_cast<int32_t>(row);
+  }
+  return -1;
 }
 
 void MemoryListView::ReorderRows(const std::vector<int32_t>& order) {

@@ -13,24 +13,6 @@
 namespace norvik50::settings {
 namespace {
 
-// One unit folded as the text toolkit folds it; ASCII without a call into
-// ICU, since typed searches meet it most.
-char16_t FoldUnit(char16_t c) {
-  if (c < 0x80) return (c >= u'A' && c <= u'Z') ? static_cast<char16_t>(c + 32) : c;
-  char16_t folded = c;
-  FoldInto(std::u16string_view(&c, 1), &folded);
-  return folded;
-}
-
-bool StartsWithFolded(std::u16string_view text, std::u16string_view folded_prefix) {
-  if (text.size() < folded_prefix.size()) return false;
-  for (std::size_t i = 0; i < folded_prefix.size(); ++i) {
-    // Most units are already in folded form: equal as they are.
-    if (text[i] != folded_prefix[i] && FoldUnit(text[i]) != folded_prefix[i]) return false;
-  }
-  return true;
-}
-
 bool EqualFolded(std::u16string_view a, std::u16string_view folded_b) {
   return a.size() == folded_b.size() && StartsWithFolded(a, folded_b);
 }
@@ -177,16 +159,10 @@ int32_t SearchRow(const ListView& list, std::u16string_view typed, int32_t start
   const int32_t count = list.RowCount();
   if (typed.empty() || count == 0) return -1;
   start = std::clamp(start, 0, count - 1);
-  std::u16string cell;
   const auto first_from = [&](std::u16string_view folded, int32_t from) {
     // From `from` to the end, then from the top: no division per row.
-    for (int32_t row = from; row < count; ++row) {
-      if (StartsWithFolded(list.ItemTextView(row, column, cell), folded)) return row;
-    }
-    for (int32_t row = 0; row < from; ++row) {
-      if (StartsWithFolded(list.ItemTextView(row, column, cell), folded)) return row;
-    }
-    return -1;
+    const int32_t found = list.FirstRowWithPrefix(column, folded, from, count);
+    return found >= 0 ? found : list.FirstRowWithPrefix(column, folded, 0, from);
   };
   const std::u16string folded = FoldText(typed);
   const int32_t found = first_from(folded, start);

@@ -117,6 +117,20 @@ void RegisterListViewMembers(MemberTable& table) {
                return Variant(lib.tklSearchListItem(a[0].as_object(), a.str(1), a.i32(2), a.i32(3),
                                                     a.flag(4)));
              }))));
+  table.Add(DesignedHere(Method(
+      "tklSetListViewStyle", {Ref("oListView", O), In("lStyle", L), Opt("bOn", B, Variant(true))},
+      L, changing([](LIB& lib, CallArgs& a) {
+        return Variant(lib.tklSetListViewStyle(a[0].as_object(), a.i32(1), a.flag(2)));
+      }))));
+  table.Add(DesignedHere(Method("tklShowListViewTooltip",
+                                {Ref("oListView", O), In("lIndex", L),
+                                 Opt("lColumn", L, Variant(int32_t{1})), OptMissing("sText", S)},
+                                S, changing([](LIB& lib, CallArgs& a) {
+                                  std::optional<std::u16string> text;
+                                  if (a.has(3)) text = a.str(3);
+                                  return Variant(lib.tklShowListViewTooltip(
+                                      a[0].as_object(), a.i32(1), a.i32(2), text));
+                                }))));
   table.Add(DesignedHere(Method("tklCopyListView",
                                 {In("oListView", O), Opt("bHeaders", B, Variant(true)),
                                  Opt("bSelectedOnly", B, Variant(false))},

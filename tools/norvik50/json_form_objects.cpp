@@ -1,5 +1,6 @@
 #include "json_form_objects.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -20,10 +21,11 @@ constexpr std::array<std::string_view, 15> kFormFields = {
     "controls", "listViews", "menuBar", "topMost", "visible", "cornerRadius", "shadow"};
 constexpr std::array<std::string_view, 5> kControlFields = {"name", "caption", "resId", "tooltip",
                                                             "tooltipResId"};
-constexpr std::array<std::string_view, 5> kListViewFields = {"name", "columns", "rows",
-                                                             "sortColumn", "sortOrder"};
+constexpr std::array<std::string_view, 6> kListViewFields = {"name",       "columns",   "rows",
+                                                             "sortColumn", "sortOrder", "style"};
 constexpr std::array<std::string_view, 3> kColumnFields = {"header", "width", "headerResId"};
-constexpr std::array<std::string_view, 4> kRowFields = {"texts", "checked", "selected", "icon"};
+constexpr std::array<std::string_view, 5> kRowFields = {"texts", "checked", "selected", "tooltips",
+                                                        "icon"};
 
 const json* ListField(const json& payload, const char* name, const std::string& owner) {
   const auto it = payload.find(name);
@@ -32,15 +34,29 @@ const json* ListField(const json& payload, const char* name, const std::string& 
   return &*it;
 }
 
+std::vector<std::u16string> TextsField(const json& payload, const char* name) {
+  std::vector<std::u16string> texts;
+  if (const json* list = ListField(payload, name, "a ListView row")) {
+    for (const json& text : *list) {
+      if (!text.is_string())
+        throw JsonValueError(std::string("\"") + name + "\" must hold strings");
+      texts.push_back(WireTextToUtf16(text.get_ref<const std::string&>()));
+    }
+  }
+  return texts;
+}
+
+json TextsToJson(const std::vector<std::u16string>& texts) {
+  json list = json::array();
+  for (const std::u16string& text : texts) list.push_back(Utf16ToWireText(text));
+  return list;
+}
+
 MemoryListView::Row RowFrom(const json& payload) {
   OnlyFields(payload, "a ListView row", kRowFields);
   MemoryListView::Row row;
-  if (const json* texts = ListField(payload, "texts", "a ListView row")) {
-    for (const json& text : *texts) {
-      if (!text.is_string()) throw JsonValueError("\"texts\" must hold strings");
-      row.texts.push_back(WireTextToUtf16(text.get_ref<const std::string&>()));
-    }
-  }
+  row.texts = TextsField(payload, "texts");
+  row.tooltips = TextsField(payload, "tooltips");
   row.checked = FlagField(payload, "checked", false);
   row.selected = FlagField(payload, "selected", false);
   // The row's icon: a Picture payload; absent or null for none.
@@ -73,6 +89,10 @@ std::shared_ptr<MemoryListView> ListViewFrom(const json& payload) {
     throw JsonValueError("\"sortOrder\" must be 0 (ascending) or 1 (descending)");
   }
   list->sort = {sort_column - 1, sort_order == 1};
+  list->style = LongField(payload, "style");
+  if ((list->style & ~kListViewAllStyles) != 0) {
+    throw JsonValueError("\"style\" must be made of the bits 1, 2, 4, 8, 16, 32, 64 and 128");
+  }
   return list;
 }
 
@@ -116,20 +136,25 @@ json ListViewToJson(const MemoryListView& list) {
   }
   json rows = json::array();
   for (const MemoryListView::Row& row : list.rows) {
-    json texts = json::array();
-    for (const std::u16string& text : row.texts) texts.push_back(Utf16ToWireText(text));
-    json answer = {
-        {"texts", std::move(texts)}, {"checked", row.checked}, {"selected", row.selected}};
-    // Written only for rows with an icon, so that list views without any
-    // read as before.
-    if (row.icon) answer["icon"] = PictureToJson(*row.icon);
-    rows.push_back(std::move(answer));
+    json out = {
+        {"texts", TextsToJson(row.texts)}, {"checked", row.checked}, {"selected", row.selected}};
+    // Only where there is one: a list view without tooltips answers as
+    // it did before they were kept.
+    if (std::any_of(row.tooltips.begin(), row.tooltips.end(),
+                    [](const std::u16string& tip) { return !tip.empty(); })) {
+      out["tooltips"] = TextsToJson(row.tooltips);
+    }
+    // Likewise written only for rows with an icon.
+    if (row.icon) out["icon"] = PictureToJson(*row.icon);
+    rows.push_back(std::move(out));
   }
-  return {{"name", Utf16ToWireText(list.name)},
-          {"columns", std::move(columns)},
-          {"rows", std::move(rows)},
-          {"sortColumn", list.sort.column + 1},
-          {"sortOrder", list.sort.descending ? 1 : 0}};
+  json out = {{"name", Utf16ToWireText(list.name)},
+              {"columns", std::move(columns)},
+              {"rows", std::move(rows)},
+              {"sortColumn", list.sort.column + 1},
+              {"sortOrder", list.sort.descending ? 1 : 0}};
+  if (list.style != 0) out["style"] = list.style;
+  return out;
 }
 
 json FormToJson(const MemoryForm& form) {

@@ -8,14 +8,18 @@
 //    "listViews":[LISTVIEW...]}}
 //   {"vt":"Object","type":"ListView","v":{"name":"lvwOrders",
 //    "columns":[{"header":"Name","width":1440,"headerResId":"1004"}],
-//    "rows":[{"texts":["Miller","12,50"],"checked":true,"selected":false}],
-//    "sortColumn":1,"sortOrder":0}}
+//    "rows":[{"texts":["Miller","12,50"],"checked":true,"selected":false,
+//             "tooltips":["","net"]}],
+//    "sortColumn":1,"sortOrder":0,"style":5}}
 // where a LISTVIEW is the "v" of a ListView. Every field may be left out
 // ("" texts, 0 for numbers, false, no controls, list views, columns or
 // rows); "windowState" is 0 normal, 1 minimised or 2 maximised; a row's
 // "texts" are the item's and then its sub-items'; "sortColumn" counts
-// from 1 (0: not sorted) and "sortOrder" is 0 ascending, 1 descending. Answers write
-// the same form with every field.
+// from 1 (0: not sorted) and "sortOrder" is 0 ascending, 1 descending;
+// a row's "tooltips" go with its "texts" and "style" holds the
+// ListViewStyle bits of norvik50/list_view.h. Answers write the same form
+// with every field, but for a "style" of 0 and a row's "tooltips" when
+// all are "" (left out, so that list views without them answer as before).
 #ifndef NORVIK50_TOOLS_NORVIK50_JSON_FORM_OBJECTS_H_
 #define NORVIK50_TOOLS_NORVIK50_JSON_FORM_OBJECTS_H_
 

@@ -15,8 +15,10 @@
 #include <QTreeView>
 #include <QTreeWidget>
 
+#include "dialogs/qt/column_text_cache.h"
 #include "dialogs/qt/control_name.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/list_view_style.h"
 #include "norvik50/error.h"
 #include "norvik50/qt_dialogs.h"
 
@@ -150,6 +152,35 @@ class HeaderListView final : public ListView {
     const QSignalBlocker quiet(header);
     header->setSortIndicator(sort.column,
                              sort.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+  }
+  int32_t Style() const override { return view_ ? qt::ListViewStyleOf(*view_) : 0; }
+  void SetStyle(int32_t style) override {
+    if (view_) qt::SetListViewStyle(*view_, style);
+  }
+  // Qt::ToolTipRole of the cell: what a QTreeWidgetItem's setToolTip sets
+  // and what the view shows when the pointer rests on the cell.
+  std::u16string ItemToolTip(int32_t row, int32_t column) const override {
+    return ToU16(Cell(row, column).data(Qt::ToolTipRole).toString());
+  }
+  void SetItemToolTip(int32_t row, int32_t column, std::u16string_view text) override {
+    const QModelIndex cell = Cell(row, column);
+    if (!view_->model()->setData(cell, text.empty() ? QVariant() : QVariant(ToQ(text)),
+                                 Qt::ToolTipRole)) {
+      throw Error(kErrInvalidCall, u"The list view's model keeps no tooltips.",
+                  std::u16string(kErrorSource));
+    }
+  }
+  // On the model's copy of the column, made on the first search and
+  // kept until the model reports a change of its rows or texts.
+  int32_t FirstRowWithPrefix(int32_t column, std::u16string_view folded_prefix, int32_t from,
+                             int32_t to) const override {
+    Check(column);
+    const qt::PackedTexts& texts =
+        qt::ColumnTextCache::Of(*view_->model())
+            .Column(column, RowCount(), [&](int32_t row, std::u16string& scratch) {
+              return ItemTextView(row, column, scratch);
+            });
+    return texts.FirstWithPrefix(folded_prefix, from, to);
   }
 
   // ---- Row icons ----
