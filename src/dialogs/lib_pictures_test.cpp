@@ -155,6 +155,10 @@ TEST_F(PicturesTest, AListViewWithoutIconsSaysSo) {
     void ReorderRows(const std::vector<int32_t>&) override {}
     ListViewSort Sort() const override { return {}; }
     void SetSort(ListViewSort) override {}
+    int32_t Style() const override { return 0; }
+    void SetStyle(int32_t) override {}
+    std::u16string ItemToolTip(int32_t, int32_t) const override { return u""; }
+    void SetItemToolTip(int32_t, int32_t, std::u16string_view) override {}
   };
   auto plain = std::make_shared<Plain>();
   auto icon = std::make_shared<Picture>(1, 1, kRed);
