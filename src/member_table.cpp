@@ -17,6 +17,7 @@ const MemberTable& Members() {
     RegisterDialogMembers(t);
     RegisterWindowMembers(t);
     RegisterListBoxMembers(t);
+    RegisterFormFieldMembers(t);
     return t;
   }();
   return table;

@@ -28,6 +28,7 @@
 
 class QWidget;
 class QButtonGroup;
+class QKeyEvent;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -162,6 +163,15 @@ NORVIK50_EXPORT std::shared_ptr<Form> QtForm(QWidget* window);
 // name, else the class name. Not owned, as the form.
 NORVIK50_EXPORT std::shared_ptr<ListView> QtListView(QTreeView* view);
 NORVIK50_EXPORT std::shared_ptr<ListView> QtListView(QTableView* view);
+
+// The Windows key code of a key press (F2 is 113, "A" 65, Return 13), as
+// a ported host's KeyDown handler hands it to tklCheckF2Key; 0 for a key
+// that has none. `shift` (when given) receives the shift state: 1 Shift, 2
+// Ctrl, 4 Alt, added up. Example, in a field's event filter:
+//   int16_t shift = 0;
+//   int16_t code = WindowsKeyCode(*key_event, &shift);
+//   if (lib.tklCheckF2Key(QtTextControl(edit), code, shift)) return true;
+NORVIK50_EXPORT int16_t WindowsKeyCode(const QKeyEvent& event, int16_t* shift = nullptr);
 
 // Renders every dialog form in German and English to PNG files in
 // `folder` (created when missing). Returns the number of files written.

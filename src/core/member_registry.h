@@ -17,6 +17,7 @@ void RegisterResourceMembers(MemberTable& table);  // src/resources/resource_mem
 void RegisterDialogMembers(MemberTable& table);    // src/dialogs/dialog_members.cpp
 void RegisterWindowMembers(MemberTable& table);    // src/dialogs/window_members.cpp
 void RegisterListBoxMembers(MemberTable& table);   // src/dialogs/list_box_members.cpp
+void RegisterFormFieldMembers(MemberTable& table);  // src/dialogs/form_field_members.cpp
 
 }  // namespace norvik50
 

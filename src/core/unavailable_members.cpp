@@ -47,10 +47,7 @@ std::vector<UnavailableMember> MakeList() {
       {"tklCheckMouseDown", kControls, kMouseCapture},
       {"tklCheckMouseMove", kControls, kMouseCapture},
   };
-  for (std::string_view name : {"tklCheckF2Key",
-                                "tklCopyImageIntoListView",
-                                "tklGetContainer",
-                                "tklIsFormOpen",
+  for (std::string_view name : {"tklCopyImageIntoListView",
                                 "tklSetListViewStyle",
                                 "tklShowListViewTooltip"}) {
     list.push_back({name, kControls, kControlsToCome});

@@ -71,6 +71,8 @@ bool UserInterface::IsKeyDown(int32_t) { return false; }
 
 std::vector<std::u16string> UserInterface::FontFamilies() { return {}; }
 
+std::vector<std::u16string> UserInterface::OpenForms() { return {}; }
+
 std::shared_ptr<UserInterface> HeadlessUserInterface() {
   static const auto headless = std::make_shared<HeadlessUi>();
   return headless;

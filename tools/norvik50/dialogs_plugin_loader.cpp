@@ -127,6 +127,10 @@ class Deferred final : public UserInterface {
   // Keys pressed before the toolkit started were seen by no window.
   bool IsKeyDown(int32_t virtual_key) override { return real_ && real_->IsKeyDown(virtual_key); }
   std::vector<std::u16string> FontFamilies() override { return Real().FontFamilies(); }
+  // Before the toolkit started, no form of it was open.
+  std::vector<std::u16string> OpenForms() override {
+    return real_ ? real_->OpenForms() : std::vector<std::u16string>{};
+  }
 
  private:
   UserInterface& Real() {

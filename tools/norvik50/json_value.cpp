@@ -161,7 +161,7 @@ Variant Typed(const json& value, int depth) {
       throw JsonValueError(
           "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List, "
           "TabStrip, TextBox, ComboBox, ListBox, ListItem, Node, QSCombo, DCCombo, StatusPanel, "
-          "MousePointer, OptionGroup, TabFrames, Grid, Form or ListView");
+          "MousePointer, OptionGroup, TabFrames, Grid, Form, ListView or Container");
     }
     auto collection = std::make_shared<Collection>();
     for (const json& item : v) collection->Add(FromJson(item, depth + 1));

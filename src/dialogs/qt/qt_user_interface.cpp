@@ -23,6 +23,7 @@
 #include "dialogs/qt/platform_probe.h"
 #include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
+#include "dialogs/qt/qt_containers.h"
 #include "dialogs/qt/stays_on_top.h"
 #include "dialogs/qt/system_box.h"
 #include "dialogs/qt/zoom_form.h"
@@ -234,6 +235,10 @@ class QtUi final : public UserInterface {
       families.push_back(family.toStdU16String());
     }
     return families;
+  }
+
+  std::vector<std::u16string> OpenForms() override {
+    return qt::ApplicationUsable() ? qt::OpenFormNames() : std::vector<std::u16string>{};
   }
 
  private:

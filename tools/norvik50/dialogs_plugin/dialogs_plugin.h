@@ -22,7 +22,8 @@ namespace norvik50::cli {
 // 2: UserInterface::ScreenRects.
 // 3: PrimaryScreen, MenuBarHeight, SetApplicationTopMost, IsKeyDown,
 //    FontFamilies.
-inline constexpr int kDialogsPluginVersion = 3;
+// 4: OpenForms.
+inline constexpr int kDialogsPluginVersion = 4;
 
 struct DialogsPlugin {
   int version;
