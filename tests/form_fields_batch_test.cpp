@@ -98,6 +98,29 @@ TEST_F(FormFieldsBatchTest, F2ZoomsTheFieldAndZeroesTheKeyCode) {
   }
 }
 
+TEST_F(FormFieldsBatchTest, TheMouseControlComesBackHoldingTheMouseOrNot) {
+  const json button =
+      json::parse(R"({"vt":"Object","type":"MousePointer","v":{"width":1200,"height":375}})");
+  json answer = Ask(Call("tklCheckMouseMove", {button, 600, 100}).dump());
+  ASSERT_EQ(answer["ok"], true) << answer.dump();
+  EXPECT_EQ(answer["result"], kTrue);
+  EXPECT_EQ(answer["byref"]["0"]["v"], json::parse(R"({"MousePointer":0,"width":1200,
+      "height":375,"holdsMouse":true})"));
+  answer = Ask(Call("tklCheckMouseDown", {answer["byref"]["0"], 600, 400}).dump());
+  EXPECT_EQ(answer["result"], kFalse);
+  EXPECT_EQ(answer["byref"]["0"]["v"]["holdsMouse"], false);
+  // One without a size has no point on it, and comes back as it went:
+  // the pointer alone, as tklShowWait's objects do.
+  answer = Ask(
+      R"({"member":"tklCheckMouseMove","args":[{"vt":"Object","type":"MousePointer","v":{"MousePointer":11}},1,1]})");
+  EXPECT_EQ(answer["result"], kFalse);
+  EXPECT_EQ(answer["byref"]["0"]["v"], json::parse(R"({"MousePointer":11})"));
+  // A misspelt field is refused, not dropped.
+  answer = Ask(
+      R"({"member":"tklCheckMouseMove","args":[{"vt":"Object","type":"MousePointer","v":{"widht":5}},1,1]})");
+  EXPECT_EQ(answer["ok"], false);
+}
+
 TEST_F(FormFieldsBatchTest, WithoutADisplayNoFormIsOpen) {
   json answer = Ask(R"({"member":"tklIsFormOpen","args":["frmCustomer"]})");
   ASSERT_EQ(answer["ok"], true) << answer.dump();

@@ -798,6 +798,19 @@ class NORVIK50_EXPORT LIB {
   bool tklCheckF2Key(const std::shared_ptr<HostObject>& oControl, int16_t& iKeyCode,
                      int16_t iShift = 0, std::u16string_view sDescription = u"",
                      bool bIgnoreAttributes = false);
+  // (Designed here.) For a control's MouseMove handler: True when the
+  // point nX, nY (twips from the control's top left corner) lies on
+  // oControl (a MouseHolder of norvik50/mouse_pointer.h); the control then
+  // holds the mouse, so that it is told of the move that leaves it. False
+  // for a point off it, and the control lets the mouse go. 5 for another
+  // object.
+  bool tklCheckMouseMove(const std::shared_ptr<HostObject>& oControl, float nX, float nY);
+  // (Designed here.) For a control's MouseDown and MouseUp handlers: True
+  // when the press (or its release) at nX, nY lies on oControl; False for
+  // one off it (a press let go outside the control is no click), and the
+  // control lets the mouse go. Never takes hold of it. 5 for another
+  // object.
+  bool tklCheckMouseDown(const std::shared_ptr<HostObject>& oControl, float nX, float nY);
 
   // ---- Folder chooser and file dialog -------------------------------------
 

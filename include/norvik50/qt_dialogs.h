@@ -130,8 +130,10 @@ NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
 // A host's widget as the object of tklShowWait: its MousePointer is the
 // widget's cursor (0 none of its own, 11 the wait cursor, and the other
 // standard pointers 1..15 as Qt's matching shapes); a pointer without one
-// (99, custom) raises 5. Once the widget is destroyed, it reads 0 and
-// ignores changes.
+// (99, custom) raises 5. It is also the MouseHolder of tklCheckMouseMove
+// and tklCheckMouseDown: its size is the widget's, and holding the mouse
+// is QWidget::grabMouse (releaseMouse to let it go). Once the widget is
+// destroyed, it reads 0, holds nothing and ignores changes.
 NORVIK50_EXPORT std::shared_ptr<MousePointerControl> QtMousePointer(QWidget* widget);
 
 // A host's window as the Form of tklSaveWindowPos, tklLoadWindowPos and

@@ -1,4 +1,6 @@
 // Dispatch entries of the form and field helpers.
+#include <string_view>
+
 #include "core/member_builder.h"
 #include "core/member_registry.h"
 #include "norvik50/lib.h"
@@ -32,6 +34,20 @@ void RegisterFormFieldMembers(MemberTable& table) {
                }
                return Variant(handled);
              })));
+  // The control comes back: whether it holds the mouse is part of its state.
+  for (const char* name : {"tklCheckMouseMove", "tklCheckMouseDown"}) {
+    const bool move = std::string_view(name) == "tklCheckMouseMove";
+    table.Add(DesignedHere(Method(
+        name, {Ref("oControl", O), In("nX", F), In("nY", F)}, B, [move](LIB& lib, CallArgs& a) {
+          const auto& control = a[0].as_object();
+          const float x = a[1].as_single();
+          const float y = a[2].as_single();
+          const bool on =
+              move ? lib.tklCheckMouseMove(control, x, y) : lib.tklCheckMouseDown(control, x, y);
+          a.MarkWritten(0);
+          return Variant(on);
+        })));
+  }
 }
 
 }  // namespace norvik50

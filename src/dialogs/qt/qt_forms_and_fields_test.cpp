@@ -1,5 +1,5 @@
-// Open forms, the containers of real widgets and F2 in a real field, on the
-// offscreen platform.
+// Open forms, the containers of real widgets, F2 in a real field and a
+// button holding the mouse, on the offscreen platform.
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -22,6 +23,7 @@
 #include "dialogs/qt/scripted_dialogs_for_tests.h"
 #include "dialogs/qt/zoom_form.h"
 #include "norvik50/container.h"
+#include "norvik50/mouse_pointer.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50::qt {
@@ -317,6 +319,90 @@ TEST_F(CheckF2KeyTest, AnyOtherKeyReachesTheFieldAndOpensNothing) {
   EXPECT_EQ(f2_->handled, 0);
   EXPECT_EQ(field_->text(), "Hauptstr. 1a");  // the key went on to the field
   EXPECT_TRUE(dialogs_.Log().empty());
+}
+
+// ---- tklCheckMouseMove and tklCheckMouseDown ---------------------------
+
+// A button with a hover effect as a ported form writes it: its MouseMove
+// handler asks tklCheckMouseMove and keeps the answer as its hover state.
+class HoverButton final : public QObject {
+ public:
+  HoverButton(LIB& lib, QPushButton& button) : lib_(lib), button_(button) {
+    button.setMouseTracking(true);
+    button.installEventFilter(this);
+  }
+  bool hovered = false;
+  int moves = 0;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == &button_ && event->type() == QEvent::MouseMove) {
+      const QPointF at = static_cast<QMouseEvent&>(*event).position();
+      ++moves;
+      hovered = lib_.tklCheckMouseMove(QtMousePointer(&button_), static_cast<float>(at.x() * 15),
+                                       static_cast<float>(at.y() * 15));
+    }
+    return false;
+  }
+
+ private:
+  LIB& lib_;
+  QPushButton& button_;
+};
+
+class MouseHolderQtTest : public QtMembersTest {
+ protected:
+  MouseHolderQtTest() : QtMembersTest("de-DE") {
+    form_.resize(300, 100);
+    button_ = new QPushButton("Speichern", &form_);
+    button_->setGeometry(10, 10, 80, 25);
+    form_.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&form_));
+  }
+  ~MouseHolderQtTest() override {
+    if (QWidget* grabber = QWidget::mouseGrabber()) grabber->releaseMouse();
+  }
+  static void SetUpTestSuite() { EnsureApplication(); }
+
+  QWidget form_;
+  QPushButton* button_;
+};
+
+TEST_F(MouseHolderQtTest, TheButtonHoldsTheMouseWhileThePointerIsOnIt) {
+  const auto control = QtMousePointer(button_);
+  auto* holder = dynamic_cast<MouseHolder*>(control.get());
+  ASSERT_NE(holder, nullptr);
+  EXPECT_EQ(holder->WidthTwips(), 80 * 15);
+  EXPECT_EQ(holder->HeightTwips(), 25 * 15);
+  EXPECT_TRUE(lib_.tklCheckMouseMove(control, 40 * 15, 12 * 15));
+  EXPECT_EQ(QWidget::mouseGrabber(), button_);
+  EXPECT_TRUE(holder->HoldsMouse());
+  EXPECT_FALSE(lib_.tklCheckMouseMove(control, 81 * 15, 12 * 15));
+  EXPECT_EQ(QWidget::mouseGrabber(), nullptr);
+  // A release outside is no click, and lets go of the mouse.
+  lib_.tklCheckMouseMove(control, 5, 5);
+  EXPECT_FALSE(lib_.tklCheckMouseDown(control, 40 * 15, -15));
+  EXPECT_EQ(QWidget::mouseGrabber(), nullptr);
+  // Gone: nothing is on it and nothing is held.
+  delete button_;
+  EXPECT_FALSE(lib_.tklCheckMouseMove(control, 5, 5));
+  EXPECT_FALSE(holder->HoldsMouse());
+}
+
+// Held, the button is told of the move that takes the pointer off it,
+// which without the hold would go to the form: the hover state ends.
+TEST_F(MouseHolderQtTest, TheMoveOffTheButtonReachesItsHandler) {
+  HoverButton hover(lib_, *button_);
+  QTest::mouseMove(button_, QPoint(40, 12));
+  EXPECT_EQ(hover.moves, 1);
+  EXPECT_TRUE(hover.hovered);
+  QTest::mouseMove(&form_, QPoint(200, 60));  // on the form, far off the button
+  EXPECT_EQ(hover.moves, 2);
+  EXPECT_FALSE(hover.hovered);
+  EXPECT_EQ(QWidget::mouseGrabber(), nullptr);
+  // Let go, the next move off the button goes to the form, as it should.
+  QTest::mouseMove(&form_, QPoint(220, 70));
+  EXPECT_EQ(hover.moves, 2);
 }
 
 }  // namespace
