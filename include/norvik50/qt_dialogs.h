@@ -132,8 +132,9 @@ NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
 // standard pointers 1..15 as Qt's matching shapes); a pointer without one
 // (99, custom) raises 5. It is also the MouseHolder of tklCheckMouseMove
 // and tklCheckMouseDown: its size is the widget's, and holding the mouse
-// is QWidget::grabMouse (releaseMouse to let it go). Once the widget is
-// destroyed, it reads 0, holds nothing and ignores changes.
+// is QWidget::grabMouse (releaseMouse to let it go). Any widget (a button,
+// a label) this way also knows its container for tklGetContainer. Once the
+// widget is destroyed, it reads 0, holds nothing and ignores changes.
 NORVIK50_EXPORT std::shared_ptr<MousePointerControl> QtMousePointer(QWidget* widget);
 
 // A host's window as the Form of tklSaveWindowPos, tklLoadWindowPos and

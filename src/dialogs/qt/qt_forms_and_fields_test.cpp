@@ -213,6 +213,9 @@ TEST_F(ContainersTest, EveryKindOfControlKnowsItsContainer) {
   EXPECT_EQ(NameOf(lib_.tklGetContainer(QtTextControl(stack_field_))), u"pagTwo:Page");
   EXPECT_EQ(NameOf(lib_.tklGetContainer(QtTabStrip(form_.findChild<QTabWidget*>()))),
             u"frmCustomer");
+  // Any other widget, through its widget adapter.
+  auto* save = new QPushButton("Speichern", form_.findChild<QGroupBox*>());
+  EXPECT_EQ(NameOf(lib_.tklGetContainer(QtMousePointer(save), u"TabPage")), u"tabAddress:TabPage");
   // A container is placed in its turn.
   const auto frame = lib_.tklGetContainer(QtTextControl(street_));
   EXPECT_EQ(NameOf(lib_.tklGetContainer(frame)), u"tabAddress:TabPage");

@@ -1,11 +1,13 @@
 // A host's Qt widget behind the library's MousePointerControl and
-// MouseHolder.
+// MouseHolder, placed in its container.
 #include <QPointer>
 #include <QWidget>
 #include <array>
 #include <optional>
 
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/qt_containers.h"
+#include "norvik50/container.h"
 #include "norvik50/error.h"
 #include "norvik50/qt_dialogs.h"
 
@@ -33,9 +35,10 @@ constexpr std::array<Qt::CursorShape, 16> kShapes = {
     Qt::SizeAllCursor,     // 15 size all
 };
 
-class WidgetPointer final : public MousePointerControl, public MouseHolder {
+class WidgetPointer final : public MousePointerControl, public MouseHolder, public Contained {
  public:
   explicit WidgetPointer(QWidget* widget) : widget_(widget) {}
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(widget_.data()); }
 
   int32_t WidthTwips() const override {
     return widget_ ? widget_->width() * qt::kTwipsPerPixel : 0;
