@@ -18,6 +18,7 @@ const MemberTable& Members() {
     RegisterWindowMembers(t);
     RegisterListBoxMembers(t);
     RegisterPictureMembers(t);
+    RegisterFormFieldMembers(t);
     return t;
   }();
   return table;

@@ -87,6 +87,10 @@ class NORVIK50_EXPORT Form : public HostObject {
   // Gives the form a soft shadow to its right and below it (`shadow`
   // false: none). False when the form cannot (the default).
   virtual bool SetShadow(bool shadow);
+  // Whether the form is open: shown on the desktop, minimised or not. A
+  // form that was closed (or is gone) is not. A form that cannot tell
+  // answers false (the default).
+  virtual bool IsOpen() const;
 };
 
 // The inner size of a form of `outer` size with the classic frame and,
@@ -129,6 +133,7 @@ class NORVIK50_EXPORT MemoryForm final : public Form {
     shadow = on;
     return true;
   }
+  bool IsOpen() const override { return visible; }
 
   std::u16string name;
   WindowPlacement placement;

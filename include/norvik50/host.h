@@ -323,6 +323,12 @@ class NORVIK50_EXPORT UserInterface {
   // when the pointer cannot be confined here (the default: no pointer,
   // though releasing it succeeds).
   virtual bool ConfinePointer(const std::optional<TwipsRect>& area);
+  // The names of the application's forms that are open now: its top-level
+  // windows and dialogs that are shown, minimised ones too, each named as
+  // QtForm names a window (its object name, else its class name). A window
+  // that was closed is not open, even where the toolkit only hid it. The
+  // default knows none.
+  virtual std::vector<std::u16string> OpenForms();
 };
 
 // The headless implementation (the default).

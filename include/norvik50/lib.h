@@ -806,6 +806,45 @@ class NORVIK50_EXPORT LIB {
   // Qt lists and tab strips) the input focus. Never raises.
   void tklSetFocus(const std::shared_ptr<HostObject>& oControl);
 
+  // ---- Forms and fields -------------------------------------------------
+
+  // (Designed here.) Whether the form vForm names is open: a text is a
+  // form's name, compared without case with the forms the user interface
+  // shows now (OpenForms); a Form object answers for itself. A closed
+  // form is not open. False for Empty, Null, "", Nothing and any other
+  // object; 13 for a value of another type.
+  bool tklIsFormOpen(const Variant& vForm);
+  // (Designed here.) The container oControl sits in (norvik50/container.h):
+  // with sKind "" the one that holds it directly (a frame, a tab page, a
+  // page, or the form); else the nearest one up whose type ("Frame",
+  // "TabPage", "Page", "Form") or name is sKind, without case. Nothing
+  // when none is. 5 when oControl is no control placed on a form.
+  std::shared_ptr<HostObject> tklGetContainer(const std::shared_ptr<HostObject>& oControl,
+                                              std::u16string_view sKind = u"");
+  // (Designed here.) For a field's KeyDown handler: when iKeyCode is F2
+  // (113) with no Shift, Ctrl or Alt in iShift (1, 2, 4), opens the zoom on
+  // oControl as tklZoomTextBox does (sDescription its caption,
+  // bIgnoreAttributes as there), then sets iKeyCode to 0 so that the host's
+  // own handling ignores the key, and answers True. Any other key answers
+  // False and changes nothing. Raises what tklZoomTextBox raises (5 for a
+  // control it cannot zoom), the key code then kept.
+  bool tklCheckF2Key(const std::shared_ptr<HostObject>& oControl, int16_t& iKeyCode,
+                     int16_t iShift = 0, std::u16string_view sDescription = u"",
+                     bool bIgnoreAttributes = false);
+  // (Designed here.) For a control's MouseMove handler: True when the
+  // point nX, nY (twips from the control's top left corner) lies on
+  // oControl (a MouseHolder of norvik50/mouse_pointer.h); the control then
+  // holds the mouse, so that it is told of the move that leaves it. False
+  // for a point off it, and the control lets the mouse go. 5 for another
+  // object.
+  bool tklCheckMouseMove(const std::shared_ptr<HostObject>& oControl, float nX, float nY);
+  // (Designed here.) For a control's MouseDown and MouseUp handlers: True
+  // when the press (or its release) at nX, nY lies on oControl; False for
+  // one off it (a press let go outside the control is no click), and the
+  // control lets the mouse go. Never takes hold of it. 5 for another
+  // object.
+  bool tklCheckMouseDown(const std::shared_ptr<HostObject>& oControl, float nX, float nY);
+
   // ---- Folder chooser and file dialog -------------------------------------
 
   // Lets the user pick a folder. With sDefaultPath the library's form

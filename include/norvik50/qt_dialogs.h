@@ -29,6 +29,7 @@
 
 class QWidget;
 class QButtonGroup;
+class QKeyEvent;
 class QComboBox;
 class QImage;
 class QLabel;
@@ -131,8 +132,11 @@ NORVIK50_EXPORT std::shared_ptr<TabStrip> QtTabStrip(QTabWidget* tabs);
 // A host's widget as the object of tklShowWait: its MousePointer is the
 // widget's cursor (0 none of its own, 11 the wait cursor, and the other
 // standard pointers 1..15 as Qt's matching shapes); a pointer without one
-// (99, custom) raises 5. Once the widget is destroyed, it reads 0 and
-// ignores changes.
+// (99, custom) raises 5. It is also the MouseHolder of tklCheckMouseMove
+// and tklCheckMouseDown: its size is the widget's, and holding the mouse
+// is QWidget::grabMouse (releaseMouse to let it go). Any widget (a button,
+// a label) this way also knows its container for tklGetContainer. Once the
+// widget is destroyed, it reads 0, holds nothing and ignores changes.
 NORVIK50_EXPORT std::shared_ptr<MousePointerControl> QtMousePointer(QWidget* widget);
 
 // A host's window as the Form of tklSaveWindowPos, tklLoadWindowPos and
@@ -185,6 +189,14 @@ NORVIK50_EXPORT std::shared_ptr<PictureCanvas> QtPictureBox(QLabel* label);
 // background brush, filled automatically), which stays when the window is
 // repainted. Not owned, as the picture box.
 NORVIK50_EXPORT std::shared_ptr<PictureCanvas> QtFormBackground(QWidget* window);
+// The Windows key code of a key press (F2 is 113, "A" 65, Return 13), as
+// a ported host's KeyDown handler hands it to tklCheckF2Key; 0 for a key
+// that has none. `shift` (when given) receives the shift state: 1 Shift, 2
+// Ctrl, 4 Alt, added up. Example, in a field's event filter:
+//   int16_t shift = 0;
+//   int16_t code = WindowsKeyCode(*key_event, &shift);
+//   if (lib.tklCheckF2Key(QtTextControl(edit), code, shift)) return true;
+NORVIK50_EXPORT int16_t WindowsKeyCode(const QKeyEvent& event, int16_t* shift = nullptr);
 
 // Renders every dialog form in German and English to PNG files in
 // `folder` (created when missing). Returns the number of files written.

@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 
+#include "norvik50/container.h"
 #include "norvik50/export.h"
 #include "norvik50/focusable.h"
 #include "norvik50/variant.h"
@@ -50,8 +51,9 @@ class NORVIK50_EXPORT TextControl : public HostObject, public Focusable {
 NORVIK50_EXPORT void SelectField(TextControl& control, bool toggle);
 
 // A text box held in memory. Like a real box it keeps the selection
-// inside the text: Select clamps, and a new text puts the caret at 0.
-class NORVIK50_EXPORT MemoryTextBox final : public TextControl {
+// inside the text: Select clamps, and a new text puts the caret at 0. It
+// sits in `container` (nullptr: on no form).
+class NORVIK50_EXPORT MemoryTextBox final : public TextControl, public Contained {
  public:
   explicit MemoryTextBox(std::u16string type_name = u"TextBox")
       : type_name_(std::move(type_name)) {}
@@ -66,6 +68,7 @@ class NORVIK50_EXPORT MemoryTextBox final : public TextControl {
   int32_t SelLength() const override { return sel_length; }
   void Select(int32_t start, int32_t length) override;
   void SetFocus() override { focused = true; }
+  std::shared_ptr<HostObject> Parent() const override { return container; }
 
   bool enabled = true;
   bool locked = false;
@@ -73,6 +76,7 @@ class NORVIK50_EXPORT MemoryTextBox final : public TextControl {
   int32_t sel_start = 0;
   int32_t sel_length = 0;
   bool focused = false;
+  std::shared_ptr<HostObject> container;
 
  private:
   std::u16string type_name_;

@@ -18,6 +18,7 @@ void RegisterDialogMembers(MemberTable& table);    // src/dialogs/dialog_members
 void RegisterWindowMembers(MemberTable& table);    // src/dialogs/window_members.cpp
 void RegisterListBoxMembers(MemberTable& table);   // src/dialogs/list_box_members.cpp
 void RegisterPictureMembers(MemberTable& table);   // src/dialogs/picture_members.cpp
+void RegisterFormFieldMembers(MemberTable& table);  // src/dialogs/form_field_members.cpp
 
 }  // namespace norvik50
 

@@ -10,17 +10,6 @@ namespace {
 
 constexpr std::string_view kControls = "Control helpers";
 
-constexpr std::u16string_view kControlsToCome =
-    u"not available in this version: the control helpers for Qt list views, list boxes, "
-    u"grids and tab strips are still to come";
-
-// The two mouse helpers share their reason.
-constexpr std::u16string_view kMouseCapture =
-    u"not available on this platform: they capture the Windows mouse for a control so that a "
-    u"form learns when the pointer leaves it or a button is let go outside it, which the "
-    u"host runtime reported no other way; a Qt widget is told so itself (enter and leave "
-    u"events, the release event of a grabbed pointer)";
-
 bool LessWithoutCase(std::string_view a, std::string_view b) {
   return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
     return std::tolower(static_cast<unsigned char>(x)) <
@@ -41,14 +30,7 @@ std::vector<UnavailableMember> MakeList() {
       {"tklSetNoNumbers", kControls,
        u"not available on this platform: it switches a style bit of the native Windows list "
        u"view, which Qt's item views do not have"},
-      {"tklCheckMouseDown", kControls, kMouseCapture},
-      {"tklCheckMouseMove", kControls, kMouseCapture},
   };
-  for (std::string_view name : {"tklCheckF2Key",
-                                "tklGetContainer",
-                                "tklIsFormOpen"}) {
-    list.push_back({name, kControls, kControlsToCome});
-  }
   std::sort(list.begin(), list.end(), [](const UnavailableMember& a, const UnavailableMember& b) {
     return LessWithoutCase(a.name, b.name);
   });

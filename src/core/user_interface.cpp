@@ -78,6 +78,7 @@ std::optional<std::vector<TopLevelWindow>> UserInterface::TopLevelWindows() {
 bool UserInterface::ConfinePointer(const std::optional<TwipsRect>& area) {
   return !area.has_value();
 }
+std::vector<std::u16string> UserInterface::OpenForms() { return {}; }
 
 std::shared_ptr<UserInterface> HeadlessUserInterface() {
   static const auto headless = std::make_shared<HeadlessUi>();

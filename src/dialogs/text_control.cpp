@@ -2,12 +2,16 @@
 
 #include <algorithm>
 
+#include "norvik50/container.h"
+
 namespace norvik50 {
 
 // Out of line, so the interfaces' type information lives in one library.
 Focusable::~Focusable() = default;
 TextControl::~TextControl() = default;
 StatusPanel::~StatusPanel() = default;
+Contained::~Contained() = default;
+ControlContainer::~ControlContainer() = default;
 
 void MemoryTextBox::SetText(std::u16string_view text) {
   text_ = text;

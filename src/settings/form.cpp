@@ -27,6 +27,8 @@ bool Form::SetCornerRadius(int32_t) { return false; }
 
 bool Form::SetShadow(bool) { return false; }
 
+bool Form::IsOpen() const { return false; }
+
 TwipsSize Form::InnerSize() const { return InnerSizeOf(Placement().bounds, false); }
 
 TwipsSize InnerSizeOf(const TwipsRect& outer, bool menu_bar) {

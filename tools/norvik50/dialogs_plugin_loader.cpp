@@ -135,6 +135,10 @@ class Deferred final : public UserInterface {
     if (!area) return real_ ? real_->ConfinePointer(area) : true;
     return Real().ConfinePointer(area);
   }
+  // Before the toolkit started, no form of it was open.
+  std::vector<std::u16string> OpenForms() override {
+    return real_ ? real_->OpenForms() : std::vector<std::u16string>{};
+  }
 
  private:
   UserInterface& Real() {

@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "json_container_objects.h"
 #include "json_fields.h"
 #include "json_line.h"
 #include "json_value.h"
@@ -22,8 +23,8 @@ using json = nlohmann::ordered_json;
 // included.
 constexpr std::array<std::string_view, 7> kTextTypes = {
     "TextBox", "ComboBox", "ListBox", "ListItem", "Node", "QSCombo", "DCCombo"};
-constexpr std::array<std::string_view, 7> kTextFields = {
-    "text", "enabled", "locked", "tooltip", "selStart", "selLength", "focused"};
+constexpr std::array<std::string_view, 8> kTextFields = {
+    "text", "enabled", "locked", "tooltip", "selStart", "selLength", "focused", "container"};
 constexpr std::array<std::string_view, 1> kPanelFields = {"text"};
 constexpr std::array<std::string_view, 2> kOptionFields = {"buttons", "checked"};
 
@@ -94,6 +95,7 @@ std::optional<Variant> ControlObjectFromJson(const std::string& type, const json
   }
   if (type == "TabFrames") return Variant(std::shared_ptr<HostObject>(TabFramesFrom(payload)));
   if (type == "Grid") return Variant(std::shared_ptr<HostObject>(GridFrom(payload)));
+  if (type == "Container") return Variant(ContainerFromJson(payload));
   if (std::find(kTextTypes.begin(), kTextTypes.end(), type) == kTextTypes.end()) {
     return std::nullopt;
   }
@@ -106,6 +108,9 @@ std::optional<Variant> ControlObjectFromJson(const std::string& type, const json
   // Kept inside the text, as the box keeps a selection it is given.
   box->Select(LongField(payload, "selStart"), LongField(payload, "selLength"));
   box->focused = FlagField(payload, "focused", false);
+  if (const auto up = payload.find("container"); up != payload.end() && !up->is_null()) {
+    box->container = ContainerFromJson(*up);
+  }
   return Variant(std::shared_ptr<HostObject>(std::move(box)));
 }
 
@@ -141,17 +146,28 @@ std::optional<json> ControlObjectToJson(const HostObject& object) {
                 {"type", "Grid"},
                 {"v", {{"clientWidth", grid->client_width}, {"columns", std::move(columns)}}}};
   }
+  if (auto container = ContainerPayload(object)) {
+    return json{{"vt", "Object"}, {"type", "Container"}, {"v", std::move(*container)}};
+  }
   if (const auto* box = dynamic_cast<const MemoryTextBox*>(&object)) {
-    return json{{"vt", "Object"},
-                {"type", Utf16ToWireText(box->TypeName())},
-                {"v",
-                 {{"text", Utf16ToWireText(box->Text())},
-                  {"enabled", box->enabled},
-                  {"locked", box->locked},
-                  {"tooltip", Utf16ToWireText(box->tooltip)},
-                  {"selStart", box->sel_start},
-                  {"selLength", box->sel_length},
-                  {"focused", box->focused}}}};
+    json answer = json{{"vt", "Object"},
+                       {"type", Utf16ToWireText(box->TypeName())},
+                       {"v",
+                        {{"text", Utf16ToWireText(box->Text())},
+                         {"enabled", box->enabled},
+                         {"locked", box->locked},
+                         {"tooltip", Utf16ToWireText(box->tooltip)},
+                         {"selStart", box->sel_start},
+                         {"selLength", box->sel_length},
+                         {"focused", box->focused}}}};
+    // Written only for a field that has one, so answers stay as they were
+    // for the fields that do not.
+    if (box->container != nullptr) {
+      if (auto container = ContainerPayload(*box->container)) {
+        answer["v"]["container"] = std::move(*container);
+      }
+    }
+    return answer;
   }
   return std::nullopt;
 }

@@ -4,9 +4,11 @@
 //    "locked":false,"tooltip":"Name","selStart":0,"selLength":0,
 //    "focused":false}}
 // with the type TextBox, ComboBox, ListBox, ListItem or Node (every field
-// optional: "", enabled, not locked, no tooltip, caret at 0, no focus), and
+// optional: "", enabled, not locked, no tooltip, caret at 0, no focus; a
+// "container" the field sits in, see json_container_objects.h), and
 //   {"vt":"Object","type":"StatusPanel","v":{"text":"Customer's name"}}.
-// Answers write the same form with every field.
+// Answers write the same form with every field ("container" only when the
+// field has one).
 #ifndef NORVIK50_TOOLS_NORVIK50_JSON_CONTROL_OBJECTS_H_
 #define NORVIK50_TOOLS_NORVIK50_JSON_CONTROL_OBJECTS_H_
 

@@ -1,7 +1,10 @@
 // The dialog objects of the batch protocol, as typed Object values:
 //   {"vt":"Object","type":"MousePointer","v":{"MousePointer":0}}
 // an object with a mouse pointer for tklShowWait; the answer writes it
-// with the pointer it has afterwards.
+// with the pointer it has afterwards. As the control of tklCheckMouseMove
+// and tklCheckMouseDown it also has a size in twips and holds the mouse
+// or not: {"MousePointer":0,"width":1200,"height":375,"holdsMouse":false}
+// (each optional: 0, 0, false; written back only when one is not).
 #ifndef NORVIK50_TOOLS_NORVIK50_JSON_DIALOG_OBJECTS_H_
 #define NORVIK50_TOOLS_NORVIK50_JSON_DIALOG_OBJECTS_H_
 

@@ -163,7 +163,7 @@ Variant Typed(const json& value, int depth) {
       throw JsonValueError(
           "Object must be null (Nothing) or of type Collection, XmlDocument, XmlNode, List, "
           "TabStrip, TextBox, ComboBox, ListBox, ListItem, Node, QSCombo, DCCombo, StatusPanel, "
-          "MousePointer, OptionGroup, TabFrames, Grid, Form, ListView or Picture");
+          "MousePointer, OptionGroup, TabFrames, Grid, Form, ListView, Picture or Container");
     }
     auto collection = std::make_shared<Collection>();
     for (const json& item : v) collection->Add(FromJson(item, depth + 1));

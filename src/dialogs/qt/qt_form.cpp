@@ -10,6 +10,7 @@
 
 #include "dialogs/qt/control_name.h"
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/qt_containers.h"
 #include "dialogs/qt/qt_form_captions.h"
 #include "dialogs/qt/stays_on_top.h"
 #include "dialogs/qt/window_shape.h"
@@ -112,6 +113,8 @@ class QtFormControl final : public Form {
     qt::SetDropShadow(*window_, shadow);
     return true;
   }
+
+  bool IsOpen() const override { return window_ && qt::IsOpenForm(*window_); }
 
   TwipsSize InnerSize() const override {
     if (!window_) return {};

@@ -8,6 +8,8 @@
 #include <QTabBar>
 #include <QTabWidget>
 
+#include "dialogs/qt/qt_containers.h"
+#include "norvik50/container.h"
 #include "norvik50/error.h"
 #include "norvik50/focusable.h"
 #include "norvik50/qt_dialogs.h"
@@ -27,9 +29,10 @@ QString ToQ(std::u16string_view text) {
 // check. `Widget` needs clear() and count(); the rows' data goes through
 // Data and SetData.
 template <typename Widget>
-class RowList : public ListControl, public Focusable {
+class RowList : public ListControl, public Focusable, public Contained {
  public:
   explicit RowList(Widget* widget) : widget_(widget) {}
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(widget_.data()); }
   void SetFocus() override {
     if (widget_) widget_->setFocus();
   }
@@ -171,9 +174,10 @@ int CheckNewTab(const QTabBar* bar, std::optional<int32_t> index, const QString&
   return *index - 1;
 }
 
-class BarTabs final : public TabStrip, public Focusable, private TabCollection {
+class BarTabs final : public TabStrip, public Focusable, public Contained, private TabCollection {
  public:
   explicit BarTabs(QTabBar* bar) : bar_(bar) {}
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(bar_.data()); }
   TabCollection& Tabs() override { return *this; }
   int32_t SelectedIndex() const override { return bar_ ? bar_->currentIndex() : -1; }
   void SetFocus() override {
@@ -199,9 +203,13 @@ class BarTabs final : public TabStrip, public Focusable, private TabCollection {
 // Marks the pages this adapter made, so that Clear deletes only those.
 constexpr char kOwnPage[] = "norvik50OwnPage";
 
-class WidgetTabs final : public TabStrip, public Focusable, private TabCollection {
+class WidgetTabs final : public TabStrip,
+                         public Focusable,
+                         public Contained,
+                         private TabCollection {
  public:
   explicit WidgetTabs(QTabWidget* tabs) : tabs_(tabs) {}
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(tabs_.data()); }
   TabCollection& Tabs() override { return *this; }
   int32_t SelectedIndex() const override { return tabs_ ? tabs_->currentIndex() : -1; }
   void SetFocus() override {

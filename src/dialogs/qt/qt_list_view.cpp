@@ -19,6 +19,8 @@
 #include "dialogs/qt/control_name.h"
 #include "dialogs/qt/dialog_driver.h"
 #include "dialogs/qt/list_view_style.h"
+#include "dialogs/qt/qt_containers.h"
+#include "norvik50/container.h"
 #include "norvik50/error.h"
 #include "norvik50/qt_dialogs.h"
 
@@ -35,9 +37,10 @@ QHeaderView* HeaderOf(QTableView* view) { return view->horizontalHeader(); }
 // Columns are the model's, counted as the header counts them (logical
 // indexes: a column the user dragged elsewhere keeps its number).
 template <typename View>
-class HeaderListView final : public ListView {
+class HeaderListView final : public ListView, public Contained {
  public:
   explicit HeaderListView(View* view) : view_(view) {}
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(view_.data()); }
 
   std::u16string Name() const override { return qt::ControlName(view_.data()); }
   int32_t ColumnCount() const override { return view_ ? HeaderOf(view_.data())->count() : 0; }

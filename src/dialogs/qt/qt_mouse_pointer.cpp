@@ -1,9 +1,13 @@
-// A host's Qt widget behind the library's MousePointerControl.
+// A host's Qt widget behind the library's MousePointerControl and
+// MouseHolder, placed in its container.
 #include <QPointer>
 #include <QWidget>
 #include <array>
 #include <optional>
 
+#include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/qt_containers.h"
+#include "norvik50/container.h"
 #include "norvik50/error.h"
 #include "norvik50/qt_dialogs.h"
 
@@ -31,9 +35,26 @@ constexpr std::array<Qt::CursorShape, 16> kShapes = {
     Qt::SizeAllCursor,     // 15 size all
 };
 
-class WidgetPointer final : public MousePointerControl {
+class WidgetPointer final : public MousePointerControl, public MouseHolder, public Contained {
  public:
   explicit WidgetPointer(QWidget* widget) : widget_(widget) {}
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(widget_.data()); }
+
+  int32_t WidthTwips() const override {
+    return widget_ ? widget_->width() * qt::kTwipsPerPixel : 0;
+  }
+  int32_t HeightTwips() const override {
+    return widget_ ? widget_->height() * qt::kTwipsPerPixel : 0;
+  }
+  bool HoldsMouse() const override { return widget_ && QWidget::mouseGrabber() == widget_; }
+  void HoldMouse(bool hold) override {
+    if (!widget_ || hold == HoldsMouse()) return;
+    if (hold) {
+      widget_->grabMouse();
+    } else {
+      widget_->releaseMouse();
+    }
+  }
 
   int16_t MousePointer() const override {
     if (!widget_ || !widget_->testAttribute(Qt::WA_SetCursor)) return kPointerDefault;

@@ -8,6 +8,8 @@
 #include <QTableWidget>
 
 #include "dialogs/qt/dialog_driver.h"
+#include "dialogs/qt/qt_containers.h"
+#include "norvik50/container.h"
 #include "norvik50/error.h"
 #include "norvik50/qt_dialogs.h"
 
@@ -65,9 +67,10 @@ Qt::Alignment ToQt(TextAlignment alignment) {
   return Qt::AlignLeft | Qt::AlignVCenter;
 }
 
-class TableGrid final : public Grid {
+class TableGrid final : public Grid, public Contained {
  public:
   explicit TableGrid(QTableView* table) : table_(table) {}
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(table_.data()); }
   int32_t ColumnCount() const override {
     return table_ && table_->model() ? table_->model()->columnCount() : 0;
   }

@@ -11,6 +11,8 @@
 #include <QTreeWidgetItemIterator>
 #include <algorithm>
 
+#include "dialogs/qt/qt_containers.h"
+#include "norvik50/container.h"
 #include "norvik50/qt_dialogs.h"
 
 namespace norvik50 {
@@ -22,9 +24,10 @@ QString ToQ(std::u16string_view text) {
 
 // What every widget adapter shares; `Field` is the widget type.
 template <typename Field>
-class FieldControl : public TextControl {
+class FieldControl : public TextControl, public Contained {
  public:
   explicit FieldControl(Field* field) : field_(field) {}
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(field_.data()); }
   std::u16string TypeName() const override { return u"TextBox"; }
   bool Enabled() const override { return field_ && field_->isEnabled(); }
   std::u16string ToolTipText() const override {
@@ -192,9 +195,11 @@ int32_t ItemSelLength(const typename Kind::Item* item, int column) {
 }
 
 template <typename Kind>
-class ItemControl final : public TextControl {
+class ItemControl final : public TextControl, public Contained {
  public:
   using Item = typename Kind::Item;
+  // An item sits where its view sits.
+  std::shared_ptr<HostObject> Parent() const override { return qt::ContainerOf(view_.data()); }
   ItemControl(Item* item, int column)
       : view_(item ? Kind::ViewOf(item) : nullptr), item_(item), column_(column) {}
   std::u16string TypeName() const override { return std::u16string(Kind::kType); }

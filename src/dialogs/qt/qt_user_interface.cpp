@@ -23,6 +23,7 @@
 #include "dialogs/qt/platform_probe.h"
 #include "dialogs/qt/progress_form.h"
 #include "dialogs/qt/qt_application.h"
+#include "dialogs/qt/qt_containers.h"
 #include "dialogs/qt/stays_on_top.h"
 #include "dialogs/qt/system_box.h"
 #include "dialogs/qt/x11_desktop.h"
@@ -252,6 +253,10 @@ class QtUi final : public UserInterface {
     if (desktop == nullptr || !desktop->Confine(qt::PixelsOf(*area))) return false;
     ReleaseWhenApplicationLetsGo();
     return true;
+  }
+
+  std::vector<std::u16string> OpenForms() override {
+    return qt::ApplicationUsable() ? qt::OpenFormNames() : std::vector<std::u16string>{};
   }
 
  private:

@@ -81,4 +81,27 @@ std::optional<VirtualKey> FromVirtualKeyCode(int32_t code) {
   return std::nullopt;
 }
 
+int32_t VirtualKeyCodeOf(int key, bool keypad) {
+  switch (key) {
+    case Qt::Key_Shift:
+      return 0x10;
+    case Qt::Key_Control:
+      return 0x11;
+    case Qt::Key_Alt:
+      return 0x12;
+    case Qt::Key_Enter:
+      return 0x0D;
+    case Qt::Key_Backtab:  // Shift+Tab
+      return 0x09;
+    default:
+      break;
+  }
+  // The table read backwards: 254 look-ups, once per key press.
+  for (int32_t code = 1; code <= 254; ++code) {
+    const std::optional<VirtualKey> named = FromVirtualKeyCode(code);
+    if (named && named->key == key && named->key != 0 && named->keypad == keypad) return code;
+  }
+  return 0;
+}
+
 }  // namespace norvik50::qt

@@ -23,6 +23,11 @@ struct VirtualKey {
 // Linux (the OEM punctuation keys other than + , - ., IME and media keys).
 std::optional<VirtualKey> FromVirtualKeyCode(int32_t code);
 
+// The virtual-key code of the Qt key `key` (on the keypad or not): the
+// first code that names it (Shift is 0x10, not 0xA0); Enter on the keypad
+// is Return (0x0D). 0 for a key without a code.
+int32_t VirtualKeyCodeOf(int key, bool keypad);
+
 }  // namespace norvik50::qt
 
 #endif  // NORVIK50_SRC_DIALOGS_QT_VIRTUAL_KEYS_H_

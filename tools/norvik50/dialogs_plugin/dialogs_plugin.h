@@ -22,7 +22,7 @@ namespace norvik50::cli {
 // 2: UserInterface::ScreenRects.
 // 3: PrimaryScreen, MenuBarHeight, SetApplicationTopMost, IsKeyDown,
 //    FontFamilies.
-// 4: TopLevelWindows, ConfinePointer.
+// 4: TopLevelWindows, ConfinePointer, OpenForms.
 inline constexpr int kDialogsPluginVersion = 4;
 
 struct DialogsPlugin {
