@@ -154,6 +154,23 @@ void BM_tklSearchListItem_QTreeWidgetAfterAnEdit(benchmark::State& state) {
     if (Lib().tklSearchListItem(view, typed, 1) != kRows) state.SkipWithError("not found");
   }
 }
+// The floor of the search on a MemoryListView: a host's own loop over the
+// same rows, comparing with case (every row's text is read as there).
+void BM_WalkMemoryRowsStartsWith(benchmark::State& state) {
+  const auto list = MakeMemoryList();
+  const std::u16string typed = LastName();
+  for (auto _ : state) {
+    std::size_t found = 0;
+    for (std::size_t row = 0; row < list->rows.size(); ++row) {
+      if (list->rows[row].texts[0].starts_with(typed)) {
+        found = row + 1;
+        break;
+      }
+    }
+    if (found != static_cast<std::size_t>(kRows)) state.SkipWithError("not found");
+  }
+}
+BENCHMARK(BM_WalkMemoryRowsStartsWith)->Unit(benchmark::kMicrosecond)->Repetitions(3);
 BENCHMARK(BM_tklSearchListItem_Memory)->Unit(benchmark::kMicrosecond)->Repetitions(3);
 BENCHMARK(BM_tklSearchListItem_QTreeWidget)->Unit(benchmark::kMicrosecond)->Repetitions(3);
 BENCHMARK(BM_tklSearchListItem_QTreeWidgetAfterAnEdit)
@@ -211,6 +228,11 @@ int main(int argc, char** argv) {
   if (const double ratio = reporter.Ratio("BM_tklListCheckedItems", "BM_WalkModelCheckState");
       ratio > 0) {
     std::printf("tklListCheckedItems / walking the model        = %5.2f (target <= 2)\n", ratio);
+  }
+  if (const double ratio =
+          reporter.Ratio("BM_tklSearchListItem_Memory", "BM_WalkMemoryRowsStartsWith");
+      ratio > 0) {
+    std::printf("tklSearchListItem (Memory) / a loop comparing with case = %5.2f\n", ratio);
   }
   for (const char* where : {"Memory", "QTreeWidget", "QTreeWidgetAfterAnEdit"}) {
     const std::string member = std::string("BM_tklSearchListItem_") + where;

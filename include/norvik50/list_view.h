@@ -132,6 +132,12 @@ class NORVIK50_EXPORT ListView : public HostObject {
   // Raises invalid call (5) unless `order` names each of `row_count` rows
   // exactly once: a control reordered by a bad order would lose rows.
   static void CheckRowOrder(const std::vector<int32_t>& order, int32_t row_count);
+  // FirstRowWithPrefix over a control's copy of a column: row r's text is
+  // units[ends[r - 1] .. ends[r]) (from 0 for the first row).
+  static int32_t FirstPackedRowWithPrefix(std::u16string_view units,
+                                          const std::vector<std::size_t>& ends,
+                                          std::u16string_view folded_prefix, int32_t from,
+                                          int32_t to);
 };
 
 // A list view held in memory.

@@ -35,6 +35,19 @@ int32_t ListView::FirstRowWithPrefix(int32_t column, std::u16string_view folded_
   return -1;
 }
 
+int32_t ListView::FirstPackedRowWithPrefix(std::u16string_view units,
+                                           const std::vector<std::size_t>& ends,
+                                           std::u16string_view folded_prefix, int32_t from,
+                                           int32_t to) {
+  const FoldedPrefix prefix(folded_prefix);
+  const auto end = static_cast<std::size_t>(std::clamp(to, 0, static_cast<int32_t>(ends.size())));
+  for (auto row = static_cast<std::size_t>(std::max(from, 0)); row < end; ++row) {
+    const std::size_t begin = row == 0 ? 0 : ends[row - 1];
+    if (prefix.Starts(units.substr(begin, ends[row] - begin))) return static_cast<int32_t>(row);
+  }
+  return -1;
+}
+
 void ListView::CheckRowOrder(const std::vector<int32_t>& order, int32_t row_count) {
   std::vector<bool> seen(static_cast<std::size_t>(std::max(row_count, 0)));
   bool valid = order.size() == seen.size();

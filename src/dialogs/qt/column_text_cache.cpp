@@ -3,8 +3,6 @@
 #include <QAbstractItemModel>
 #include <algorithm>
 
-#include "text/fold.h"
-
 namespace norvik50::qt {
 namespace {
 
@@ -15,21 +13,6 @@ constexpr char kObjectName[] = "norvik50.columnTextCache";
 void PackedTexts::Append(std::u16string_view text) {
   units_.append(text);
   ends_.push_back(units_.size());
-}
-
-std::u16string_view PackedTexts::operator[](int32_t row) const {
-  const auto at = static_cast<std::size_t>(row);
-  const std::size_t begin = at == 0 ? 0 : ends_[at - 1];
-  return std::u16string_view(units_).substr(begin, ends_[at] - begin);
-}
-
-int32_t PackedTexts::FirstWithPrefix(std::u16string_view folded_prefix, int32_t from,
-                                     int32_t to) const {
-  const FoldedPrefix prefix(folded_prefix);
-  for (int32_t row = std::max(from, 0), end = std::min(to, size()); row < end; ++row) {
-    if (prefix.Starts((*this)[row])) return row;
-  }
-  return -1;
 }
 
 ColumnTextCache& ColumnTextCache::Of(QAbstractItemModel& model) {

@@ -18,15 +18,14 @@ class QAbstractItemModel;
 
 namespace norvik50::qt {
 
-// A column's texts, row after row, in one buffer.
+// A column's texts, row after row, in one buffer: row r's text is
+// units()[ends()[r - 1] .. ends()[r]) (from 0 for the first row).
 class PackedTexts {
  public:
   void Append(std::u16string_view text);
   int32_t size() const { return static_cast<int32_t>(ends_.size()); }
-  std::u16string_view operator[](int32_t row) const;
-  // The first row in [from, to) whose text begins with `folded_prefix`
-  // without case; -1 when none.
-  int32_t FirstWithPrefix(std::u16string_view folded_prefix, int32_t from, int32_t to) const;
+  std::u16string_view units() const { return units_; }
+  const std::vector<std::size_t>& ends() const { return ends_; }
 
  private:
   std::u16string units_;

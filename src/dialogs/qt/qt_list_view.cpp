@@ -183,7 +183,7 @@ class HeaderListView final : public ListView, public Contained {
             .Column(column, RowCount(), [&](int32_t row, std::u16string& scratch) {
               return ItemTextView(row, column, scratch);
             });
-    return texts.FirstWithPrefix(folded_prefix, from, to);
+    return FirstPackedRowWithPrefix(texts.units(), texts.ends(), folded_prefix, from, to);
   }
 
   // ---- Row icons ----
