@@ -79,7 +79,7 @@ TEST(CliHelpTest, TheCommandStartsWithoutQt) {
   EXPECT_EQ(call.out.find("libQt6"), std::string::npos) << call.out;
 }
 
-// The eight registry members of the original, and tkrFlushKey, which is
+// The eight documented registry members, and tkrFlushKey, which is
 // marked as designed here.
 TEST(CliHelpTest, MembersTkrListsTheRegistryMembers) {
   const CommandRun run = Tool("members tkr");

@@ -73,8 +73,8 @@ struct MemberInfo {
   // kEmpty: the member returns nothing.
   VarType result = VarType::kEmpty;
   std::function<Variant(LIB&, CallArgs&)> body;
-  // The member's behaviour was designed for this library (the original
-  // documents no such member, or only its name); the README describes it.
+  // The member's behaviour was designed for this library (its interface
+  // lists no such member, or only its name); the README describes it.
   bool designed_here = false;
 };
 
@@ -97,7 +97,7 @@ class NORVIK50_EXPORT MemberTable {
 // The table of every member of LIB.
 NORVIK50_EXPORT const MemberTable& Members();
 
-// A name of the original interface that this library does not answer. A
+// A name of the interface hosts call that this library does not answer. A
 // call by name raises 438 with `reason` as its description, so a host being
 // ported learns why instead of reading "doesn't support this property or
 // method" for a member its old code called.
