@@ -233,6 +233,10 @@ void BatchStep(Tour& tour) {
       {R"({"id":3,"member":"tklNoSuchMember"})",
        R"({"id":3,"ok":false,"error":{"number":438,"description":"Object doesn't support this )"
        R"(property or method","source":"Norvik50"}})"},
+      {R"({"id":4,"member":"tklGetSemiTransparentPicture","args":[{"vt":"Object","type":"Picture",)"
+       R"("v":{"width":2,"height":1,"pixels":["FFFF0000","FF0000FF"]}},50]})",
+       R"({"id":4,"ok":true,"result":{"vt":"Object","type":"Picture","v":{"width":2,"height":1,)"
+       R"("pixels":["80FF0000","800000FF"]}}})"},
   };
   for (const auto& [request, expected] : exchanges) {
     const std::string answer = WriteJsonLine(AnswerRequest(tour.lib, request));
