@@ -13,6 +13,7 @@
 #include "norvik50/host.h"
 #include "norvik50/lib.h"
 #include "norvik50/text_control.h"
+#include "testing/error_number.h"
 #include "testing/temp_folder.h"
 
 namespace norvik50 {
@@ -39,14 +40,7 @@ class Desktop final : public UserInterface {
   std::u16string typed = u"typed";
 };
 
-int32_t ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using ::norvik50::testing::ErrorOf;
 
 class FormsAndFieldsTest : public ::testing::Test {
  protected:

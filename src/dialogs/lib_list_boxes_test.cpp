@@ -6,6 +6,7 @@
 #include "norvik50/error.h"
 #include "norvik50/host_controls.h"
 #include "norvik50/lib.h"
+#include "testing/error_number.h"
 
 namespace norvik50 {
 namespace {
@@ -26,14 +27,7 @@ std::shared_ptr<MemoryList> ListOf(std::initializer_list<Row> rows, bool multi =
   return list;
 }
 
-int32_t ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using ::norvik50::testing::ErrorOf;
 
 class ListBoxHelpersTest : public ::testing::Test {
  protected:

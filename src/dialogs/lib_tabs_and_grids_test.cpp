@@ -8,18 +8,12 @@
 #include "norvik50/error.h"
 #include "norvik50/host_controls.h"
 #include "norvik50/lib.h"
+#include "testing/error_number.h"
 
 namespace norvik50 {
 namespace {
 
-int32_t ErrorOf(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const Error& e) {
-    return e.number();
-  }
-  return 0;
-}
+using ::norvik50::testing::ErrorOf;
 
 std::shared_ptr<MemoryTabStrip> StripOf(int tabs, int32_t selected) {
   auto strip = std::make_shared<MemoryTabStrip>();
