@@ -23,6 +23,16 @@ inline char16_t FoldNameUnit(char16_t c) {
   return (c >= u'A' && c <= u'Z') ? static_cast<char16_t>(c + 32) : c;
 }
 
+// Whether two names are the same but for case, as FoldName compares them,
+// without building either folded copy.
+inline bool SameNameWithoutCase(std::u16string_view a, std::u16string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i] != b[i] && FoldNameUnit(a[i]) != FoldNameUnit(b[i])) return false;
+  }
+  return true;
+}
+
 }  // namespace norvik50
 
 #endif  // NORVIK50_SRC_CORE_NAME_FOLD_H_

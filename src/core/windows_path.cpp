@@ -291,14 +291,6 @@ std::u16string_view Finished(const Built& built) {
   return text;
 }
 
-bool SameText(std::u16string_view a, std::u16string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (a[i] != b[i] && FoldNameUnit(a[i]) != FoldNameUnit(b[i])) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 bool AppendNormalizedNames(std::u16string& out, std::size_t floor, std::u16string_view rest) {
@@ -323,7 +315,7 @@ std::u16string RelativeWindowsPath(std::u16string_view path, std::u16string_view
   BuildBase(from, base);
   const std::u16string_view to_text = target.text.view(), from_text = from.text.view();
   if (!target.absolute || !from.absolute ||
-      !SameText(to_text.substr(0, target.floor), from_text.substr(0, from.floor))) {
+      !SameNameWithoutCase(to_text.substr(0, target.floor), from_text.substr(0, from.floor))) {
     return std::u16string(Finished(target));
   }
   // The units both share from the root (equal, or equal but for case);

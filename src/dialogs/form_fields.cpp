@@ -30,15 +30,11 @@ std::optional<Level> LevelOf(const HostObject& object) {
   return std::nullopt;
 }
 
-bool SameName(std::u16string_view a, std::u16string_view b) {
-  return a.size() == b.size() && FoldName(a) == FoldName(b);
-}
-
 bool NameIsOpen(std::u16string_view name, const OpenFormNames& names) {
   if (name.empty()) return false;
   const std::vector<std::u16string> open_names = names();
   return std::any_of(open_names.begin(), open_names.end(),
-                     [&](const std::u16string& open) { return SameName(open, name); });
+                     [&](const std::u16string& open) { return SameNameWithoutCase(open, name); });
 }
 
 }  // namespace
@@ -61,7 +57,8 @@ bool IsFormOpen(const Variant& form, const OpenFormNames& open_names) {
   if (const auto* as_form = dynamic_cast<const Form*>(object)) return as_form->IsOpen();
   // A host without a toolkit stands for its form with a container.
   const std::optional<Level> level = LevelOf(*object);
-  return level && SameName(level->type, kFormType) && NameIsOpen(level->name, open_names);
+  return level && SameNameWithoutCase(level->type, kFormType) &&
+         NameIsOpen(level->name, open_names);
 }
 
 std::shared_ptr<HostObject> FindContainer(const Contained& control, std::u16string_view kind) {
@@ -74,7 +71,8 @@ std::shared_ptr<HostObject> FindContainer(const Contained& control, std::u16stri
     }
     const std::optional<Level> level = LevelOf(*current);
     if (!level) return nullptr;
-    if (SameName(level->type, kind) || SameName(level->name, kind)) return current;
+    if (SameNameWithoutCase(level->type, kind) || SameNameWithoutCase(level->name, kind))
+      return current;
     current = level->up != nullptr ? level->up->Parent() : nullptr;
   }
   return nullptr;

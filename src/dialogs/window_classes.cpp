@@ -8,21 +8,13 @@
 #include "norvik50/error.h"
 
 namespace norvik50 {
-namespace {
-
-bool SameWithoutCase(std::u16string_view a, std::u16string_view b) {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(),
-                    [](char16_t x, char16_t y) { return FoldNameUnit(x) == FoldNameUnit(y); });
-}
-
-}  // namespace
 
 bool WindowMatches(const TopLevelWindow& window, std::u16string_view class_name,
                    std::u16string_view title) {
-  const bool class_matches = class_name.empty() || SameWithoutCase(window.class_name, class_name) ||
-                             SameWithoutCase(window.instance, class_name);
-  return class_matches && (title.empty() || SameWithoutCase(window.title, title));
+  const bool class_matches = class_name.empty() ||
+                             SameNameWithoutCase(window.class_name, class_name) ||
+                             SameNameWithoutCase(window.instance, class_name);
+  return class_matches && (title.empty() || SameNameWithoutCase(window.title, title));
 }
 
 const TopLevelWindow* FindMatchingWindow(const std::vector<TopLevelWindow>& windows,
